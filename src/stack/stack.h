@@ -1,0 +1,224 @@
+#pragma once
+
+#include "image/imagecolorcontent.h"
+#include "image/lengthunit.h"
+#include "image/pixelcalibration.h"
+#include "image/voxelmatrix.h"
+#include "stack/modelproperties.h"
+#include "stack/poseowner.h"
+
+#include <string>
+#include <vector>
+
+class Model;
+class ModelItem;
+class StackSlice;
+class StandardImage;
+
+/// The document: an ordered list of slices, the models drawn on them, views in space, and the
+/// defaults that a slice inherits unless it says otherwise.
+///
+/// One slice holds the photograph of one leaf, so that a stack is a sample of leaves; it may as
+/// well be a series of sections in space. The stack owns its slices, models, standard images and
+/// poses, which have to come from `new`. Searches report a miss by -1; indices are not checked.
+class Stack : public PoseOwner
+{
+public:
+    Stack();
+    virtual ~Stack();
+
+    const std::string& getName() const { return name_; }
+
+    void setName(const std::string& name) { name_ = name; }
+
+    const std::string& getAnnotation() const { return annotation_; }
+
+    void setAnnotation(const std::string& annotation) { annotation_ = annotation; }
+
+    const std::string& getImagesPath() const { return imagesPath_; }
+
+    /// Adds a final directory separator where there is none; an empty path stays empty.
+    void setImagesPath(const std::string& path);
+
+    bool getAbsoluteImagesPathPolicy() const { return absoluteImagesPathPolicy_; }
+
+    /// Whether stack files hold image folders as absolute paths, not relative to the file.
+    void setAbsoluteImagesPathPolicy(bool absolute) { absoluteImagesPathPolicy_ = absolute; }
+
+    bool hasInvertedZAxis() const { return invertedZAxis_; }
+
+    void setInvertedZAxis(bool inverted) { invertedZAxis_ = inverted; }
+
+    float getDefaultSliceThickness() const { return defaultSliceThickness_; }
+
+    void setDefaultSliceThickness(float thickness) { defaultSliceThickness_ = thickness; }
+
+    /// Distance between two slices that say nothing else.
+    float getDefaultSliceSpacing() const { return defaultSliceSpacing_; }
+
+    void setDefaultSliceSpacing(float spacing) { defaultSliceSpacing_ = spacing; }
+
+    /// The same value as the default slice spacing.
+    float getDefaultRelativePosition() const { return defaultSliceSpacing_; }
+
+    void setDefaultRelativePosition(float position) { defaultSliceSpacing_ = position; }
+
+    const PixelCalibration& getDefaultPixelCalibration() const { return defaultPixelCalibration_; }
+
+    void setDefaultPixelCalibration(const PixelCalibration& calibration)
+    {
+        defaultPixelCalibration_ = calibration;
+    }
+
+    /// The unit of the default calibration: micrometres in a new stack.
+    LengthUnit getLengthUnit() const { return defaultPixelCalibration_.getLengthUnit(); }
+
+    /// Sets the unit of the default calibration and of every slice; no size is converted.
+    void setLengthUnit(const LengthUnit& unit);
+
+    /// Name of the slice on which an item was created last.
+    const std::string& getLastSegmentedSlice() const { return lastSegmentedSlice_; }
+
+    void setLastSegmentedSlice(const std::string& name) { lastSegmentedSlice_ = name; }
+
+    const std::string& getLastRegisteredSlice() const { return lastRegisteredSlice_; }
+
+    void setLastRegisteredSlice(const std::string& name) { lastRegisteredSlice_ = name; }
+
+    int getNumSlices() const { return static_cast<int>(slices_.size()); }
+
+    /// Index of the first slice of this name, or -1.
+    int findSlice(const std::string& name) const;
+
+    /// Index of this very slice, or -1.
+    int findSlice(const StackSlice& slice) const;
+
+    StackSlice& getSlice(int i) { return *slices_[static_cast<std::size_t>(i)]; }
+
+    const StackSlice& getSlice(int i) const { return *slices_[static_cast<std::size_t>(i)]; }
+
+    StackSlice& getFirstSlice() { return *slices_.front(); }
+
+    const StackSlice& getFirstSlice() const { return *slices_.front(); }
+
+    StackSlice& getLastSlice() { return *slices_.back(); }
+
+    const StackSlice& getLastSlice() const { return *slices_.back(); }
+
+    /// The slice behind `slice`; the last slice gives itself. A slice that is not in the stack
+    /// raises `ProgramError`, here and in `getPreviousSlice`.
+    StackSlice& getNextSlice(const StackSlice& slice);
+    const StackSlice& getNextSlice(const StackSlice& slice) const;
+
+    /// The slice before `slice`; the first slice gives itself.
+    StackSlice& getPreviousSlice(const StackSlice& slice);
+    const StackSlice& getPreviousSlice(const StackSlice& slice) const;
+
+    /// Appends; the caller tells the slice its stack by `StackSlice::setStack`.
+    void addSlice(StackSlice& slice);
+
+    /// Inserts in front of slice `index`; the number of slices appends.
+    void addSlice(StackSlice& slice, int index);
+
+    /// Drops slice `i`, which belongs to the caller then. A slice behind it that has a relative
+    /// position keeps its place; behind a removed first slice nothing is corrected.
+    void removeSlice(int i);
+
+    /// The same, and destroys the slice with its items.
+    void deleteSlice(int i);
+
+    int getNumModels() const { return static_cast<int>(models_.size()); }
+
+    /// Index of the first model of this name, or -1.
+    int findModel(const std::string& name) const;
+
+    /// Index of this very model, or -1.
+    int findModel(const Model& model) const;
+
+    Model& getModel(int i) { return *models_[static_cast<std::size_t>(i)]; }
+
+    const Model& getModel(int i) const { return *models_[static_cast<std::size_t>(i)]; }
+
+    /// Appends the model and attaches each of its items to its slice.
+    void addModel(Model& model);
+
+    /// Detaches each item of the model from its slice and drops the model, which belongs to the
+    /// caller then. Another stack's model is left alone.
+    void removeModel(Model& model);
+
+    /// Destroys model `i` with its items on all slices.
+    void deleteModel(int i);
+    void deleteAllModels();
+
+    /// There is a model of this geometry.
+    bool hasGeometryModels(MPrimitive geometry) const;
+
+    /// There is a model of this geometry that has items.
+    bool hasGeometryModelItems(MPrimitive geometry) const;
+
+    /// The models of this geometry, in stack order.
+    std::vector<Model*> listGeometryModels(MPrimitive geometry) const;
+
+    int getNumStandardImages() const { return static_cast<int>(standardImages_.size()); }
+
+    StandardImage& getStandardImage(int i) { return *standardImages_[static_cast<std::size_t>(i)]; }
+
+    const StandardImage& getStandardImage(int i) const
+    {
+        return *standardImages_[static_cast<std::size_t>(i)];
+    }
+
+    /// Appends an image from `new`.
+    void addStandardImage(StandardImage* image) { standardImages_.push_back(image); }
+
+    /// Destroys slices, models and standard images and forgets the two last slices; name,
+    /// defaults and poses stay.
+    void clear();
+
+    /// Writes a summary to the standard output, for debugging.
+    void print(const std::string& indent = "") const;
+
+    /// All slices have the size of the first, no registration, and one spacing. False for an
+    /// empty stack, true for one slice.
+    bool isRegular() const;
+
+    /// The content that the images of all slices have in common, else `mixed`; `unknown` for an
+    /// empty stack. Reads the images up to the first difference.
+    ImageColorContent colorContent() const;
+
+    /// The images as one volume of (height, width, slices), with the default calibration and
+    /// spacing. Grey content makes each image grey, red, green or blue takes that channel, any
+    /// other gives zeros. An empty stack gives an empty volume; slices of different size raise
+    /// `SizeError`.
+    template <class T>
+    VoxelMatrix<T> toVoxelMatrix(ImageColorContent content) const;
+
+    /// Writes `value` at each vertex of the item, or at each pixel of a region, into the plane of
+    /// its slice. A mask is indexed (x, y, slice), column first; vertices outside are skipped. An
+    /// item whose slice is not in the stack raises `ProgramError`.
+    void writeModelItemMask(VoxelMatrix<int>& mask, const ModelItem& item, int value) const;
+
+    void writeModelMask(VoxelMatrix<int>& mask, const Model& model, int value) const;
+
+    /// Sizes the mask to (width, height, slices) of the first slice, zeroes it, calibrates it and
+    /// writes model i with the value i + 1, later models over earlier ones.
+    void writeModelMasks(VoxelMatrix<int>& mask) const;
+
+private:
+    VoxelCalibration voxelCalibration() const;
+    void keepPositionBehind(int i);
+
+    std::vector<StackSlice*> slices_;
+    float defaultSliceSpacing_ = 0.0f;
+    PixelCalibration defaultPixelCalibration_;
+    std::string name_;
+    std::string annotation_;
+    std::string imagesPath_;
+    bool absoluteImagesPathPolicy_ = false;
+    bool invertedZAxis_ = false;
+    float defaultSliceThickness_ = 0.0f;
+    std::vector<Model*> models_;
+    std::vector<StandardImage*> standardImages_;
+    std::string lastSegmentedSlice_;
+    std::string lastRegisteredSlice_;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "numerics/matrix.h"
+#include "numerics/vector.h"
+
+class Stack;
+
+/// Maps from the pixel coordinates of each slice to coordinates in space.
+///
+/// The registration of a slice is relative to the slice before it, so rotations and shifts
+/// accumulate along the stack. The centre of the first image goes to the origin, and y turns
+/// upward. The maps are those of the last `computeMaps()`.
+template <class T>
+class StackReconstruction
+{
+public:
+    /// Binds to a stack, which must outlive this object, and computes the maps.
+    void setStack(const Stack& stack);
+
+    /// Without a stack: `UsageError`. A slice without an image source raises its `ProgramError`.
+    void computeMaps();
+
+    /// One row of 6 coefficients (a, b, e, d, f, g) per slice: (x, y) goes to
+    /// (a x + b y + e, d x + f y + g).
+    const Matrix<T>& getMaps() const { return maps_; }
+
+    /// The z of each slice.
+    const Vector<T>& getZMap() const { return zMap_; }
+
+private:
+    const Stack* stack_ = nullptr;
+    Matrix<T> maps_;
+    Vector<T> zMap_;
+};
+
+extern template class StackReconstruction<float>;
+extern template class StackReconstruction<double>;
+extern template class StackReconstruction<long double>;

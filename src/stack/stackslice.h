@@ -1,0 +1,77 @@
+#pragma once
+
+#include "stack/modelitemowner.h"
+#include "stack/registration.h"
+#include "stack/slice.h"
+
+#include <string>
+
+class Stack;
+
+/// One image of a stack, with the items drawn on it and its place among the other slices.
+///
+/// A slice knows its stack, which the caller tells it by `setStack`, and asks it for its
+/// neighbours; there are no links between slices. The operations on neighbours and positions raise
+/// `ProgramError` for a slice that has no stack or does not stand in it.
+class StackSlice : public Slice, public ModelItemOwner
+{
+public:
+    StackSlice() = default;
+
+    /// The copy has no stack and no items; all else is copied.
+    StackSlice(const StackSlice& other);
+
+    /// Keeps the stack and the items of this slice, takes all else.
+    StackSlice& operator=(const StackSlice& other);
+
+    /// Null until set. Not owned.
+    Stack* getStack() const { return stack_; }
+
+    void setStack(Stack& stack) { stack_ = &stack; }
+
+    bool isFirstSlice() const;
+    bool isLastSlice() const;
+
+    /// The slice before this one; the first slice gives itself.
+    StackSlice& prevSlice() const;
+
+    /// The slice behind this one; the last slice gives itself, so a walk stops by `isLastSlice`.
+    StackSlice& nextSlice() const;
+
+    const Registration& getRegistration() const { return registration_; }
+
+    void setRegistration(const Registration& registration) { registration_ = registration; }
+
+    float getThickness() const { return thickness_; }
+
+    void setThickness(float thickness) { thickness_ = thickness; }
+
+    /// The slice stays at this position, whatever the others do.
+    void setAbsolutePosition(float position);
+
+    /// The slice keeps this distance to the previous one, in place of the stack's default.
+    void setRelativePosition(float position);
+
+    /// The position is the distance to the previous slice, its own or the stack's default.
+    bool useRelativePosition() const { return relativePosition_; }
+
+    /// Distance to the previous slice; of a first slice with an absolute position 0.
+    float getRelativePosition() const;
+
+    /// Position along the stack, in time linear in the number of slices.
+    float getAbsolutePosition() const;
+
+    /// Writes a summary to the standard output, for debugging.
+    void print(const std::string& indent = "") const;
+
+private:
+    const Stack& stack(const char* where) const;
+    int index(const char* where) const;
+
+    Stack* stack_ = nullptr;
+    float thickness_ = 0.0f;
+    float position_ = 0.0f;
+    bool relativePosition_ = true;
+    bool defaultPosition_ = true;
+    Registration registration_;
+};
