@@ -1,0 +1,3 @@
+#include "system/randomengine.h"
+
+RandomEngine::~RandomEngine() = default;
