@@ -1,0 +1,107 @@
+#include "system/exception.h"
+#include "system/stringtools.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <limits>
+#include <random>
+#include <sstream>
+
+namespace {
+
+template <class Error, class Function>
+std::string raised(const Function& function)
+{
+    try {
+        function();
+    } catch (const Error& error) {
+        return error.getWhere() + ": " + error.getWhat();
+    } catch (const Exception& error) {
+        return "another error: " + error.getWhat();
+    }
+    return "no error";
+}
+
+} // namespace
+
+TEST(StringTools, IntegersSurviveTheirText)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 1000; ++round) {
+        const int value = static_cast<int>(random());
+        EXPECT_EQ(StringTools::toInt(StringTools::toString(value)), value);
+    }
+    EXPECT_EQ(StringTools::toInt("-2147483648"), std::numeric_limits<int>::min());
+    EXPECT_EQ(StringTools::toString(7, 3, '0'), "007");
+    EXPECT_EQ(StringTools::toString(-12345, 3, '0'), "-12345");
+}
+
+TEST(StringTools, ConversionsSayWhatIsWrong)
+{
+    const std::string inInt = "int StringTools::toInt(const string&): ";
+    const std::string inFloat = "float StringTools::toFloat(const string&): ";
+    EXPECT_EQ(raised<TypeError>([] { StringTools::toInt("12a"); }),
+              inInt + "\"12a\": invalid string argument for int conversion "
+                      "[error after position 2]");
+    EXPECT_EQ(raised<TypeError>([] { StringTools::toInt(""); }),
+              inInt + "\"\": invalid string argument for int conversion [stoi]");
+    EXPECT_EQ(raised<RangeError>([] { StringTools::toInt("2147483648"); }),
+              inInt + "\"2147483648\": range error in int conversion [stoi]");
+    EXPECT_EQ(raised<TypeError>([] { StringTools::toFloat("1,5"); }),
+              inFloat + "\"1,5\": invalid string argument for float conversion "
+                        "[error after position 1]");
+    EXPECT_EQ(raised<RangeError>([] { StringTools::toFloat("1e99"); }),
+              inFloat + "\"1e99\": range error in float conversion [stof]");
+}
+
+TEST(StringTools, NumbersAreThoseOfTheStandardLibrary)
+{
+    const char* const texts[] = {"1",    " 2",   "+3",  "-4.5", "1e3", "0x1p3", "nan",
+                                 "-inf", "1e99", "1 ",  "",     "-",   ".5",    "5.",
+                                 "1e",   "0x",   "1.5", "08",   "٣",   "1e-50", "99999999999"};
+    const auto whole = [](const std::string& text, auto convert) {
+        try {
+            std::size_t end = 0;
+            convert(text, &end);
+            return end == text.size();
+        } catch (const std::exception&) {
+            return false;
+        }
+    };
+    for (const char* text : texts) {
+        EXPECT_EQ(StringTools::isCompatible<int>(text),
+                  whole(text, [](const std::string& t, std::size_t* e) { std::stoi(t, e); }))
+            << text;
+        EXPECT_EQ(StringTools::isCompatible<float>(text),
+                  whole(text, [](const std::string& t, std::size_t* e) { std::stof(t, e); }))
+            << text;
+    }
+}
+
+TEST(StringTools, NumbersKeepTheirPointInEveryLocale)
+{
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    for (const char* locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "C"}) {
+        if (!std::setlocale(LC_ALL, locale)) {
+            continue;
+        }
+        EXPECT_EQ(StringTools::toFloat("1.25"), 1.25F) << locale;
+        EXPECT_FALSE(StringTools::isCompatible<float>("1,25")) << locale;
+    }
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(StringTools, TokensAreSeparatedByAnyOfTheDelimiters)
+{
+    using Texts = std::vector<std::string>;
+    EXPECT_EQ(StringTools::tokenize(",;a, b;;c", ",;"), (Texts{"a", " b", "c"}));
+    EXPECT_EQ(StringTools::tokenize("", ","), Texts());
+    EXPECT_EQ(StringTools::tokenize("a,b", ""), Texts{"a,b"});
+    EXPECT_EQ(StringTools::integerListParser("1,3-5", ","), (Texts{"1", "3", "4", "5"}));
+    EXPECT_EQ(StringTools::integerListParser("x 5-3 2147483646-2147483647", " "),
+              (Texts{"x", "2147483646", "2147483647"}));
+    EXPECT_THROW(StringTools::integerListParser("3-", ","), ValueError);
+    EXPECT_THROW(StringTools::integerListParser("1-2-3", ","), ValueError);
+    EXPECT_THROW(StringTools::integerListParser("a-b", ","), TypeError);
+}
