@@ -28,6 +28,11 @@ public:
     Scalar& operator=(const Scalar& other);
     Scalar& operator=(Scalar&& other) noexcept;
 
+    bool isEmpty() const { return value_ == nullptr; }
+
+    /// The code of the type; means nothing while this is empty.
+    int type() const { return type_; }
+
     /// The stored value converted as by a cast. `UsageError` if there is none, as the next ones.
     operator unsigned char() const;
     operator unsigned short() const;
