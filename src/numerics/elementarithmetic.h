@@ -21,6 +21,10 @@ struct WrapAround<T, false>
     using Type = std::conditional_t<std::is_same_v<T, bool>, int, T>;
 };
 
+/// Where real numbers are needed: the type itself if it is one, else `double`.
+template <class T>
+using RealOf = std::conditional_t<std::is_floating_point_v<T>, T, double>;
+
 template <class T>
 inline T added(T a, T b)
 {
@@ -75,9 +79,5 @@ inline T absolute(T a)
 template <class T>
 inline T squareRoot(T a)
 {
-    if constexpr (std::is_floating_point_v<T>) {
-        return std::sqrt(a);
-    } else {
-        return static_cast<T>(std::sqrt(static_cast<double>(a)));
-    }
+    return static_cast<T>(std::sqrt(static_cast<RealOf<T>>(a)));
 }

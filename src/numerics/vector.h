@@ -248,7 +248,8 @@ public:
     /// Cross product; `SizeError` unless both have 3 elements.
     Vector vectorProduct(const Vector& other) const;
 
-    /// Rows x columns = this size x other size (numerics/matrix.h).
+    /// Rows x columns = this size x other size (numerics/matrix.h). Not for `long`, of which there
+    /// are no matrices.
     Matrix<T> outerProduct(const Vector& other) const;
 
     // Arithmetic; a division by an integer 0 is not checked
@@ -314,7 +315,7 @@ public:
     /// Replaces this vector x by the Householder vector v with v[0] = 1 and sets `beta`, so that
     /// x - beta v (v . x) is a multiple of the first canonical vector. Golub and Van Loan, Matrix
     /// Computations, algorithm 5.1.1. `TypeError` for integers but `char` and `long`; `SizeError`
-    /// for an empty vector.
+    /// for an empty vector; `MathError` if truncation makes the divisor 0.
     void householderVector(T& beta);
 
     /// The same written into `v`.
@@ -368,7 +369,7 @@ template <class T>
 Vector<T>::Vector(const Vector& other)
     : Vector(other.size_)
 {
-    std::copy(other.data_, other.data_ + other.size_, data_);
+    std::copy_n(other.data_, other.size_, data_);
 }
 
 template <class T>
@@ -376,7 +377,7 @@ Vector<T>::Vector(Vector&& other)
     : Vector(other.shallow_ ? other.size_ : 0)
 {
     if (other.shallow_) {
-        std::copy(other.data_, other.data_ + other.size_, data_);
+        std::copy_n(other.data_, other.size_, data_);
     } else {
         replaceArray(other);
     }
@@ -400,7 +401,7 @@ Vector<T>& Vector<T>::operator=(const Vector& other)
 {
     if (this != &other) {
         setSize(other.size_);
-        std::copy(other.data_, other.data_ + other.size_, data_);
+        std::copy_n(other.data_, other.size_, data_);
     }
     return *this;
 }
@@ -469,7 +470,7 @@ void Vector<T>::append(const T& element)
                           "This is a shallow vector (cannot be resized)");
     }
     Vector grown(size_ + 1);
-    std::copy(data_, data_ + size_, grown.data_);
+    std::copy_n(data_, size_, grown.data_);
     grown.data_[size_] = element;
     replaceArray(grown);
 }
@@ -482,8 +483,8 @@ void Vector<T>::append(const Vector& other)
                           "This is a shallow vector (cannot be resized)");
     }
     Vector grown(size_ + other.size_);
-    std::copy(data_, data_ + size_, grown.data_);
-    std::copy(other.data_, other.data_ + other.size_, grown.data_ + size_);
+    std::copy_n(data_, size_, grown.data_);
+    std::copy_n(other.data_, other.size_, grown.data_ + size_);
     replaceArray(grown);
 }
 
@@ -495,8 +496,8 @@ void Vector<T>::prepend(const Vector& other)
                           "This is a shallow vector (cannot be resized)");
     }
     Vector grown(size_ + other.size_);
-    std::copy(other.data_, other.data_ + other.size_, grown.data_);
-    std::copy(data_, data_ + size_, grown.data_ + other.size_);
+    std::copy_n(other.data_, other.size_, grown.data_);
+    std::copy_n(data_, size_, grown.data_ + other.size_);
     replaceArray(grown);
 }
 
@@ -507,7 +508,7 @@ void Vector<T>::paste(int pos, const Vector& other)
         raise<SizeError>("Vector Vector<T>::paste(...)",
                          "Vector too large to be pasted at specified position");
     }
-    std::copy(other.data_, other.data_ + other.size_, data_ + pos);
+    std::copy_n(other.data_, other.size_, data_ + pos);
 }
 
 template <class T>
