@@ -1,0 +1,31 @@
+#pragma once
+
+/// The size and shape of the window of a neighbourhood filter: a square or cube of `2 * radius + 1`
+/// a side or, in ball mode, the elements within `radius`.
+class NeighbourhoodFilter
+{
+public:
+    NeighbourhoodFilter();
+    virtual ~NeighbourhoodFilter();
+
+    /// The older name of `setRadius`, and of its getter; both warn on the standard output.
+    virtual void setHalfSize(int halfSize);
+    virtual void setRadius(int radius);
+
+    int getHalfSize() const;
+
+    int getRadius() const { return radius_; }
+
+    /// `ProgramError` if the filter has no ball mode and `on` is true.
+    void setBallMode(bool on);
+
+    bool getBallMode() const { return ballMode_; }
+
+protected:
+    void setAcceptBallMode(bool accept) { acceptBallMode_ = accept; }
+
+private:
+    int radius_ = 1;
+    bool acceptBallMode_ = false;
+    bool ballMode_ = false;
+};
