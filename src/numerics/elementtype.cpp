@@ -46,6 +46,12 @@ const char* elementTypeName<unsigned int>()
     return "unsigned int";
 }
 
+template <>
+const char* elementTypeName<long>()
+{
+    return "long";
+}
+
 std::string instantiatedSignature(const std::string& signature, const std::string& name)
 {
     const auto isWordCharacter = [&](std::size_t position) {
@@ -80,3 +86,4 @@ template void raiseNotAvailable<short>(const std::string&);
 template void raiseNotAvailable<unsigned short>(const std::string&);
 template void raiseNotAvailable<int>(const std::string&);
 template void raiseNotAvailable<unsigned int>(const std::string&);
+template void raiseNotAvailable<long>(const std::string&);

@@ -6,7 +6,7 @@
 /// A matrix with as many rows as columns: diagonals, LU factors, tridiagonal systems, determinant,
 /// inverse and the eigenvalues of symmetric matrices.
 ///
-/// The factorisations raise `TypeError` for `int`. Vectors of a wrong length raise `SizeError`.
+/// The factorisations and `setHilbert` raise `TypeError` for integers. Vectors of a wrong length raise `SizeError`.
 template <class T>
 class SquareMatrix : public Matrix<T>
 {
@@ -132,6 +132,7 @@ public:
 private:
     void pasteDiagonalAt(const Vector<T>& v, int offset, const char* where);
     Vector<T> diagonalAt(int offset) const;
+    int factorise(Vector<int>& perm, T tolerance);
 };
 
 extern template class SquareMatrix<bool>;

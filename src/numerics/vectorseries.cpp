@@ -239,34 +239,27 @@ template <class T>
 void Vector<T>::householderVector([[maybe_unused]] T& beta)
 {
     const char* const where = "void Vector<T>::householderVector(T&)";
-    if constexpr (isOneOf<T, bool, unsigned char, short, unsigned short, int, unsigned int>) {
+    if constexpr (!std::is_floating_point_v<T>) {
         raiseNotAvailable<T>(where);
     } else {
         requireElements(where);
         const T x0 = data_[0];
         T sigma = 0;
         for (int i = 1; i < size_; ++i) {
-            sigma = added(sigma, multiplied(data_[i], data_[i]));
+            sigma += data_[i] * data_[i];
         }
-        if (!(sigma > 0) && !(sigma != sigma)) {
+        if (sigma == 0) {
             setCanonical(0);
-            beta = static_cast<T>(x0 < 0 ? 2 : 0);
+            beta = x0 < 0 ? 2 : 0;
             return;
         }
-        const T mu = squareRoot(added(multiplied(x0, x0), sigma));
-        if (std::is_integral_v<T> && added(x0, mu) == 0) {
-            raise<MathError>(where, "Null divisor found.");
-        }
-        const T v0 = x0 > 0 ? divided(negated(sigma), added(x0, mu)) : subtracted(x0, mu);
-        const T square = multiplied(v0, v0);
-        if (std::is_integral_v<T> && (v0 == 0 || added(square, sigma) == 0)) {
-            raise<MathError>(where, "Null divisor found.");
-        }
+        const T mu = std::sqrt(x0 * x0 + sigma);
+        const T v0 = x0 > 0 ? -sigma / (x0 + mu) : x0 - mu;
         for (int i = 1; i < size_; ++i) {
-            data_[i] = divided(data_[i], v0);
+            data_[i] /= v0;
         }
-        beta = divided(multiplied(T(2), square), added(square, sigma));
-        data_[0] = T(1);
+        beta = 2 * v0 * v0 / (v0 * v0 + sigma);
+        data_[0] = 1;
     }
 }
 
@@ -274,7 +267,7 @@ template <class T>
 void Vector<T>::householderVector([[maybe_unused]] Vector& v, [[maybe_unused]] T& beta) const
 {
     const char* const where = "void Vector<T>::householderVector(Vector&, T&) const";
-    if constexpr (isOneOf<T, bool, unsigned char, short, unsigned short, int, unsigned int>) {
+    if constexpr (!std::is_floating_point_v<T>) {
         raiseNotAvailable<T>(where);
     } else {
         requireElements(where);
