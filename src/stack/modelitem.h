@@ -160,6 +160,10 @@ public:
     /// corner more s + 1.
     void rectifyBox(BoundingBox<int>& box) const;
 
+    /// The pixels that the item marks, as (x, y): its vertices, of a region all pixels of its set.
+    /// New vertices, sharing nothing with the item.
+    Vertices<int> pixels() const;
+
     /// New vertices, sharing nothing with the item. A region gives those of its set, as (x, y), if
     /// its flag says so.
     Vertices<int> selectedVertices() const;
@@ -185,8 +189,9 @@ public:
 private:
     friend class ModelItemOwner;
 
+    void detachFrom(ModelItemOwner* owner);
     MPrimitive primitive() const;
-    Vertices<int> regionVertices() const;
+    static Vector<int> regionPosition(const Vector<int>& p);
     Vertices<int> verticesByFlag(bool selected) const;
 
     Model* model_ = nullptr;

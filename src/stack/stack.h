@@ -114,7 +114,7 @@ public:
     StackSlice& getPreviousSlice(const StackSlice& slice);
     const StackSlice& getPreviousSlice(const StackSlice& slice) const;
 
-    /// Appends; the caller tells the slice its stack by `StackSlice::setStack`.
+    /// Appends a slice that is not in the stack yet; the caller tells the slice its stack by `StackSlice::setStack`.
     void addSlice(StackSlice& slice);
 
     /// Inserts in front of slice `index`; the number of slices appends.
@@ -222,3 +222,8 @@ private:
     std::string lastSegmentedSlice_;
     std::string lastRegisteredSlice_;
 };
+
+extern template VoxelMatrix<int> Stack::toVoxelMatrix<int>(ImageColorContent) const;
+extern template VoxelMatrix<float> Stack::toVoxelMatrix<float>(ImageColorContent) const;
+extern template VoxelMatrix<double> Stack::toVoxelMatrix<double>(ImageColorContent) const;
+extern template VoxelMatrix<long double> Stack::toVoxelMatrix<long double>(ImageColorContent) const;

@@ -17,7 +17,7 @@ public:
     /// Binds to a stack, which must outlive this object, and computes the maps.
     void setStack(const Stack& stack);
 
-    /// Without a stack: `UsageError`. A slice without an image source raises its `ProgramError`.
+    /// Without a stack: `UsageError`. The centre of a slice without an image is its origin.
     void computeMaps();
 
     /// One row of 6 coefficients (a, b, e, d, f, g) per slice: (x, y) goes to

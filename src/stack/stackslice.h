@@ -65,8 +65,11 @@ public:
     void print(const std::string& indent = "") const;
 
 private:
-    const Stack& stack(const char* where) const;
+    friend class Stack;
+
+    Stack& stack(const char* where) const;
     int index(const char* where) const;
+    static float absolutePosition(const Stack& stack, int index);
 
     Stack* stack_ = nullptr;
     float thickness_ = 0.0f;

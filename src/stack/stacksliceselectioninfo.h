@@ -3,7 +3,6 @@
 #include "shape/curvestacktriangulationcontourtag.h"
 #include "stack/modelproperties.h"
 
-class Model;
 class StackSlice;
 
 /// Summary of what is selected on one slice, as it was at the last `update()`.
@@ -45,7 +44,6 @@ private:
     int numSelectedItems_ = 0;
     int numPartialItems_ = 0;
     bool singleModel_ = true;
-    const Model* model_ = nullptr;
     MPrimitive geometry_ = PRIMITIVE_UNKNOWN;
     CurveStackTriangulationContourTag triangulationTag_ = CurveStackTriangulationContourTag::None;
 };
