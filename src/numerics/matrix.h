@@ -249,7 +249,6 @@ private:
 
     void requireSizeOf(const Matrix& other, const char* where) const;
     void requireElements(bool rows, const char* where) const;
-    void requireFinite(const char* where) const;
     T dropTolerance(const Vector<T>& singularValues) const;
 
     int n_ = 0;
