@@ -1,0 +1,7 @@
+#pragma once
+
+/// Brightness of the background of a photograph against the leaf.
+enum BackgroundValue {
+    DarkBackground = 0,
+    LightBackground = 1,
+};
