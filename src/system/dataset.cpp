@@ -481,19 +481,23 @@ std::ostream& operator<<(std::ostream& stream, const DataSet& dataSet)
     if (dataSet.columns.empty()) {
         return stream;
     }
-    const std::locale former = stream.imbue(std::locale::classic());
+    // Composed aside, since a stream that changes its locale on the way flushes, and can fail at it.
+    std::ostringstream text;
+    text.copyfmt(stream);
+    text.imbue(std::locale::classic());
     for (std::size_t i = 0; i < dataSet.names.size(); ++i) {
         if (i != 0) {
-            stream << dataSet.fieldSeparator;
+            text << dataSet.fieldSeparator;
         }
-        stream << dataSet.names[i];
+        text << dataSet.names[i];
     }
-    stream << '\n';
+    text << '\n';
     for (int row = 0; row < dataSet.numRows_; ++row) {
-        dataSet.writeRow(stream, row);
+        dataSet.writeRow(text, row);
     }
-    stream.imbue(former);
-    return stream;
+    stream.flags(text.flags());
+    const std::string bytes = text.str();
+    return stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 void DataSet::writeRow(std::ostream& stream, int row) const
