@@ -1,0 +1,61 @@
+#pragma once
+
+#include "samples/leafplan.h"
+#include "samples/polyline.h"
+
+#include <vector>
+
+/// Places a leaf on a picture: from positions across (x, positive to the right) and along (y, from
+/// the base of the blade to its tip) the upright leaf, to pixels, and back.
+class LeafFrame
+{
+public:
+    LeafFrame() = default;
+
+    /// Without shift; bent and tilted as planned.
+    explicit LeafFrame(const LeafPlan& plan);
+
+    Point toPicture(const Point& onLeaf) const;
+    Point toLeaf(const Point& inPicture) const;
+
+    /// Moves everything by so many pixels.
+    void shift(const Point& by) { origin_ = origin_ + by; }
+
+private:
+    double sideways(double along) const;
+
+    Point origin_;
+    double cosine_ = 1.0;
+    double sine_ = 0.0;
+    double bladeLength_ = 1.0;
+    double petioleLength_ = 1.0;
+    double bend_ = 0.0;
+    double petioleBend_ = 0.0;
+};
+
+/// A vein: its middle line and its width at both ends.
+struct Vein
+{
+    Polyline line;
+    double firstWidth = 0.0;
+    double lastWidth = 0.0;
+};
+
+/// The geometry of one leaf in pixels of its picture.
+struct LeafOutline
+{
+    LeafFrame frame;
+    /// Blade and stalk in one closed line, clockwise on the screen, a point per pixel.
+    Polyline outline;
+    /// Where the blade meets the stalk: left and right with the tip up. They lie on the outline, a
+    /// few pixels up the blade from the corner.
+    Point leftJunction;
+    Point rightJunction;
+    Point apex;
+    /// Of the blade alone, in square pixels.
+    double bladeArea = 0.0;
+    std::vector<Vein> veins;
+};
+
+/// Draws the outline of a plan, in the middle of a picture of this size.
+LeafOutline makeOutline(const LeafPlan& plan, int width, int height);

@@ -1,0 +1,207 @@
+#include "samples/canvas.h"
+#include "samples/leafreader.h"
+#include "samples/samplefiles.h"
+#include "support/temporaryfolder.h"
+#include "system/dataset.h"
+#include "system/exception.h"
+
+#include <gtest/gtest.h>
+#include <tiffio.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <random>
+#include <set>
+
+namespace {
+
+constexpr int width = 900;
+constexpr int height = 1300;
+
+/// As many notches as teeth and one more on a half with teeth, none on a half without.
+NotchCount expectedNotches(const LeafPlan& plan)
+{
+    const int upperLobes = plan.upperTeeth > 0 ? 1 : 0;
+    const int lowerLobes = plan.lowerTeeth > 0 ? 1 : 0;
+    return {plan.upperTeeth + upperLobes, plan.lowerTeeth + lowerLobes};
+}
+
+} // namespace
+
+TEST(AddCoverage, EnclosesTheAreaOfThePolygon)
+{
+    std::mt19937 random(4);
+    std::uniform_real_distribution<double> radius(5.0, 40.0);
+    for (int round = 0; round < 50; ++round) {
+        Polyline star;
+        for (int k = 0; k < 30; ++k) {
+            const double angle = k * 6.283185307179586 / 30;
+            star.push_back(Point{50.3, 49.6} +
+                           Point{std::cos(angle), std::sin(angle)} * radius(random));
+        }
+        Plane plane(100, 100);
+        addCoverage(plane, star);
+        const double sum = std::accumulate(plane.values.begin(), plane.values.end(), 0.0);
+        // Across the lines of samples the area is a sum over midpoints, a quarter pixel apart.
+        EXPECT_NEAR(sum, area(star), 4.0);
+        EXPECT_LE(*std::max_element(plane.values.begin(), plane.values.end()), 1.0001F);
+    }
+}
+
+TEST(AddCoverage, LeavesOutWhatLiesOutsideOfThePlane)
+{
+    Plane plane(10, 10);
+    addCoverage(plane, {{-5.0, -5.0}, {5.5, -5.0}, {5.5, 20.0}, {-5.0, 20.0}});
+    for (int y = 0; y < 10; ++y) {
+        EXPECT_FLOAT_EQ(plane.at(4, y), 1.0F);
+        EXPECT_FLOAT_EQ(plane.at(5, y), 0.5F);
+        EXPECT_FLOAT_EQ(plane.at(6, y), 0.0F);
+    }
+}
+
+TEST(LeafFrame, PlacesCanBeTakenBack)
+{
+    for (int index = 0; index < 8; ++index) {
+        LeafFrame frame(planLeaf(index, 3));
+        frame.shift({450.0, 1100.0});
+        for (double x = -300.0; x <= 300.0; x += 75.0) {
+            for (double y = -150.0; y <= 900.0; y += 75.0) {
+                const Point back = frame.toLeaf(frame.toPicture({x, y}));
+                EXPECT_NEAR(back.x, x, 1e-9);
+                EXPECT_NEAR(back.y, y, 1e-9);
+            }
+        }
+    }
+}
+
+TEST(PlanLeaf, HalfOfTheLeavesArePlainAndAllCombinationsOccur)
+{
+    int plain = 0;
+    std::set<std::string> names;
+    std::set<std::pair<bool, bool>> combinations;
+    for (int index = 0; index < 14; ++index) {
+        const LeafPlan plan = planLeaf(index, 1);
+        names.insert(plan.name);
+        if (plan.kind == LeafKind::Plain) {
+            ++plain;
+            combinations.insert({plan.colour, plan.lightBackground});
+        }
+    }
+    EXPECT_GE(plain, 6);
+    EXPECT_EQ(names.size(), 14U);
+    EXPECT_EQ(combinations.size(), 4U);
+}
+
+TEST(MakeOutline, EveryNotchCanBeFoundAndNoOther)
+{
+    for (long seed = 1; seed <= 30; ++seed) {
+        for (int index = 0; index < 16; ++index) {
+            const LeafPlan plan = planLeaf(index, seed);
+            if (plan.kind == LeafKind::TeethOnTeeth) {
+                continue;
+            }
+            const LeafOutline leaf = makeOutline(plan, width, height);
+            const NotchCount found = countNotches(leaf.outline, leaf);
+            const NotchCount drawn = expectedNotches(plan);
+            EXPECT_EQ(found.upper, drawn.upper) << plan.name << " of series " << seed;
+            EXPECT_EQ(found.lower, drawn.lower) << plan.name << " of series " << seed;
+        }
+    }
+}
+
+TEST(MakeOutline, LeavesLieInsideTheirPictureAndJunctionsOnTheirOutline)
+{
+    for (long seed = 1; seed <= 30; ++seed) {
+        for (int index = 0; index < 16; ++index) {
+            const LeafOutline leaf = makeOutline(planLeaf(index, seed), width, height);
+            EXPECT_GT(leaf.bladeArea, 100000.0);
+            EXPECT_GT(area(leaf.outline), leaf.bladeArea);
+            EXPECT_LT(leaf.leftJunction.x, leaf.rightJunction.x);
+            EXPECT_NEAR(length(leaf.leftJunction - leaf.rightJunction), 35.0, 15.0);
+            for (const Point& point : leaf.outline) {
+                ASSERT_TRUE(point.x > 30 && point.x < width - 30) << index << " of " << seed;
+                ASSERT_TRUE(point.y > 30 && point.y < height - 30) << index << " of " << seed;
+            }
+        }
+    }
+}
+
+TEST(DrawLeaf, ThePictureShowsTheNotchesOfThePlan)
+{
+    for (int index = 0; index < 14; ++index) {
+        const LeafPlan plan = planLeaf(index, 1);
+        const LeafOutline leaf = makeOutline(plan, width, height);
+        const Picture picture = drawLeaf(plan, leaf, width, height);
+        EXPECT_EQ(picture.bytes.size(),
+                  static_cast<std::size_t>(width * height * (plan.colour ? 3 : 1)));
+        const Polyline traced =
+            smoothedLoop(resampledLoop(smoothedLoop(traceOutline(picture), 1.0), 1.0), 1.0);
+        EXPECT_NEAR(area(traced), area(leaf.outline), 0.01 * area(leaf.outline)) << plan.name;
+        if (plan.kind != LeafKind::TeethOnTeeth) {
+            const NotchCount found = countNotches(traced, leaf);
+            EXPECT_EQ(found.upper, expectedNotches(plan).upper) << plan.name;
+            EXPECT_EQ(found.lower, expectedNotches(plan).lower) << plan.name;
+        }
+    }
+}
+
+TEST(WriteSamples, TheSameSeriesGivesTheSameFilesHoweverManyAreDrawn)
+{
+    const TemporaryFolder folder;
+    writeSamples(folder.file("two"), 2, 5);
+    writeSamples(folder.file("three"), 3, 5);
+    writeSamples(folder.file("other"), 1, 6);
+    for (const char* name : {"plain-01.tif", "double-01.tif"}) {
+        EXPECT_EQ(folder.read(std::string("two/") + name),
+                  folder.read(std::string("three/") + name));
+    }
+    EXPECT_NE(folder.read("two/plain-01.tif"), folder.read("other/plain-01.tif"));
+    const std::string table = folder.read("three/junctions.tsv");
+    EXPECT_EQ(table.substr(0, folder.read("two/junctions.tsv").size()),
+              folder.read("two/junctions.tsv"));
+    DataSet truth(folder.file("three/truth.tsv"));
+    EXPECT_EQ(truth.numRows(), 3);
+    EXPECT_EQ(truth.getValue<std::string>("Slice_Name", 2), "plain-02");
+    EXPECT_EQ(truth.getValue<int>("Upper_Teeth", 2), planLeaf(2, 5).upperTeeth);
+    EXPECT_EQ(DataSet(folder.file("three/junctions.tsv")).columnTypes(), "%s%d%d%d%d");
+}
+
+TEST(WriteTiff, PicturesComeBackWithTheirResolution)
+{
+    const TemporaryFolder folder;
+    for (const int samples : {1, 3}) {
+        Picture picture;
+        picture.width = 7;
+        picture.height = 5;
+        picture.samples = samples;
+        for (int i = 0; i < 7 * 5 * samples; ++i) {
+            picture.bytes.push_back(static_cast<std::uint8_t>(i * 2));
+        }
+        writeTiff(picture, folder.file("a.tif"));
+        TIFF* tiff = TIFFOpen(folder.file("a.tif").c_str(), "r");
+        ASSERT_NE(tiff, nullptr);
+        float resolution = 0.0F;
+        std::uint16_t unit = 0;
+        EXPECT_EQ(TIFFGetField(tiff, TIFFTAG_XRESOLUTION, &resolution), 1);
+        EXPECT_EQ(TIFFGetField(tiff, TIFFTAG_RESOLUTIONUNIT, &unit), 1);
+        EXPECT_EQ(resolution, 300.0F);
+        EXPECT_EQ(unit, RESUNIT_INCH);
+        std::vector<std::uint8_t> read(picture.bytes.size());
+        const std::size_t rowSize = static_cast<std::size_t>(7 * samples);
+        ASSERT_EQ(static_cast<std::size_t>(TIFFScanlineSize(tiff)), rowSize);
+        for (std::uint32_t y = 0; y < 5; ++y) {
+            TIFFReadScanline(tiff, &read[y * rowSize], y, 0);
+        }
+        TIFFClose(tiff);
+        EXPECT_EQ(read, picture.bytes);
+    }
+    EXPECT_EQ(folder.fileCount(), 1);
+}
+
+TEST(WriteSamples, AFolderThatCannotBeMadeIsAnError)
+{
+    const TemporaryFolder folder;
+    folder.write("file", "");
+    EXPECT_THROW(writeSamples(folder.file("file/inside"), 1, 1), FileWriteError);
+}
