@@ -1,0 +1,41 @@
+#pragma once
+
+#include "shape/curve.h"
+
+/// Convex hull of a curve's vertices in coordinates 0 and 1.
+///
+/// Source: C. B. Barber, D. P. Dobkin and H. Huhdanpaa, The quickhull algorithm for convex hulls,
+/// ACM Transactions on Mathematical Software 22, 1996, in the plane.
+template <class T>
+class QuickHull
+{
+public:
+    /// No curve.
+    QuickHull();
+
+    /// Takes the curve to wrap, which must live until `process` is done.
+    void setCurve(const Curve<T>& curve);
+
+    /// The hull: a closed curve on its own server, of positive area, beginning at the vertex with
+    /// the largest coordinate 0. Vertices on the straight line between two others are left out.
+    /// Collinear vertices give the two ends, one vertex alone gives it twice, none an empty hull.
+    /// Raises `UsageError` without a curve. Costs the number of vertices times that of the hull.
+    Curve<T> process();
+
+private:
+    using Points = std::vector<const Vector<T>*>;
+
+    void findEnds(const Vector<T>*& minPoint, const Vector<T>*& maxPoint) const;
+    T computeAreaTriangle(const Vector<T>& a, const Vector<T>& b, const Vector<T>& c) const;
+    T height(const Vector<T>& a, const Vector<T>& b, const Vector<T>& point) const;
+    void
+    quickHull(const Vector<T>& a, const Vector<T>& b, const Points& points, Curve<T>& result) const;
+
+    const Curve<T>* curve_ = nullptr;
+    int space_ = 0;
+};
+
+extern template class QuickHull<int>;
+extern template class QuickHull<float>;
+extern template class QuickHull<double>;
+extern template class QuickHull<long double>;
