@@ -1,0 +1,35 @@
+#include "shell/crenaraplugin.h"
+
+#include "shell/crenarawindow.h"
+
+#include <QMessageBox>
+
+QString CrenaraPlugin::getPluginName()
+{
+    return "Crenara 1.16";
+}
+
+void CrenaraPlugin::setStack(LMXStack& live)
+{
+    stack = &live;
+}
+
+void CrenaraPlugin::setMediator(LMXRootMediator& root)
+{
+    mediator = &root;
+}
+
+void CrenaraPlugin::run()
+{
+    Q_INIT_RESOURCE(crenaraconfig);
+    if (!stack) {
+        QMessageBox::warning(nullptr, getPluginName(), "There is no stack to work on");
+        return;
+    }
+    CrenaraWindow* opened = new CrenaraWindow;
+    window = opened;
+    window->setStack(*stack);
+    window->setModal(false);
+    addMonitor(*window);
+    window->show();
+}

@@ -1,0 +1,263 @@
+// The stages of the workflow window: the gate and the filling of each page, and what a click on its
+// "&Process" runs.
+
+#include "blade/extractcontour.h"
+#include "blade/extractconvexpoints.h"
+#include "blade/extractpeak.h"
+#include "blade/leafanalysis.h"
+#include "interface/lmxstack.h"
+#include "shell/averagingconfigpage.h"
+#include "shell/crenarawindow.h"
+#include "shell/exportshapesconfigeditor.h"
+#include "shell/extractcontourconfigeditor.h"
+#include "shell/extractpeaksconfigeditor.h"
+#include "shell/extractsinusconfigeditor.h"
+#include "shell/leafmeasuresconfigeditor.h"
+#include "shell/newproject.h"
+#include "shell/projectloader.h"
+#include "shell/projectloaderconfigpage.h"
+#include "stack/modelitem.h"
+#include "stack/stackslice.h"
+
+#include <QMessageBox>
+#include <QProgressBar>
+
+bool CrenaraWindow::verifiedModel(const std::string& name) const
+{
+    return stack->findModel(name) >= 0;
+}
+
+bool CrenaraWindow::verifiedSizeModelContours(const std::string& name, int least)
+{
+    return verifiedSizes(name, [least](int size) { return size >= least; });
+}
+
+bool CrenaraWindow::verifiedSizeModelPetiole(const std::string& name, int exact)
+{
+    return verifiedSizes(name, [exact](int size) { return size == exact; });
+}
+
+/// Each slice must have an item of the model, and each of these a good number of vertices; the
+/// first slice that fails is named in a warning.
+bool CrenaraWindow::verifiedSizes(const std::string& name, const std::function<bool(int)>& isGood)
+{
+    for (int i = 0; i < stack->getNumSlices(); ++i) {
+        const StackSlice& slice = stack->getSlice(i);
+        bool good = false;
+        for (int k = 0; k < slice.getNumItems(); ++k) {
+            const ModelItem& item = slice.getItem(k);
+            if (item.getModel().getName() != name) {
+                continue;
+            }
+            good = isGood(item.getSize());
+            if (!good) {
+                break;
+            }
+        }
+        if (!good) {
+            QMessageBox::warning(this, "Warning",
+                                 "Missing " + QString::fromStdString(name) + " in slice number :" +
+                                     QString::fromStdString(slice.getName()));
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CrenaraWindow::passesGate(QWidget* page,
+                               const QString& title,
+                               const QString& text,
+                               bool passed)
+{
+    page->setEnabled(passed);
+    if (!passed) {
+        QMessageBox::warning(this, title, text);
+    }
+    return passed;
+}
+
+void CrenaraWindow::initializeProjectLoader()
+{
+    connect(projectPage, &ProjectLoaderConfigPage::newProjectClicked, this,
+            &CrenaraWindow::runNewProjectLoader);
+    connect(projectPage, &ProjectLoaderConfigPage::loadProjectClicked, this,
+            &CrenaraWindow::runProjectLoader);
+}
+
+void CrenaraWindow::runNewProjectLoader()
+{
+    NewProject maker;
+    __projectConfig.setStack(stack);
+    maker.setConfig(__projectConfig);
+    maker.newProject();
+    enabledActions();
+    kineticParametersEnabled = maker.getConfig().kineticIsEnabled();
+}
+
+void CrenaraWindow::runProjectLoader()
+{
+    ProjectLoader loader(this);
+    __projectConfig.setStack(stack);
+    loader.setConfig(__projectConfig);
+    loader.loadProject();
+    if (loader.readFileCRP()) {
+        kineticParametersEnabled = loader.getConfig().kineticIsEnabled();
+        enabledActions();
+    } else {
+        QMessageBox::warning(this, "Project Loader", "The file crp is unreadable");
+    }
+}
+
+void CrenaraWindow::initializeExtractContour()
+{
+    contourPage->setChannel(stack->colorContent());
+    contourPage->setBackground(DarkBackground);
+    contourPage->setImageType(false);
+    connect(contourPage, &ExtractContourConfigEditor::processExtractContourClicked, this,
+            &CrenaraWindow::runExtractContour);
+}
+
+void CrenaraWindow::runExtractContour()
+{
+    ExtractContour process;
+    process.setStack(*stack);
+    process.setProgressBar(*progressBar);
+    process.setChannel(contourPage->getChannel());
+    process.setBackground(contourPage->getBackground());
+    process.setFidelity(contourPage->getFidelityValue());
+    process.setBinaryImage(contourPage->getImageType());
+    process.run();
+}
+
+void CrenaraWindow::initializeExtractSinus()
+{
+    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
+                        verifiedSizeModelContours("Contour", 5) &&
+                        verifiedSizeModelPetiole("Petiole", 2);
+    if (passesGate(sinusPage, "Extract Sinus",
+                   "After Extract Contour, don't forget draw the blade-petiole junctions",
+                   passed)) {
+        sinusPage->setConfig(__configLCMethod);
+        connect(sinusPage, &ExtractSinusConfigEditor::processExtractSinusClicked, this,
+                &CrenaraWindow::runExtractSinus);
+    }
+}
+
+void CrenaraWindow::runExtractSinus()
+{
+    __configLCMethod = sinusPage->getConfig();
+    ExtractConvexPoints process;
+    process.setStack(*stack);
+    process.setNeigbourhood(__configLCMethod.getNeigbourhood());
+    process.setThresholdAngle(__configLCMethod.getCurvatureAngle());
+
+    QMessageBox box;
+    progressBar->reset();
+    const int slices = stack->getNumSlices();
+    process.createModels();
+    QString report;
+    for (int i = 0; i < slices; ++i) {
+        progressBar->setValue(static_cast<int>((i + 1) / static_cast<float>(slices) * 100.0f));
+        const std::string text = process.process(i);
+        if (!text.empty()) {
+            report += QString::fromStdString(text) + "\n";
+        }
+    }
+    if (report.isEmpty()) {
+        box.setText("Detection of the sinuses is complete");
+    } else {
+        box.setIcon(QMessageBox::Warning);
+        box.setModal(false);
+        box.setText("Please add manually all missing sinuses\n" + report);
+    }
+    box.exec();
+    progressBar->reset();
+}
+
+void CrenaraWindow::initializeExtractPeaks()
+{
+    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
+                        verifiedModel("Primary Sinus") && verifiedModel("Apex") &&
+                        verifiedSizeModelContours("Contour", 5) &&
+                        verifiedSizeModelPetiole("Petiole", 2);
+    if (passesGate(peaksPage, "Extract Peaks", "Please run Extract Sinus before Extract Tips",
+                   passed)) {
+        peaksPage->setMethodToExtract(LocalCurvature);
+        peaksPage->setExcludeNeighboorhood(10);
+        connect(peaksPage, &ExtractPeaksConfigEditor::processExtractPeaksClicked, this,
+                &CrenaraWindow::runExtractPeaks);
+    }
+}
+
+void CrenaraWindow::runExtractPeaks()
+{
+    ExtractPeak process;
+    process.setStack(*stack);
+    process.setMethodToExtract(peaksPage->getMethodToExtract());
+    process.setExcludeNeighbourhood(peaksPage->getExcludeNeighboorhood());
+    process.setVenationType(__projectConfig.getVenationType());
+    process.setProgressBar(*progressBar);
+    process.run();
+}
+
+void CrenaraWindow::initializeLeafMeasures()
+{
+    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
+                        verifiedModel("Apex") && verifiedSizeModelContours("Contour", 5) &&
+                        verifiedSizeModelPetiole("Petiole", 2);
+    if (passesGate(measuresPage, "Analysis", "Please run Extract Sinus before Analysis", passed)) {
+        measuresPage->setConfig(__projectConfig);
+        connect(measuresPage, &LeafMeasuresConfigEditor::processLeafMeasuresClicked, this,
+                &CrenaraWindow::runLeafMeasures);
+    }
+}
+
+void CrenaraWindow::runLeafMeasures()
+{
+    LeafAnalysis process;
+    process.setVenationType(__projectConfig.getVenationType());
+    process.setSpecie(__projectConfig.getSpecie());
+    process.setGenotype(__projectConfig.getGenotype());
+    process.setGrowthConditions(__projectConfig.getGrowthCondition());
+    process.setInflection(__projectConfig.getInflectionPoint());
+    process.setScaling(__projectConfig.getScaling());
+    process.setStrength(__projectConfig.getStrengthFactor());
+    process.setOutputPath(measuresPage->getOutputPath());
+    process.setPrefix(measuresPage->getPrefix());
+    process.setStack(*stack);
+    process.setProgressBar(*progressBar);
+    process.run();
+}
+
+void CrenaraWindow::initializeAveraging()
+{
+    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
+                        verifiedModel("Apex") && verifiedSizeModelContours("Contour", 5) &&
+                        verifiedSizeModelPetiole("Petiole", 2);
+    if (passesGate(averagingPage, "Averaging", "Please run Extract Sinus before averaging",
+                   passed)) {
+        averagingPage->setPath(__projectConfig.getProjectPath());
+        averagingPage->setFile("");
+        connect(averagingPage, &AveragingConfigPage::averagingClicked, this,
+                &CrenaraWindow::runAveraging);
+    }
+}
+
+void CrenaraWindow::initializeExportShapes()
+{
+    connect(exportPage, &ExportShapesConfigEditor::processExportShapesClicked, this,
+            &CrenaraWindow::runExportShapes);
+}
+
+// No stage of this version stands behind the slots below: their pages keep "&Process" closed, or
+// there is no page. They hold their places in the order of the window's slots.
+
+void CrenaraWindow::runAveraging() {}
+
+void CrenaraWindow::runExportShapes() {}
+
+void CrenaraWindow::runHierarchy() {}
+
+void CrenaraWindow::runCheckStack() {}
+
+void CrenaraWindow::runImportShapes() {}
