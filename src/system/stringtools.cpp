@@ -54,27 +54,30 @@ Conversion<float> readFloat(const std::string& text)
     return conversion;
 }
 
-/// Raises the error of a conversion that did not take the whole text.
+/// Who converts, and what it says of a text that it can't take.
+struct Converter
+{
+    const char* where;
+    const char* invalid;
+    const char* range;
+    const char* function;
+};
+
 template <class T>
-T checked(const Conversion<T>& conversion,
-          const std::string& text,
-          const std::string& where,
-          const std::string& type,
-          const std::string& function)
+T checked(const Conversion<T>& conversion, const std::string& text, const Converter& converter)
 {
     if (conversion.isWhole(text)) {
         return conversion.value;
     }
     const std::string quoted = '"' + text + '"';
+    std::string reason = converter.function;
     if (conversion.outOfRange) {
-        raise<RangeError>(where,
-                          quoted + ": range error in " + type + " conversion [" + function + "]");
+        raise<RangeError>(converter.where, quoted + converter.range + " [" + reason + "]");
     }
-    const std::string reason = conversion.consumed == 0
-                                   ? function
-                                   : "error after position " + std::to_string(conversion.consumed);
-    raise<TypeError>(where, quoted + ": invalid string argument for " + type + " conversion [" +
-                                reason + "]");
+    if (conversion.consumed != 0) {
+        reason = "error after position " + std::to_string(conversion.consumed);
+    }
+    raise<TypeError>(converter.where, quoted + converter.invalid + " [" + reason + "]");
 }
 
 } // namespace
@@ -105,13 +108,18 @@ bool StringTools::isCompatible<float>(const std::string& text)
 
 float StringTools::toFloat(const std::string& text)
 {
-    return checked(readFloat(text), text, "float StringTools::toFloat(const string&)", "float",
-                   "stof");
+    static const Converter converter = {"float StringTools::toFloat(const string&)",
+                                        ": invalid string argument for float conversion",
+                                        ": range error in float conversion", "stof"};
+    return checked(readFloat(text), text, converter);
 }
 
 int StringTools::toInt(const std::string& text)
 {
-    return checked(readInt(text), text, "int StringTools::toInt(const string&)", "int", "stoi");
+    static const Converter converter = {"int StringTools::toInt(const string&)",
+                                        ": invalid string argument for int conversion",
+                                        ": range error in int conversion", "stoi"};
+    return checked(readInt(text), text, converter);
 }
 
 std::vector<std::string> StringTools::tokenize(const std::string& text,
