@@ -27,7 +27,7 @@ public:
     /// The shape, or null.
     Shape<T>* getShape() const { return shape_; }
 
-    /// Builds the tree; raises `UsageError` without a shape.
+    /// Builds the tree; raises `UsageError` without a shape, or for one that has lost all vertices.
     void build();
 
     /// The vertex nearest to `position`, as it stands on the shape's server. Of equally near ones
@@ -36,8 +36,8 @@ public:
     const Vector<T>& nearestVertex(const Vector<T>& position) const;
 
     /// Makes `out` the `k` nearest vertices in ascending order of distance, on the shape's server.
-    /// Raises `RangeError` unless `k` lies between 1 and the number of vertices, and `UsageError`
-    /// before `build`.
+    /// Raises `RangeError` unless `k` lies between 1 and the number of vertices, `ValueError` where
+    /// distances are not finite, and `UsageError` before `build`.
     void nearestVertices(Vertices<T>& out, const Vector<T>& position, int k) const;
 
     /// Node `i`: a server slot, -1 for no node.

@@ -2,6 +2,9 @@
 
 #include "shape/curve.h"
 
+#include <type_traits>
+#include <vector>
+
 /// Convex hull of a curve's vertices in coordinates 0 and 1.
 ///
 /// Source: C. B. Barber, D. P. Dobkin and H. Huhdanpaa, The quickhull algorithm for convex hulls,
@@ -25,9 +28,12 @@ public:
 private:
     using Points = std::vector<const Vector<T>*>;
 
+    /// Areas of integer triangles are halves of integers.
+    using Real = std::conditional_t<std::is_integral_v<T>, double, T>;
+
     void findEnds(const Vector<T>*& minPoint, const Vector<T>*& maxPoint) const;
-    T computeAreaTriangle(const Vector<T>& a, const Vector<T>& b, const Vector<T>& c) const;
-    T height(const Vector<T>& a, const Vector<T>& b, const Vector<T>& point) const;
+    Real computeAreaTriangle(const Vector<T>& a, const Vector<T>& b, const Vector<T>& c) const;
+    Real height(const Vector<T>& a, const Vector<T>& b, const Vector<T>& point) const;
     void
     quickHull(const Vector<T>& a, const Vector<T>& b, const Points& points, Curve<T>& result) const;
 

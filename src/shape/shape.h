@@ -163,8 +163,7 @@ public:
     SquareMatrix<T> inertia() const;
     SquareMatrix<T> inertia(Vector<T>& cog) const;
 
-    /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be opened
-    /// and `FileFormatError` for one whose numbers are fewer, or others, than its header announces.
+    /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and `FileFormatError` for one whose numbers are fewer, or others, than its header announces.
     /// The marks at the beginning of the lines are not looked at.
     void load(const std::string& filename);
 

@@ -138,6 +138,11 @@ public:
 
 protected:
     std::vector<int> indices_;
+
+private:
+    void requireServer(const char* where) const;
+    int store(const Vector<T>& vertex);
+    int closestPosition(const Vector<T>& vertex, T& distance) const;
 };
 
 /// The walk over a list of vertices; its locator has one element, the position.

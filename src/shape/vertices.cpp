@@ -1,0 +1,576 @@
+#include "shape/vertices.h"
+
+#include "shape/segment.h"
+#include "system/exception.h"
+
+#include <algorithm>
+#include <cmath>
+#include <exception>
+#include <limits>
+#include <locale>
+
+namespace {
+
+/// Runs an edit of an index list or its server under the lock of all lists. An error must not leave
+/// the critical section on its own, so it is carried out.
+template <class Edit>
+void guarded(Edit&& edit)
+{
+    std::exception_ptr failure;
+#pragma omp critical(vertices_vertex_operation)
+    {
+        try {
+            edit();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+/// The stream with the number format of the classic locale; its own comes back at the end.
+class ClassicFormat
+{
+public:
+    explicit ClassicFormat(std::ios& stream)
+        : stream_(stream)
+        , former_(stream.imbue(std::locale::classic()))
+    {}
+
+    ~ClassicFormat() { stream_.imbue(former_); }
+
+    ClassicFormat(const ClassicFormat&) = delete;
+    ClassicFormat& operator=(const ClassicFormat&) = delete;
+
+private:
+    std::ios& stream_;
+    std::locale former_;
+};
+
+/// Number of bytes between the read position and the end; -1 where the stream can't tell, like a pipe.
+std::streamoff bytesLeft(std::istream& stream)
+{
+    std::streambuf& buffer = *stream.rdbuf();
+    const std::streamoff here = buffer.pubseekoff(0, std::ios::cur, std::ios::in);
+    if (here < 0) {
+        return -1;
+    }
+    const std::streamoff end = buffer.pubseekoff(0, std::ios::end, std::ios::in);
+    buffer.pubseekpos(here, std::ios::in);
+    return end - here;
+}
+
+/// Whether the rest of the stream can hold so many vertices: each number takes two bytes at least,
+/// a digit and a separator. A small shape may be announced by any stream, a moderate one by a
+/// stream that can't tell its length.
+bool canHold(std::istream& stream, int space, int size)
+{
+    constexpr std::streamoff smallShape = 4096;
+    constexpr std::streamoff moderateShape = 1 << 24;
+    if (space < 0 || size < 0) {
+        return false;
+    }
+    const std::streamoff numbers = std::streamoff(size) * std::max(space, 1);
+    const std::streamoff left = bytesLeft(stream);
+    return numbers <= (left < 0 ? moderateShape : std::max(smallShape, left / 2 + 1));
+}
+
+/// Reads "# " and a number, whatever the mark is.
+bool readHeaderLine(std::istream& stream, int& number)
+{
+    char mark = 0;
+    return static_cast<bool>(stream >> mark >> number);
+}
+
+} // namespace
+
+template <class T>
+Vertices<T>::Vertices() = default;
+
+template <class T>
+Vertices<T>::Vertices(int space, int size, int capacity, int growth)
+    : Shape<T>(space, size, capacity, growth)
+{
+    setSize(size, true);
+}
+
+template <class T>
+Vertices<T>::Vertices(const Vertices& other) = default;
+
+template <class T>
+Vertices<T>::Vertices(const std::string& filename)
+{
+    this->load(filename);
+}
+
+template <class T>
+Vertices<T>::~Vertices() = default;
+
+template <class T>
+Vertices<T>& Vertices<T>::operator=(const Vertices& other)
+{
+    this->assign(other);
+    return *this;
+}
+
+template <class T>
+void Vertices<T>::assign(const VertexClient<T>& other)
+{
+    if (this == &other) {
+        return;
+    }
+    const auto& vertices = dynamic_cast<const Vertices&>(other);
+    std::vector<int> indices = vertices.indices_;
+    Shape<T>::assign(other);
+    indices_.swap(indices);
+}
+
+template <class T>
+Vertices<T>* Vertices<T>::clone() const
+{
+    return new Vertices(*this);
+}
+
+template <class T>
+int Vertices<T>::getNumVertices() const
+{
+    return getSize();
+}
+
+template <class T>
+int Vertices<T>::getShapeType() const
+{
+    return 6;
+}
+
+template <class T>
+bool Vertices<T>::isComposite() const
+{
+    return false;
+}
+
+template <class T>
+Vector<T>& Vertices<T>::operator[](const Vector<unsigned int>& locator)
+{
+    return (*this)[static_cast<int>(locator[0])];
+}
+
+template <class T>
+const Vector<T>& Vertices<T>::operator[](const Vector<unsigned int>& locator) const
+{
+    return (*this)[static_cast<int>(locator[0])];
+}
+
+template <class T>
+int Vertices<T>::read(std::istream& stream)
+{
+    const ClassicFormat format(stream);
+    int type = 0;
+    int space = 0;
+    int size = 0;
+    if (!readHeaderLine(stream, type) || !readHeaderLine(stream, space) ||
+        !readHeaderLine(stream, size)) {
+        return -1;
+    }
+    if (!canHold(stream, space, size)) {
+        stream.setstate(std::ios::failbit);
+        return -1;
+    }
+    Vertices fresh(space, size, 0, 0);
+    for (int i = 0; i < size; ++i) {
+        fresh[i].setZeros();
+    }
+    this->setServer(*fresh.server_);
+    indices_ = fresh.indices_;
+    for (int i = 0; i < size && stream; ++i) {
+        Vector<T>& vertex = (*this)[i];
+        for (int c = 0; c < space && stream; ++c) {
+            stream >> vertex[c];
+        }
+    }
+    return type;
+}
+
+template <class T>
+void Vertices<T>::write(std::ostream& stream) const
+{
+    const ClassicFormat format(stream);
+    const std::ios_base::iostate formerExceptions = stream.exceptions();
+    bool written = true;
+    try {
+        stream.exceptions(std::ios::failbit | std::ios::badbit);
+        stream << "# " << this->getShapeType() << "\n";
+        stream << "# " << this->getSpace() << "\n";
+        stream << "# " << getSize() << "\n";
+        for (int i = 0; i < getSize(); ++i) {
+            const Vector<T>& vertex = (*this)[i];
+            for (int c = 0; c < vertex.getSize(); ++c) {
+                stream << (c > 0 ? " " : "") << vertex[c];
+            }
+            stream << "\n";
+        }
+        stream.exceptions(formerExceptions);
+    } catch (const std::ios_base::failure&) {
+        written = false;
+    }
+    if (!written) {
+        try {
+            stream.exceptions(formerExceptions);
+        } catch (const std::ios_base::failure&) {
+            // The mask is set before the state raises; the error below tells the same.
+        }
+        raise<FileWriteError>("void Vertices<T>::write(ostream&) const",
+                              "Cannot write the vertices");
+    }
+}
+
+template <class T>
+void Vertices<T>::print(const std::string& title, std::ostream& stream) const
+{
+    Shape<T>::print(title, stream);
+    stream << " Size = " << getSize() << "\n";
+    stream << " Indexes = \n";
+    for (const int index : indices_) {
+        stream << "   " << index << "\n";
+    }
+}
+
+template <class T>
+VertexIterator<T> Vertices<T>::vertexIterator()
+{
+    return VertexIterator<T>(new __ConcreteVertexIterator(*this));
+}
+
+template <class T>
+ConstVertexIterator<T> Vertices<T>::vertexIterator() const
+{
+    return ConstVertexIterator<T>(new __ConcreteVertexIterator(*this));
+}
+
+template <class T>
+void Vertices<T>::requireServer(const char* where) const
+{
+    if (this->server_ == nullptr) {
+        raise<UsageError>(where, "This shape has no vertex server");
+    }
+}
+
+template <class T>
+int Vertices<T>::store(const Vector<T>& vertex)
+{
+    VertexServer<T>& server = *this->server_;
+    const int slot = server.getSize();
+    server.setSize(slot + 1);
+    *server[slot] = vertex;
+    return slot;
+}
+
+template <class T>
+void Vertices<T>::append(const Vertices& other)
+{
+    requireServer("void Vertices<T>::append(const Vertices&)");
+    guarded([&] {
+        if (other.server_ == this->server_) {
+            const std::vector<int> added = other.indices_;
+            indices_.insert(indices_.end(), added.begin(), added.end());
+            return;
+        }
+        VertexServer<T>& server = *this->server_;
+        const int first = server.getSize();
+        server.setSize(first + other.getSize());
+        indices_.reserve(indices_.size() + other.indices_.size());
+        for (int i = 0; i < other.getSize(); ++i) {
+            *server[first + i] = other[i];
+            indices_.push_back(first + i);
+        }
+    });
+}
+
+template <class T>
+void Vertices<T>::setSize(int size, bool fill)
+{
+    const std::size_t former = indices_.size();
+    indices_.resize(static_cast<std::size_t>(size));
+    if (fill) {
+        for (std::size_t i = former; i < indices_.size(); ++i) {
+            indices_[i] = i == 0 ? 0 : indices_[i - 1] + 1;
+        }
+    }
+}
+
+template <class T>
+void Vertices<T>::append(const Vector<T>& vertex)
+{
+    requireServer("void Vertices<T>::append(const Vector<T>&)");
+    guarded([&] { indices_.push_back(store(vertex)); });
+}
+
+template <class T>
+void Vertices<T>::prepend(const Vector<T>& vertex)
+{
+    requireServer("void Vertices<T>::prepend(const Vector<T>&)");
+    guarded([&] { indices_.insert(indices_.begin(), store(vertex)); });
+}
+
+template <class T>
+void Vertices<T>::insert(int position, const Vector<T>& vertex)
+{
+    requireServer("void Vertices<T>::insert(const int,const Vector<T>&)");
+    guarded([&] { indices_.insert(indices_.begin() + position, store(vertex)); });
+}
+
+template <class T>
+void Vertices<T>::remove(int i)
+{
+    guarded([&] { indices_.erase(indices_.begin() + i); });
+}
+
+template <class T>
+void Vertices<T>::remove(int i, int j)
+{
+    guarded([&] { indices_.erase(indices_.begin() + i, indices_.begin() + std::max(i, j + 1)); });
+}
+
+template <class T>
+void Vertices<T>::removeOutside(int i, int j)
+{
+    if (j < i) {
+        return;
+    }
+    guarded([&] {
+        const int first = std::clamp(i, 0, getSize());
+        const int last = std::clamp(j, -1, getSize() - 1);
+        indices_.erase(indices_.begin() + std::max(first, last + 1), indices_.end());
+        indices_.erase(indices_.begin(), indices_.begin() + first);
+    });
+}
+
+template <class T>
+void Vertices<T>::removeDuplicates(bool closed)
+{
+    guarded([&] {
+        std::vector<int> kept;
+        kept.reserve(indices_.size());
+        for (int i = 0; i < getSize(); ++i) {
+            if (i == 0 || (*this)[i] != (*this)[i - 1]) {
+                kept.push_back(getIndex(i));
+            }
+        }
+        indices_.swap(kept);
+        if (closed && getSize() > 1 && (*this)[getSize() - 1] == (*this)[0]) {
+            indices_.pop_back();
+        }
+    });
+}
+
+template <class T>
+void Vertices<T>::reverse()
+{
+    guarded([&] { std::reverse(indices_.begin(), indices_.end()); });
+}
+
+template <class T>
+void Vertices<T>::setOrigin(int k)
+{
+    guarded([&] { std::rotate(indices_.begin(), indices_.begin() + k, indices_.end()); });
+}
+
+template <class T>
+int Vertices<T>::findMax(int c) const
+{
+    int position = 0;
+    for (int i = 1; i < getSize(); ++i) {
+        if ((*this)[i][c] > (*this)[position][c]) {
+            position = i;
+        }
+    }
+    return position;
+}
+
+template <class T>
+int Vertices<T>::findMin(int c) const
+{
+    int position = 0;
+    for (int i = 1; i < getSize(); ++i) {
+        if ((*this)[i][c] < (*this)[position][c]) {
+            position = i;
+        }
+    }
+    return position;
+}
+
+template <class T>
+int Vertices<T>::closestPosition(const Vector<T>& vertex, T& distance) const
+{
+    int position = 0;
+    for (int i = 0; i < getSize(); ++i) {
+        const T candidate = squaredDistance(vertex, (*this)[i]);
+        if (i == 0 || candidate < distance) {
+            distance = candidate;
+            position = i;
+        }
+    }
+    return position;
+}
+
+template <class T>
+void Vertices<T>::closestPoints(const Vertices& shape, int& i, int& j) const
+{
+    T smallest = 0;
+    for (int k = 0; k < getSize() && shape.getSize() > 0; ++k) {
+        T distance = 0;
+        const int position = shape.closestPosition((*this)[k], distance);
+        if (k == 0 || distance < smallest) {
+            smallest = distance;
+            i = k;
+            j = position;
+        }
+    }
+}
+
+template <class T>
+Vector<int> Vertices<T>::closestPointMap(const Vertices& shape) const
+{
+    Vector<int> map(getSize());
+    for (int i = 0; i < getSize(); ++i) {
+        T distance = 0;
+        map[i] = shape.closestPosition((*this)[i], distance);
+    }
+    return map;
+}
+
+template <class T>
+int Vertices<T>::findMatch(const Vertices& shape) const
+{
+    const int size = getSize();
+    if (size != shape.getSize()) {
+        raise<SizeError>("int Vertices<T>::findMatch(const Vertices&) const", "Size mismatch");
+    }
+    int best = 0;
+    Widened<T> largest = 0;
+    for (int k = 0; k < size; ++k) {
+        Widened<T> score = 0;
+        for (int i = 0; i < size; ++i) {
+            const Vector<T>& a = (*this)[i];
+            const Vector<T>& b = shape[i >= k ? i - k : i - k + size];
+            requireEqualSizes(a, b);
+            Widened<T> product = 0;
+            for (int c = 0; c < a.getSize(); ++c) {
+                product += Widened<T>(a[c]) * Widened<T>(b[c]);
+            }
+            score += product;
+        }
+        if (k == 0 || score > largest) {
+            largest = score;
+            best = k;
+        }
+    }
+    return best;
+}
+
+template <class T>
+void Vertices<T>::match(const Vertices& shape)
+{
+    setOrigin(findMatch(shape));
+}
+
+template <class T>
+Vector<T> Vertices<T>::meanDirection([[maybe_unused]] const Vector<T>& centre,
+                                     [[maybe_unused]] bool weighted) const
+{
+    if (this->getSpace() != 2) {
+        raise<ProgramError>("Vector<T> Vertices<T>::meanDirectionVector(...) const",
+                            "Space dimension is not 2");
+    }
+    if constexpr (std::is_integral_v<T>) {
+        return Vector<T>();
+    } else {
+        T sines = 0;
+        T cosines = 0;
+        T weights = 0;
+        for (int i = 0; i < getSize(); ++i) {
+            const Vector<T> offset = (*this)[i] - centre;
+            const T distance = offset.norm();
+            if (distance == 0) {
+                continue;
+            }
+            const T angle = std::atan2(offset[1] / distance, offset[0] / distance);
+            const T weight = weighted ? distance : T(1);
+            sines += weight * std::sin(2 * angle);
+            cosines += weight * std::cos(2 * angle);
+            weights += weight;
+        }
+        const T x = weights == 0 ? T(0) : cosines / weights;
+        const T y = weights == 0 ? T(0) : sines / weights;
+        const T angle = T(0.5) * std::atan2(y, x);
+        const T length = std::sqrt(x * x + y * y);
+        Vector<T> direction(2);
+        direction[0] = length * std::cos(angle);
+        direction[1] = length * std::sin(angle);
+        return direction;
+    }
+}
+
+template <class T>
+Vector<T> Vertices<T>::meanDirection(bool weighted) const
+{
+    return meanDirection(this->cog(), weighted);
+}
+
+template <class T>
+Vertices<T>::__ConcreteVertexIterator::__ConcreteVertexIterator(const Vertices& shape)
+    : shape_(&shape)
+{
+    this->locator_.setSize(1);
+    show();
+}
+
+template <class T>
+typename Vertices<T>::__ConcreteVertexIterator* Vertices<T>::__ConcreteVertexIterator::clone() const
+{
+    return new __ConcreteVertexIterator(*this);
+}
+
+template <class T>
+int Vertices<T>::__ConcreteVertexIterator::currentServerIndex() const
+{
+    return this->current_ == nullptr ? -1 : shape_->getIndex(position_);
+}
+
+template <class T>
+void Vertices<T>::__ConcreteVertexIterator::operator++(int)
+{
+    ++*this;
+}
+
+template <class T>
+void Vertices<T>::__ConcreteVertexIterator::operator++()
+{
+    if (this->current_ != nullptr) {
+        ++position_;
+        show();
+    }
+}
+
+template <class T>
+void Vertices<T>::__ConcreteVertexIterator::rewind()
+{
+    position_ = 0;
+    show();
+}
+
+template <class T>
+void Vertices<T>::__ConcreteVertexIterator::show()
+{
+    this->locator_[0] = static_cast<unsigned int>(position_);
+    this->current_ = position_ < shape_->getSize()
+                         ? shape_->server_->vertex(shape_->getIndex(position_))
+                         : nullptr;
+}
+
+template class Vertices<int>;
+template class Vertices<float>;
+template class Vertices<double>;
+template class Vertices<long double>;
