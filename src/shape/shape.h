@@ -163,8 +163,9 @@ public:
     SquareMatrix<T> inertia() const;
     SquareMatrix<T> inertia(Vector<T>& cog) const;
 
-    /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and `FileFormatError` for one whose numbers are fewer, or others, than its header announces.
-    /// The marks at the beginning of the lines are not looked at.
+    /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and
+    /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces. The
+    /// marks at the beginning of the lines are not looked at.
     void load(const std::string& filename);
 
     /// A new shape of the class that the file's type number tells, named after the file; the caller
