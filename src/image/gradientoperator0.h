@@ -70,7 +70,7 @@ public:
     nonmaxSuppressionN8(PixelMatrix<T>& image, const PixelMatrix<T>& a, const PixelMatrix<T>& b);
 
     /// Interior pixels of at least `high`, and those of at least `low` that hang together with them
-    /// (diagonally too), become 1, all other interior pixels 0.
+    /// (diagonally too), become 1, all other interior pixels 0. `TypeError` for types that hold no negative number.
     static void hysteresisThresholding(PixelMatrix<T>& image, T low, T high);
 };
 

@@ -96,8 +96,8 @@ public:
 private:
     void takeGeometry(const Image0& image);
     void takeIndexed(const Image0& image, ImageChannel channel);
-    template <class Convert>
-    void writeBytes(Image0& image, Convert convert) const;
+    template <class Sample, class Convert>
+    void writeSamples(Image0& image, Convert convert) const;
 
     PixelCalibration calibration_;
 };

@@ -1,0 +1,35 @@
+#include "image/maskpixelmatrixprocessing.h"
+
+template <class T>
+MaskPixelMatrixProcessing<T>::MaskPixelMatrixProcessing() = default;
+
+template <class T>
+MaskPixelMatrixProcessing<T>::~MaskPixelMatrixProcessing() = default;
+
+template <class T>
+void MaskPixelMatrixProcessing<T>::setMask(const PixelMatrix<T>& mask)
+{
+    mask_ = &mask;
+}
+
+template <class T>
+const PixelMatrix<T>& MaskPixelMatrixProcessing<T>::getMask() const
+{
+    return *mask_;
+}
+
+template <class T>
+void MaskPixelMatrixProcessing<T>::unsetMask()
+{
+    mask_ = nullptr;
+}
+
+template class MaskPixelMatrixProcessing<char>;
+template class MaskPixelMatrixProcessing<unsigned char>;
+template class MaskPixelMatrixProcessing<short>;
+template class MaskPixelMatrixProcessing<unsigned short>;
+template class MaskPixelMatrixProcessing<int>;
+template class MaskPixelMatrixProcessing<unsigned int>;
+template class MaskPixelMatrixProcessing<float>;
+template class MaskPixelMatrixProcessing<double>;
+template class MaskPixelMatrixProcessing<long double>;

@@ -1,0 +1,97 @@
+#include "image/rleitem0.h"
+
+#include "shape/vertices.h"
+
+#include <algorithm>
+
+RLEItem0::RLEItem0()
+    : RLEItem0(0, 0, 1)
+{}
+
+RLEItem0::RLEItem0(int row, int column, int length)
+    : origin_(2)
+{
+    setOrigin(row, column);
+    setLength(length);
+}
+
+void RLEItem0::setOrigin(int row, int column)
+{
+    origin_[0] = row;
+    origin_[1] = column;
+}
+
+void RLEItem0::setOrigin(const Vector<int>& origin)
+{
+    if (origin.getSize() != 2) {
+        raise<SizeError>("void RLEItem::setOrigin(const Vector<int>&)",
+                         "The origin does not have two coordinates");
+    }
+    origin_ = origin;
+}
+
+void RLEItem0::setLength(int length)
+{
+    if (length < 1) {
+        raise<ProgramError>("void RLEItem::setLength(const int)", "The length falls below 1");
+    }
+    length_ = length;
+}
+
+void RLEItem0::setBegin(int column)
+{
+    if (column > end()) {
+        raise<ProgramError>("void RLEItem::setBegin(const int)", "The length falls below 1");
+    }
+    length_ = end() - column + 1;
+    origin_[1] = column;
+}
+
+void RLEItem0::setEnd(int column)
+{
+    if (column < begin()) {
+        raise<ProgramError>("void RLEItem::setEnd(const int)", "The length falls below 1");
+    }
+    length_ = column - begin() + 1;
+}
+
+void RLEItem0::translate(const Vector<int>& shift)
+{
+    origin_ += shift;
+}
+
+Vector<int> RLEItem0::vertex(int i) const
+{
+    Vector<int> position(origin_);
+    position[1] += i;
+    return position;
+}
+
+Vertices<int> RLEItem0::vertices() const
+{
+    Vertices<int> result(2, length_, length_, 0);
+    for (int i = 0; i < length_; ++i) {
+        result[i] = vertex(i);
+    }
+    return result;
+}
+
+int RLEItem0::findNearestVertex(const Vector<int>& position) const
+{
+    return std::clamp(position[1], begin(), end()) - begin();
+}
+
+int RLEItem0::findNearVertex(const Vector<int>& position, int tolerance) const
+{
+    const int nearest = findNearestVertex(position);
+    const long long rows = position[0] - origin_[0];
+    const long long columns = position[1] - (begin() + nearest);
+    const bool isNear =
+        tolerance >= 0 && rows * rows + columns * columns <= 1LL * tolerance * tolerance;
+    return isNear ? nearest : -1;
+}
+
+bool RLEItem0::operator==(const RLEItem0& other) const
+{
+    return origin_ == other.origin_ && length_ == other.length_;
+}
