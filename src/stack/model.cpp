@@ -8,27 +8,27 @@
 
 Model::Model()
 {
-    properties_.setGeometry(PRIMITIVE_POLYGON);
-    properties_.setRenderingMode(RenderingMode::Surface);
-    properties_.setSurfaceOpacity(255.0f);
-    properties_.setSurfaceShininess(32.0f);
-    properties_.setQuadMeshWidth(100);
-    properties_.setQuadMeshHeight(100);
-    properties_.setVertexSmoothing(0);
-    properties_.setNormalSmoothing(0);
-    properties_.setEconomicRendering(false);
-    itemProperties_.setDefaults();
-    itemProperties_.setPointSize(3.0f);
+    properties.setGeometry(PRIMITIVE_POLYGON);
+    properties.setRenderingMode(RenderingMode::Surface);
+    properties.setSurfaceOpacity(255.0f);
+    properties.setSurfaceShininess(32.0f);
+    properties.setQuadMeshWidth(100);
+    properties.setQuadMeshHeight(100);
+    properties.setVertexSmoothing(0);
+    properties.setNormalSmoothing(0);
+    properties.setEconomicRendering(false);
+    itemProperties.setDefaults();
+    itemProperties.setPointSize(3.0f);
 }
 
 void Model::setSnakeConfig(const SnakeConfig0& config)
 {
-    snakeConfig_ = std::make_unique<SnakeConfig0>(config);
+    snakeConfig = std::make_unique<SnakeConfig0>(config);
 }
 
 bool Model::partiallyContains(const Model& other) const
 {
-    if (!properties_.definesGeometry() || properties_.getGeometry() != PRIMITIVE_POLYGON) {
+    if (!properties.definesGeometry() || properties.getGeometry() != PRIMITIVE_POLYGON) {
         return false;
     }
     for (int i = 0; i < other.getNumItems(); ++i) {
@@ -48,14 +48,13 @@ bool Model::partiallyContains(const Model& other) const
 
 void Model::print(const std::string& indent) const
 {
-    std::cout << indent << "Name = " << name_ << '\n';
-    if (properties_.definesGeometry()) {
+    std::cout << indent << "Name = " << name << '\n';
+    if (properties.definesGeometry()) {
         std::cout << indent
-                  << "  Geometry = " << ModelProperties::toString(properties_.getGeometry())
-                  << '\n';
+                  << "  Geometry = " << ModelProperties::toString(properties.getGeometry()) << '\n';
     }
     std::cout << indent << "  Number of items = " << getNumItems() << '\n';
-    if (snakeConfig_) {
-        snakeConfig_->print(indent + "  ");
+    if (snakeConfig) {
+        snakeConfig->print(indent + "  ");
     }
 }

@@ -18,30 +18,30 @@ class Model : public ModelItemOwner
 public:
     Model();
 
-    const std::string& getName() const { return name_; }
+    const std::string& getName() const { return name; }
 
-    void setName(const std::string& name) { name_ = name; }
+    void setName(const std::string& newName) { name = newName; }
 
-    ModelProperties& getProperties() { return properties_; }
+    ModelProperties& getProperties() { return properties; }
 
-    const ModelProperties& getProperties() const { return properties_; }
+    const ModelProperties& getProperties() const { return properties; }
 
-    void setProperties(const ModelProperties& properties) { properties_ = properties; }
+    void setProperties(const ModelProperties& values) { properties = values; }
 
     /// What the items are drawn with where they state nothing themselves.
-    ModelItemProperties& getItemProperties() { return itemProperties_; }
+    ModelItemProperties& getItemProperties() { return itemProperties; }
 
-    const ModelItemProperties& getItemProperties() const { return itemProperties_; }
+    const ModelItemProperties& getItemProperties() const { return itemProperties; }
 
-    void setItemProperties(const ModelItemProperties& properties) { itemProperties_ = properties; }
+    void setItemProperties(const ModelItemProperties& values) { itemProperties = values; }
 
-    bool hasSnakeConfig() const { return snakeConfig_ != nullptr; }
+    bool hasSnakeConfig() const { return snakeConfig != nullptr; }
 
     /// Keeps a copy of the settings.
     void setSnakeConfig(const SnakeConfig0& config);
 
     /// Only for a model that has settings.
-    const SnakeConfig0& getSnakeConfig() const { return *snakeConfig_; }
+    const SnakeConfig0& getSnakeConfig() const { return *snakeConfig; }
 
     /// At least one item of `other` has a vertex inside or on an item of this model on the same
     /// slice. Always false unless this model is a polygon.
@@ -51,8 +51,8 @@ public:
     void print(const std::string& indent = "") const;
 
 private:
-    std::string name_ = "<model>";
-    ModelProperties properties_;
-    ModelItemProperties itemProperties_;
-    std::unique_ptr<SnakeConfig0> snakeConfig_;
+    std::string name = "<model>";
+    ModelProperties properties;
+    ModelItemProperties itemProperties;
+    std::unique_ptr<SnakeConfig0> snakeConfig;
 };

@@ -49,17 +49,17 @@ Vertices<int> copyOf(const Vertices<int>& vertices)
 } // namespace
 
 ModelItem::ModelItem()
-    : vertices_(2, 0, 0, growth)
+    : vertices(2, 0, 0, growth)
 {}
 
 ModelItem::ModelItem(const ModelItem& other)
-    : model_(other.model_)
-    , slice_(other.slice_)
-    , vertices_(copyOf(other.vertices_))
-    , rleItemSet_(other.rleItemSet_)
-    , selection_(other.selection_)
-    , properties_(other.properties_)
-    , triangulationTag_(other.triangulationTag_)
+    : model(other.model)
+    , slice(other.slice)
+    , vertices(copyOf(other.vertices))
+    , rleItemSet(other.rleItemSet)
+    , selection(other.selection)
+    , properties(other.properties)
+    , triangulationTag(other.triangulationTag)
 {}
 
 ModelItem::~ModelItem()
@@ -69,29 +69,29 @@ ModelItem::~ModelItem()
     }
 }
 
-void ModelItem::setModel(Model& model)
+void ModelItem::setModel(Model& newModel)
 {
     detachFromModel();
-    model_ = &model;
+    model = &newModel;
 }
 
-void ModelItem::setSlice(StackSlice& slice)
+void ModelItem::setSlice(StackSlice& newSlice)
 {
     detachFromSlice();
-    slice_ = &slice;
+    slice = &newSlice;
 }
 
 void ModelItem::attachToModel()
 {
-    if (model_ != nullptr) {
-        model_->addItem(*this);
+    if (model != nullptr) {
+        model->addItem(*this);
     }
 }
 
 void ModelItem::attachToSlice()
 {
-    if (slice_ != nullptr) {
-        slice_->addItem(*this);
+    if (slice != nullptr) {
+        slice->addItem(*this);
     }
 }
 
@@ -112,12 +112,12 @@ void ModelItem::detachFrom(ModelItemOwner* owner)
 
 void ModelItem::detachFromModel()
 {
-    detachFrom(model_);
+    detachFrom(model);
 }
 
 void ModelItem::detachFromSlice()
 {
-    detachFrom(slice_);
+    detachFrom(slice);
 }
 
 void ModelItem::detach()
@@ -128,8 +128,8 @@ void ModelItem::detach()
 
 MPrimitive ModelItem::primitive() const
 {
-    return model_ != nullptr && model_->getProperties().definesGeometry()
-               ? model_->getProperties().getGeometry()
+    return model != nullptr && model->getProperties().definesGeometry()
+               ? model->getProperties().getGeometry()
                : PRIMITIVE_UNKNOWN;
 }
 
@@ -150,112 +150,112 @@ bool ModelItem::isClockwise() const
         return false;
     }
     Curve<double> outline(2, getSize(), 0, 0, false);
-    copyCoordinates(vertices_, outline);
+    copyCoordinates(vertices, outline);
     return outline.twiceArea(0, 1) < 0.0;
 }
 
 void ModelItem::setClockwise(bool clockwise)
 {
     if (isClosed() && isClockwise() != clockwise) {
-        vertices_.reverse();
-        selection_.reverse();
+        vertices.reverse();
+        selection.reverse();
     }
 }
 
 int ModelItem::getSize() const
 {
-    return primitive() == PRIMITIVE_REGION ? rleItemSet_.numVertices() : vertices_.getSize();
+    return primitive() == PRIMITIVE_REGION ? rleItemSet.numVertices() : vertices.getSize();
 }
 
-void ModelItem::setVertices(const Vertices<int>& vertices)
+void ModelItem::setVertices(const Vertices<int>& newVertices)
 {
-    if (vertices.getSize() > 0) {
-        checkDimension(vertices.getSpace(), "void ModelItem::setVertices(const Vertices<int>&)");
+    if (newVertices.getSize() > 0) {
+        checkDimension(newVertices.getSpace(), "void ModelItem::setVertices(const Vertices<int>&)");
     }
-    vertices_ = copyOf(vertices);
-    selection_.reset(vertices_.getSize());
+    vertices = copyOf(newVertices);
+    selection.reset(vertices.getSize());
 }
 
 void ModelItem::insertVertex(int i, const Vector<int>& vertex)
 {
     checkDimension(vertex.getSize(), "void ModelItem::insertVertex(const int,const Vector<int>&)");
-    vertices_.insert(i, vertex);
-    selection_.insert(i, false);
+    vertices.insert(i, vertex);
+    selection.insert(i, false);
 }
 
 void ModelItem::appendVertex(const Vector<int>& vertex)
 {
     checkDimension(vertex.getSize(), "void ModelItem::appendVertex(const Vector<int>&)");
-    vertices_.append(vertex);
-    selection_.reset(vertices_.getSize());
+    vertices.append(vertex);
+    selection.reset(vertices.getSize());
 }
 
-void ModelItem::appendVertices(const Vertices<int>& vertices)
+void ModelItem::appendVertices(const Vertices<int>& others)
 {
-    const int count = vertices.getSize();
+    const int count = others.getSize();
     if (count > 0) {
-        checkDimension(vertices.getSpace(), "void ModelItem::appendVertices(const Vertices<int>&)");
+        checkDimension(others.getSpace(), "void ModelItem::appendVertices(const Vertices<int>&)");
     }
     for (int i = 0; i < count; ++i) {
-        vertices_.append(vertices[i]);
+        vertices.append(others[i]);
     }
-    selection_.reset(vertices_.getSize());
+    selection.reset(vertices.getSize());
 }
 
 void ModelItem::moveVertex(int i, const Vector<int>& vertex)
 {
     checkDimension(vertex.getSize(), "void ModelItem::moveVertex(const int,const Vector<int>&)");
-    vertices_[i] = vertex;
+    vertices[i] = vertex;
 }
 
 void ModelItem::removeVertex(int i)
 {
-    vertices_.remove(i);
-    selection_.remove(i);
+    vertices.remove(i);
+    selection.remove(i);
 }
 
 void ModelItem::removeVertices(int first, int last)
 {
-    vertices_.remove(first, last);
-    selection_.remove(first, last);
+    vertices.remove(first, last);
+    selection.remove(first, last);
 }
 
 void ModelItem::removeDuplicates()
 {
-    vertices_.removeDuplicates(isClosed());
-    selection_.reset(vertices_.getSize());
+    vertices.removeDuplicates(isClosed());
+    selection.reset(vertices.getSize());
 }
 
 void ModelItem::translate(int dx, int dy)
 {
-    for (int i = 0; i < vertices_.getSize(); ++i) {
-        vertices_[i][0] += dx;
-        vertices_[i][1] += dy;
+    for (int i = 0; i < vertices.getSize(); ++i) {
+        vertices[i][0] += dx;
+        vertices[i][1] += dy;
     }
-    rleItemSet_.translate(point(dy, dx));
+    rleItemSet.translate(point(dy, dx));
 }
 
 void ModelItem::setRLEItemSet(const RLEItemSet0& set)
 {
-    const bool selected = !selection_.isEmpty();
-    rleItemSet_ = set;
-    selection_.reset(1);
-    selection_.set(selected);
+    const bool selected = !selection.isEmpty();
+    rleItemSet = set;
+    selection.reset(1);
+    selection.set(selected);
 }
 
 void ModelItem::addRLEItemSet(const RLEItemSet0& set)
 {
-    rleItemSet_.add(set);
-    if (selection_.getLength() != 1) {
-        selection_.reset(1);
+    rleItemSet.add(set);
+    if (selection.getLength() != 1) {
+        selection.reset(1);
     }
 }
 
 void ModelItem::removeRLEItemSet(const RLEItemSet0& set)
 {
-    rleItemSet_.remove(set);
-    if (selection_.getLength() != 1) {
-        selection_.reset(1);
+    rleItemSet.remove(set);
+    if (selection.getLength() != 1) {
+        selection.reset(1);
     }
 }
 
@@ -268,9 +268,9 @@ BoundingBox<int> ModelItem::boundingBox() const
 
 void ModelItem::rectifyBox(BoundingBox<int>& box) const
 {
-    ModelItemProperties drawn = properties_;
-    if (model_ != nullptr) {
-        drawn = drawn + model_->getItemProperties();
+    ModelItemProperties drawn = properties;
+    if (model != nullptr) {
+        drawn = drawn + model->getItemProperties();
     }
     const int pointSize = drawn.definesPointSize() ? static_cast<int>(drawn.getPointSize()) : 0;
     const int lineWidth = drawn.definesLineWidth() ? static_cast<int>(drawn.getLineWidth()) : 0;
@@ -282,9 +282,9 @@ void ModelItem::rectifyBox(BoundingBox<int>& box) const
 Vertices<int> ModelItem::pixels() const
 {
     if (primitive() != PRIMITIVE_REGION) {
-        return copyOf(vertices_);
+        return copyOf(vertices);
     }
-    Vertices<int> pixels = rleItemSet_.vertices();
+    Vertices<int> pixels = rleItemSet.vertices();
     for (int i = 0; i < pixels.getSize(); ++i) {
         std::swap(pixels[i][0], pixels[i][1]);
     }
@@ -294,12 +294,12 @@ Vertices<int> ModelItem::pixels() const
 Vertices<int> ModelItem::verticesByFlag(bool selected) const
 {
     if (primitive() == PRIMITIVE_REGION) {
-        return selection_.isEmpty() == selected ? Vertices<int>(2, 0, 0, growth) : pixels();
+        return selection.isEmpty() == selected ? Vertices<int>(2, 0, 0, growth) : pixels();
     }
     Vertices<int> result(2, 0, 0, growth);
-    for (int i = 0; i < vertices_.getSize(); ++i) {
-        if ((i < selection_.getLength() && selection_.isSelected(i)) == selected) {
-            result.append(vertices_[i]);
+    for (int i = 0; i < vertices.getSize(); ++i) {
+        if ((i < selection.getLength() && selection.isSelected(i)) == selected) {
+            result.append(vertices[i]);
         }
     }
     return result;
@@ -317,12 +317,12 @@ Vertices<int> ModelItem::unselectedVertices() const
 
 void ModelItem::removeSelectedVertices()
 {
-    if (selection_.isEmpty()) {
+    if (selection.isEmpty()) {
         return;
     }
     if (primitive() == PRIMITIVE_REGION) {
-        rleItemSet_.clear();
-        selection_.reset(1);
+        rleItemSet.clear();
+        selection.reset(1);
     } else {
         setVertices(unselectedVertices());
     }
@@ -330,16 +330,16 @@ void ModelItem::removeSelectedVertices()
 
 void ModelItem::removeUnselectedVertices()
 {
-    if (selection_.isComplete()) {
+    if (selection.isComplete()) {
         return;
     }
     if (primitive() == PRIMITIVE_REGION) {
-        rleItemSet_.clear();
-        selection_.reset(1);
+        rleItemSet.clear();
+        selection.reset(1);
     } else {
         setVertices(selectedVertices());
     }
-    selection_.set(true);
+    selection.set(true);
 }
 
 void ModelItem::removeSelection()
@@ -353,7 +353,7 @@ template <class T>
 Shape<T>* ModelItem::toShape() const
 {
     const char* where = "Shape<CoordType>* ModelItem::toShape() const";
-    const int size = vertices_.getSize();
+    const int size = vertices.getSize();
     std::unique_ptr<Vertices<T>> shape;
     switch (primitive()) {
     case PRIMITIVE_POLYGON:
@@ -372,7 +372,7 @@ Shape<T>* ModelItem::toShape() const
     default:
         return nullptr;
     }
-    copyCoordinates(vertices_, *shape);
+    copyCoordinates(vertices, *shape);
     return shape.release();
 }
 

@@ -41,16 +41,16 @@ public:
     ~ModelItem();
 
     /// Null until set.
-    Model* getModel() const { return model_; }
+    Model* getModel() const { return model; }
 
     /// Detaches the item from its old model and doesn't attach it to the new one.
-    void setModel(Model& model);
+    void setModel(Model& newModel);
 
     /// Null until set.
-    StackSlice* getSlice() const { return slice_; }
+    StackSlice* getSlice() const { return slice; }
 
     /// Detaches the item from its old slice and doesn't attach it to the new one.
-    void setSlice(StackSlice& slice);
+    void setSlice(StackSlice& newSlice);
 
     /// Adds the item to the list of its model; an item without a model stays as it is.
     void attachToModel();
@@ -65,20 +65,20 @@ public:
     /// Takes the item out of both lists; it belongs to the caller then.
     void detach();
 
-    ModelItemProperties& getProperties() { return properties_; }
+    ModelItemProperties& getProperties() { return properties; }
 
     /// What the item states for itself; the rest stands in the model's item properties.
-    const ModelItemProperties& getProperties() const { return properties_; }
+    const ModelItemProperties& getProperties() const { return properties; }
 
-    void setProperties(const ModelItemProperties& properties) { properties_ = properties; }
+    void setProperties(const ModelItemProperties& values) { properties = values; }
 
-    CurveStackTriangulationContourTag getTriangulationTag() const { return triangulationTag_; }
+    CurveStackTriangulationContourTag getTriangulationTag() const { return triangulationTag; }
 
-    void setTriangulationTag(CurveStackTriangulationContourTag tag) { triangulationTag_ = tag; }
+    void setTriangulationTag(CurveStackTriangulationContourTag tag) { triangulationTag = tag; }
 
-    ModelItemSelection& getSelection() { return selection_; }
+    ModelItemSelection& getSelection() { return selection; }
 
-    const ModelItemSelection& getSelection() const { return selection_; }
+    const ModelItemSelection& getSelection() const { return selection; }
 
     /// A polygon, a polyline or a region.
     bool isConnected() const;
@@ -96,18 +96,18 @@ public:
     /// The number of vertices, of a region the number of its pixels.
     int getSize() const;
 
-    const Vertices<int>& getVertices() const { return vertices_; }
+    const Vertices<int>& getVertices() const { return vertices; }
 
     /// Copies the vertices, nothing is selected then. Vertices of another dimension than 2:
     /// `SizeError`, here and in the operations below; the item then stays as it was.
-    void setVertices(const Vertices<int>& vertices);
+    void setVertices(const Vertices<int>& newVertices);
 
     /// Inserts a vertex in front of vertex `i`, with a clear flag.
     void insertVertex(int i, const Vector<int>& vertex);
 
     /// Appends; all flags are clear then, here and in `appendVertices`.
     void appendVertex(const Vector<int>& vertex);
-    void appendVertices(const Vertices<int>& vertices);
+    void appendVertices(const Vertices<int>& others);
     void moveVertex(int i, const Vector<int>& vertex);
     void removeVertex(int i);
 
@@ -121,7 +121,7 @@ public:
     /// Moves all vertices, or the pixels of a region.
     void translate(int dx, int dy);
 
-    const RLEItemSet0& getRLEItemSet() const { return rleItemSet_; }
+    const RLEItemSet0& getRLEItemSet() const { return rleItemSet; }
 
     /// The selection becomes a single flag, set if anything was selected before.
     void setRLEItemSet(const RLEItemSet0& set);
@@ -194,14 +194,14 @@ private:
     static Vector<int> regionPosition(const Vector<int>& p);
     Vertices<int> verticesByFlag(bool selected) const;
 
-    Model* model_ = nullptr;
-    StackSlice* slice_ = nullptr;
+    Model* model = nullptr;
+    StackSlice* slice = nullptr;
     std::vector<ModelItemOwner*> owners_;
-    Vertices<int> vertices_;
-    RLEItemSet0 rleItemSet_;
-    ModelItemSelection selection_;
-    ModelItemProperties properties_;
-    CurveStackTriangulationContourTag triangulationTag_ = CurveStackTriangulationContourTag::None;
+    Vertices<int> vertices;
+    RLEItemSet0 rleItemSet;
+    ModelItemSelection selection;
+    ModelItemProperties properties;
+    CurveStackTriangulationContourTag triangulationTag = CurveStackTriangulationContourTag::None;
 };
 
 extern template Shape<int>* ModelItem::toShape<int>() const;

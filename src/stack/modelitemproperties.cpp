@@ -33,44 +33,44 @@ void ModelItemProperties::setDefaults()
     Vector<int> red(3);
     red.setZeros();
     red[0] = 255;
-    color_ = red;
-    lineWidth_ = 1.0f;
-    pointSize_ = 1.0f;
-    vertexSymbol_ = VertexSymbol::Sphere;
-    vertexSymbolFilling_ = true;
-    renderingVisibility_ = true;
+    color = red;
+    lineWidth = 1.0f;
+    pointSize = 1.0f;
+    vertexSymbol = VertexSymbol::Sphere;
+    vertexSymbolFilling = true;
+    renderingVisibility = true;
 }
 
 bool ModelItemProperties::definesAny() const
 {
-    return color_ || lineWidth_ || pointSize_ || vertexSymbol_ || vertexSymbolFilling_ ||
-           renderingVisibility_;
+    return color || lineWidth || pointSize || vertexSymbol || vertexSymbolFilling ||
+           renderingVisibility;
 }
 
-void ModelItemProperties::setColor(const Vector<int>& color)
+void ModelItemProperties::setColor(const Vector<int>& rgb)
 {
-    if (color.getSize() != 3) {
+    if (rgb.getSize() != 3) {
         raise<SizeError>("void ModelItemProperties::setColor(const Vector<int>&)",
                          "A color has three components");
     }
-    color_ = color;
+    color = rgb;
 }
 
 void ModelItemProperties::update(const ModelItemProperties& other)
 {
-    attribute::update(color_, other.color_);
-    attribute::update(lineWidth_, other.lineWidth_);
-    attribute::update(pointSize_, other.pointSize_);
-    attribute::update(vertexSymbol_, other.vertexSymbol_);
-    attribute::update(vertexSymbolFilling_, other.vertexSymbolFilling_);
-    attribute::update(renderingVisibility_, other.renderingVisibility_);
+    attribute::update(color, other.color);
+    attribute::update(lineWidth, other.lineWidth);
+    attribute::update(pointSize, other.pointSize);
+    attribute::update(vertexSymbol, other.vertexSymbol);
+    attribute::update(vertexSymbolFilling, other.vertexSymbolFilling);
+    attribute::update(renderingVisibility, other.renderingVisibility);
 }
 
 bool ModelItemProperties::operator==(const ModelItemProperties& other) const
 {
     const auto all = [](const ModelItemProperties& p) {
-        return std::tie(p.color_, p.lineWidth_, p.pointSize_, p.vertexSymbol_,
-                        p.vertexSymbolFilling_, p.renderingVisibility_);
+        return std::tie(p.color, p.lineWidth, p.pointSize, p.vertexSymbol, p.vertexSymbolFilling,
+                        p.renderingVisibility);
     };
     return all(*this) == all(other);
 }
@@ -78,26 +78,26 @@ bool ModelItemProperties::operator==(const ModelItemProperties& other) const
 ModelItemProperties ModelItemProperties::intersection(const ModelItemProperties& other) const
 {
     ModelItemProperties both;
-    both.color_ = attribute::common(color_, other.color_);
-    both.lineWidth_ = attribute::common(lineWidth_, other.lineWidth_);
-    both.pointSize_ = attribute::common(pointSize_, other.pointSize_);
-    both.vertexSymbol_ = attribute::common(vertexSymbol_, other.vertexSymbol_);
-    both.vertexSymbolFilling_ = attribute::common(vertexSymbolFilling_, other.vertexSymbolFilling_);
-    both.renderingVisibility_ = attribute::common(renderingVisibility_, other.renderingVisibility_);
+    both.color = attribute::common(color, other.color);
+    both.lineWidth = attribute::common(lineWidth, other.lineWidth);
+    both.pointSize = attribute::common(pointSize, other.pointSize);
+    both.vertexSymbol = attribute::common(vertexSymbol, other.vertexSymbol);
+    both.vertexSymbolFilling = attribute::common(vertexSymbolFilling, other.vertexSymbolFilling);
+    both.renderingVisibility = attribute::common(renderingVisibility, other.renderingVisibility);
     return both;
 }
 
 ModelItemProperties ModelItemProperties::operator-(const ModelItemProperties& other) const
 {
     ModelItemProperties rest;
-    rest.color_ = attribute::difference(color_, other.color_);
-    rest.lineWidth_ = attribute::difference(lineWidth_, other.lineWidth_);
-    rest.pointSize_ = attribute::difference(pointSize_, other.pointSize_);
-    rest.vertexSymbol_ = attribute::difference(vertexSymbol_, other.vertexSymbol_);
-    rest.vertexSymbolFilling_ =
-        attribute::difference(vertexSymbolFilling_, other.vertexSymbolFilling_);
-    rest.renderingVisibility_ =
-        attribute::difference(renderingVisibility_, other.renderingVisibility_);
+    rest.color = attribute::difference(color, other.color);
+    rest.lineWidth = attribute::difference(lineWidth, other.lineWidth);
+    rest.pointSize = attribute::difference(pointSize, other.pointSize);
+    rest.vertexSymbol = attribute::difference(vertexSymbol, other.vertexSymbol);
+    rest.vertexSymbolFilling =
+        attribute::difference(vertexSymbolFilling, other.vertexSymbolFilling);
+    rest.renderingVisibility =
+        attribute::difference(renderingVisibility, other.renderingVisibility);
     return rest;
 }
 

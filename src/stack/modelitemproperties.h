@@ -34,43 +34,43 @@ public:
     /// At least one attribute is defined.
     bool definesAny() const;
 
-    bool definesColor() const { return color_.has_value(); }
+    bool definesColor() const { return color.has_value(); }
 
     /// Red, green and blue, from 0 to 255.
-    const Vector<int>& getColor() const { return *color_; }
+    const Vector<int>& getColor() const { return *color; }
 
     /// Another number of components than 3: `SizeError`.
-    void setColor(const Vector<int>& color);
+    void setColor(const Vector<int>& rgb);
 
-    bool definesLineWidth() const { return lineWidth_.has_value(); }
+    bool definesLineWidth() const { return lineWidth.has_value(); }
 
-    float getLineWidth() const { return *lineWidth_; }
+    float getLineWidth() const { return *lineWidth; }
 
-    void setLineWidth(float width) { lineWidth_ = width; }
+    void setLineWidth(float width) { lineWidth = width; }
 
-    bool definesPointSize() const { return pointSize_.has_value(); }
+    bool definesPointSize() const { return pointSize.has_value(); }
 
-    float getPointSize() const { return *pointSize_; }
+    float getPointSize() const { return *pointSize; }
 
-    void setPointSize(float size) { pointSize_ = size; }
+    void setPointSize(float size) { pointSize = size; }
 
-    bool definesVertexSymbol() const { return vertexSymbol_.has_value(); }
+    bool definesVertexSymbol() const { return vertexSymbol.has_value(); }
 
-    VertexSymbol getVertexSymbol() const { return *vertexSymbol_; }
+    VertexSymbol getVertexSymbol() const { return *vertexSymbol; }
 
-    void setVertexSymbol(VertexSymbol symbol) { vertexSymbol_ = symbol; }
+    void setVertexSymbol(VertexSymbol symbol) { vertexSymbol = symbol; }
 
-    bool definesVertexSymbolFilling() const { return vertexSymbolFilling_.has_value(); }
+    bool definesVertexSymbolFilling() const { return vertexSymbolFilling.has_value(); }
 
-    bool getVertexSymbolFilling() const { return *vertexSymbolFilling_; }
+    bool getVertexSymbolFilling() const { return *vertexSymbolFilling; }
 
-    void setVertexSymbolFilling(bool filled) { vertexSymbolFilling_ = filled; }
+    void setVertexSymbolFilling(bool filled) { vertexSymbolFilling = filled; }
 
-    bool definesRenderingVisibility() const { return renderingVisibility_.has_value(); }
+    bool definesRenderingVisibility() const { return renderingVisibility.has_value(); }
 
-    bool getRenderingVisibility() const { return *renderingVisibility_; }
+    bool getRenderingVisibility() const { return *renderingVisibility; }
 
-    void setRenderingVisibility(bool visible) { renderingVisibility_ = visible; }
+    void setRenderingVisibility(bool visible) { renderingVisibility = visible; }
 
     /// Copies each attribute that `other` defines; the others keep their state.
     void update(const ModelItemProperties& other);
@@ -90,10 +90,10 @@ public:
     ModelItemProperties operator+(const ModelItemProperties& other) const;
 
 private:
-    std::optional<Vector<int>> color_;
-    std::optional<float> lineWidth_;
-    std::optional<float> pointSize_;
-    std::optional<VertexSymbol> vertexSymbol_;
-    std::optional<bool> vertexSymbolFilling_;
-    std::optional<bool> renderingVisibility_;
+    std::optional<Vector<int>> color;
+    std::optional<float> lineWidth;
+    std::optional<float> pointSize;
+    std::optional<VertexSymbol> vertexSymbol;
+    std::optional<bool> vertexSymbolFilling;
+    std::optional<bool> renderingVisibility;
 };

@@ -76,25 +76,25 @@ bool ModelItem::pointNearSegment(
 
 int ModelItem::findNearVertex(const Vector<int>& p, int tolerance) const
 {
-    const int n = vertices_.getSize();
+    const int n = vertices.getSize();
     switch (primitive()) {
     case PRIMITIVE_POLYPOINT:
         for (int i = 0; i < n; ++i) {
-            if (squareDistance(p, vertices_[i]) <= Wide(tolerance) * tolerance) {
+            if (squareDistance(p, vertices[i]) <= Wide(tolerance) * tolerance) {
                 return i;
             }
         }
         return -1;
     case PRIMITIVE_REGION:
-        return rleItemSet_.findNearVertex(regionPosition(p), tolerance);
+        return rleItemSet.findNearVertex(regionPosition(p), tolerance);
     case PRIMITIVE_POLYGON:
-        if (n > 0 && pointNearSegment(vertices_[n - 1], vertices_[0], p, tolerance, true)) {
+        if (n > 0 && pointNearSegment(vertices[n - 1], vertices[0], p, tolerance, true)) {
             return 0;
         }
         [[fallthrough]];
     case PRIMITIVE_POLYLINE:
         for (int i = 1; i < n; ++i) {
-            if (pointNearSegment(vertices_[i - 1], vertices_[i], p, tolerance, true)) {
+            if (pointNearSegment(vertices[i - 1], vertices[i], p, tolerance, true)) {
                 return i;
             }
         }
@@ -109,14 +109,14 @@ int ModelItem::findNearestVertex(const Vector<int>& p, int tolerance) const
     const Wide limit = Wide(tolerance) * tolerance;
     if (primitive() == PRIMITIVE_REGION) {
         const Vector<int> position = regionPosition(p);
-        const int pixel = rleItemSet_.findNearestVertex(position);
-        return pixel >= 0 && squareDistance(position, rleItemSet_.vertex(pixel)) <= limit ? pixel
-                                                                                          : -1;
+        const int pixel = rleItemSet.findNearestVertex(position);
+        return pixel >= 0 && squareDistance(position, rleItemSet.vertex(pixel)) <= limit ? pixel
+                                                                                         : -1;
     }
     int nearest = -1;
     Wide smallest = limit;
-    for (int i = 0; i < vertices_.getSize(); ++i) {
-        const Wide distance = squareDistance(p, vertices_[i]);
+    for (int i = 0; i < vertices.getSize(); ++i) {
+        const Wide distance = squareDistance(p, vertices[i]);
         if (distance < smallest || (nearest < 0 && distance == limit)) {
             smallest = distance;
             nearest = i;
@@ -127,17 +127,17 @@ int ModelItem::findNearestVertex(const Vector<int>& p, int tolerance) const
 
 int ModelItem::findInsertion(const Vector<int>& p, int tolerance) const
 {
-    const int n = vertices_.getSize();
+    const int n = vertices.getSize();
     if (primitive() == PRIMITIVE_POLYPOINT) {
         return n;
     }
     for (int i = 0; i + 1 < n; ++i) {
-        if (pointNearSegment(vertices_[i], vertices_[i + 1], p, tolerance, false)) {
+        if (pointNearSegment(vertices[i], vertices[i + 1], p, tolerance, false)) {
             return i + 1;
         }
     }
     if (isClosed() && n > 0 &&
-        pointNearSegment(vertices_[n - 1], vertices_[0], p, tolerance, false)) {
+        pointNearSegment(vertices[n - 1], vertices[0], p, tolerance, false)) {
         return n;
     }
     return -1;
@@ -145,17 +145,17 @@ int ModelItem::findInsertion(const Vector<int>& p, int tolerance) const
 
 bool ModelItem::partiallyContains(const ModelItem& other) const
 {
-    if (!isClosed() || slice_ != other.slice_ || slice_ == nullptr) {
+    if (!isClosed() || slice != other.slice || slice == nullptr) {
         return false;
     }
     const std::unique_ptr<Shape<double>> shape(toShape<double>());
     const auto& outline = static_cast<const Curve<double>&>(*shape);
-    const BoundingBox<int> box = vertices_.boundingBox();
+    const BoundingBox<int> box = vertices.boundingBox();
     const Vertices<int> points = other.pixels();
     for (int i = 0; i < points.getSize(); ++i) {
         const Vector<int>& p = points[i];
         if (box.contains(p) &&
-            (liesOnOutline(vertices_, p) || outline.contains(p.toType<double>(), 0, 1))) {
+            (liesOnOutline(vertices, p) || outline.contains(p.toType<double>(), 0, 1))) {
             return true;
         }
     }

@@ -55,58 +55,58 @@ RenderingMode ModelProperties::toRenderingMode(const std::string& name)
 
 void ModelProperties::setDefaults()
 {
-    geometry_ = PRIMITIVE_POLYGON;
-    renderingMode_ = RenderingMode::Surface;
-    surfaceOpacity_ = 255.0f;
-    surfaceShininess_ = 32.0f;
-    quadMeshWidth_ = 100;
-    quadMeshHeight_ = 100;
-    vertexSmoothing_ = 0;
-    normalSmoothing_ = 0;
-    economicRendering_ = false;
-    beginCapFlag_ = false;
-    endCapFlag_ = false;
+    geometry = PRIMITIVE_POLYGON;
+    renderingMode = RenderingMode::Surface;
+    surfaceOpacity = 255.0f;
+    surfaceShininess = 32.0f;
+    quadMeshWidth = 100;
+    quadMeshHeight = 100;
+    vertexSmoothing = 0;
+    normalSmoothing = 0;
+    economicRendering = false;
+    beginCapFlag = false;
+    endCapFlag = false;
 }
 
 bool ModelProperties::getBeginCapFlag() const
 {
-    if (!beginCapFlag_) {
+    if (!beginCapFlag) {
         raise<ProgramError>("bool ModelProperties::getBeginCapFlag() const",
                             "Begin cap flag: undefined attribute");
     }
-    return *beginCapFlag_;
+    return *beginCapFlag;
 }
 
 bool ModelProperties::getEndCapFlag() const
 {
-    if (!endCapFlag_) {
+    if (!endCapFlag) {
         raise<ProgramError>("bool ModelProperties::getEndCapFlag() const",
                             "End cap flag: undefined attribute");
     }
-    return *endCapFlag_;
+    return *endCapFlag;
 }
 
 void ModelProperties::update(const ModelProperties& other)
 {
-    attribute::update(geometry_, other.geometry_);
-    attribute::update(renderingMode_, other.renderingMode_);
-    attribute::update(surfaceOpacity_, other.surfaceOpacity_);
-    attribute::update(surfaceShininess_, other.surfaceShininess_);
-    attribute::update(quadMeshWidth_, other.quadMeshWidth_);
-    attribute::update(quadMeshHeight_, other.quadMeshHeight_);
-    attribute::update(vertexSmoothing_, other.vertexSmoothing_);
-    attribute::update(normalSmoothing_, other.normalSmoothing_);
-    attribute::update(economicRendering_, other.economicRendering_);
-    attribute::update(beginCapFlag_, other.beginCapFlag_);
-    attribute::update(endCapFlag_, other.endCapFlag_);
+    attribute::update(geometry, other.geometry);
+    attribute::update(renderingMode, other.renderingMode);
+    attribute::update(surfaceOpacity, other.surfaceOpacity);
+    attribute::update(surfaceShininess, other.surfaceShininess);
+    attribute::update(quadMeshWidth, other.quadMeshWidth);
+    attribute::update(quadMeshHeight, other.quadMeshHeight);
+    attribute::update(vertexSmoothing, other.vertexSmoothing);
+    attribute::update(normalSmoothing, other.normalSmoothing);
+    attribute::update(economicRendering, other.economicRendering);
+    attribute::update(beginCapFlag, other.beginCapFlag);
+    attribute::update(endCapFlag, other.endCapFlag);
 }
 
 bool ModelProperties::operator==(const ModelProperties& other) const
 {
     const auto all = [](const ModelProperties& p) {
-        return std::tie(p.geometry_, p.renderingMode_, p.surfaceOpacity_, p.surfaceShininess_,
-                        p.quadMeshWidth_, p.quadMeshHeight_, p.vertexSmoothing_, p.normalSmoothing_,
-                        p.economicRendering_, p.beginCapFlag_, p.endCapFlag_);
+        return std::tie(p.geometry, p.renderingMode, p.surfaceOpacity, p.surfaceShininess,
+                        p.quadMeshWidth, p.quadMeshHeight, p.vertexSmoothing, p.normalSmoothing,
+                        p.economicRendering, p.beginCapFlag, p.endCapFlag);
     };
     return all(*this) == all(other);
 }
@@ -114,16 +114,16 @@ bool ModelProperties::operator==(const ModelProperties& other) const
 ModelProperties ModelProperties::intersection(const ModelProperties& other) const
 {
     ModelProperties both;
-    both.geometry_ = attribute::common(geometry_, other.geometry_);
-    both.renderingMode_ = attribute::common(renderingMode_, other.renderingMode_);
-    both.surfaceOpacity_ = attribute::common(surfaceOpacity_, other.surfaceOpacity_);
-    both.surfaceShininess_ = attribute::common(surfaceShininess_, other.surfaceShininess_);
-    both.quadMeshWidth_ = attribute::common(quadMeshWidth_, other.quadMeshWidth_);
-    both.quadMeshHeight_ = attribute::common(quadMeshHeight_, other.quadMeshHeight_);
-    both.vertexSmoothing_ = attribute::common(vertexSmoothing_, other.vertexSmoothing_);
-    both.normalSmoothing_ = attribute::common(normalSmoothing_, other.normalSmoothing_);
-    both.economicRendering_ = attribute::common(economicRendering_, other.economicRendering_);
-    both.beginCapFlag_ = attribute::common(beginCapFlag_, other.beginCapFlag_);
-    both.endCapFlag_ = attribute::common(endCapFlag_, other.endCapFlag_);
+    both.geometry = attribute::common(geometry, other.geometry);
+    both.renderingMode = attribute::common(renderingMode, other.renderingMode);
+    both.surfaceOpacity = attribute::common(surfaceOpacity, other.surfaceOpacity);
+    both.surfaceShininess = attribute::common(surfaceShininess, other.surfaceShininess);
+    both.quadMeshWidth = attribute::common(quadMeshWidth, other.quadMeshWidth);
+    both.quadMeshHeight = attribute::common(quadMeshHeight, other.quadMeshHeight);
+    both.vertexSmoothing = attribute::common(vertexSmoothing, other.vertexSmoothing);
+    both.normalSmoothing = attribute::common(normalSmoothing, other.normalSmoothing);
+    both.economicRendering = attribute::common(economicRendering, other.economicRendering);
+    both.beginCapFlag = attribute::common(beginCapFlag, other.beginCapFlag);
+    both.endCapFlag = attribute::common(endCapFlag, other.endCapFlag);
     return both;
 }

@@ -43,74 +43,74 @@ public:
     /// Defines every attribute: a polygon drawn as an opaque surface, without caps.
     void setDefaults();
 
-    bool definesGeometry() const { return geometry_.has_value(); }
+    bool definesGeometry() const { return geometry.has_value(); }
 
-    MPrimitive getGeometry() const { return *geometry_; }
+    MPrimitive getGeometry() const { return *geometry; }
 
-    void setGeometry(MPrimitive geometry) { geometry_ = geometry; }
+    void setGeometry(MPrimitive primitive) { geometry = primitive; }
 
-    bool definesRenderingMode() const { return renderingMode_.has_value(); }
+    bool definesRenderingMode() const { return renderingMode.has_value(); }
 
-    RenderingMode getRenderingMode() const { return *renderingMode_; }
+    RenderingMode getRenderingMode() const { return *renderingMode; }
 
-    void setRenderingMode(RenderingMode mode) { renderingMode_ = mode; }
+    void setRenderingMode(RenderingMode mode) { renderingMode = mode; }
 
-    bool definesSurfaceOpacity() const { return surfaceOpacity_.has_value(); }
+    bool definesSurfaceOpacity() const { return surfaceOpacity.has_value(); }
 
     /// From 0, invisible, to 255.
-    float getSurfaceOpacity() const { return *surfaceOpacity_; }
+    float getSurfaceOpacity() const { return *surfaceOpacity; }
 
-    void setSurfaceOpacity(float opacity) { surfaceOpacity_ = opacity; }
+    void setSurfaceOpacity(float opacity) { surfaceOpacity = opacity; }
 
-    bool definesSurfaceShininess() const { return surfaceShininess_.has_value(); }
+    bool definesSurfaceShininess() const { return surfaceShininess.has_value(); }
 
-    float getSurfaceShininess() const { return *surfaceShininess_; }
+    float getSurfaceShininess() const { return *surfaceShininess; }
 
-    void setSurfaceShininess(float shininess) { surfaceShininess_ = shininess; }
+    void setSurfaceShininess(float shininess) { surfaceShininess = shininess; }
 
-    bool definesQuadMeshWidth() const { return quadMeshWidth_.has_value(); }
+    bool definesQuadMeshWidth() const { return quadMeshWidth.has_value(); }
 
-    int getQuadMeshWidth() const { return *quadMeshWidth_; }
+    int getQuadMeshWidth() const { return *quadMeshWidth; }
 
-    void setQuadMeshWidth(int width) { quadMeshWidth_ = width; }
+    void setQuadMeshWidth(int width) { quadMeshWidth = width; }
 
-    bool definesQuadMeshHeight() const { return quadMeshHeight_.has_value(); }
+    bool definesQuadMeshHeight() const { return quadMeshHeight.has_value(); }
 
-    int getQuadMeshHeight() const { return *quadMeshHeight_; }
+    int getQuadMeshHeight() const { return *quadMeshHeight; }
 
-    void setQuadMeshHeight(int height) { quadMeshHeight_ = height; }
+    void setQuadMeshHeight(int height) { quadMeshHeight = height; }
 
-    bool definesVertexSmoothing() const { return vertexSmoothing_.has_value(); }
+    bool definesVertexSmoothing() const { return vertexSmoothing.has_value(); }
 
-    int getVertexSmoothing() const { return *vertexSmoothing_; }
+    int getVertexSmoothing() const { return *vertexSmoothing; }
 
-    void setVertexSmoothing(int smoothing) { vertexSmoothing_ = smoothing; }
+    void setVertexSmoothing(int smoothing) { vertexSmoothing = smoothing; }
 
-    bool definesNormalSmoothing() const { return normalSmoothing_.has_value(); }
+    bool definesNormalSmoothing() const { return normalSmoothing.has_value(); }
 
-    int getNormalSmoothing() const { return *normalSmoothing_; }
+    int getNormalSmoothing() const { return *normalSmoothing; }
 
-    void setNormalSmoothing(int smoothing) { normalSmoothing_ = smoothing; }
+    void setNormalSmoothing(int smoothing) { normalSmoothing = smoothing; }
 
-    bool definesEconomicRendering() const { return economicRendering_.has_value(); }
+    bool definesEconomicRendering() const { return economicRendering.has_value(); }
 
-    bool getEconomicRendering() const { return *economicRendering_; }
+    bool getEconomicRendering() const { return *economicRendering; }
 
-    void setEconomicRendering(bool economic) { economicRendering_ = economic; }
+    void setEconomicRendering(bool economic) { economicRendering = economic; }
 
-    bool hasBeginCapFlag() const { return beginCapFlag_.has_value(); }
+    bool hasBeginCapFlag() const { return beginCapFlag.has_value(); }
 
     /// Undefined: `ProgramError` "Begin cap flag: undefined attribute".
     bool getBeginCapFlag() const;
 
-    void setBeginCapFlag(bool flag) { beginCapFlag_ = flag; }
+    void setBeginCapFlag(bool flag) { beginCapFlag = flag; }
 
-    bool hasEndCapFlag() const { return endCapFlag_.has_value(); }
+    bool hasEndCapFlag() const { return endCapFlag.has_value(); }
 
     /// Undefined: `ProgramError` "End cap flag: undefined attribute".
     bool getEndCapFlag() const;
 
-    void setEndCapFlag(bool flag) { endCapFlag_ = flag; }
+    void setEndCapFlag(bool flag) { endCapFlag = flag; }
 
     /// Copies each attribute that `other` defines; the others keep their state.
     void update(const ModelProperties& other);
@@ -124,15 +124,15 @@ public:
     ModelProperties intersection(const ModelProperties& other) const;
 
 private:
-    std::optional<MPrimitive> geometry_;
-    std::optional<RenderingMode> renderingMode_;
-    std::optional<float> surfaceOpacity_;
-    std::optional<float> surfaceShininess_;
-    std::optional<int> quadMeshWidth_;
-    std::optional<int> quadMeshHeight_;
-    std::optional<int> vertexSmoothing_;
-    std::optional<int> normalSmoothing_;
-    std::optional<bool> economicRendering_;
-    std::optional<bool> beginCapFlag_;
-    std::optional<bool> endCapFlag_;
+    std::optional<MPrimitive> geometry;
+    std::optional<RenderingMode> renderingMode;
+    std::optional<float> surfaceOpacity;
+    std::optional<float> surfaceShininess;
+    std::optional<int> quadMeshWidth;
+    std::optional<int> quadMeshHeight;
+    std::optional<int> vertexSmoothing;
+    std::optional<int> normalSmoothing;
+    std::optional<bool> economicRendering;
+    std::optional<bool> beginCapFlag;
+    std::optional<bool> endCapFlag;
 };

@@ -3,11 +3,11 @@
 #include "stack/stack.h"
 
 Pose::Pose()
-    : rotation_(3)
-    , translation_(2)
+    : rotation(3)
+    , translation(2)
 {
-    rotation_.setZeros();
-    translation_.setZeros();
+    rotation.setZeros();
+    translation.setZeros();
 }
 
 Pose Pose::canonicalPose1()
@@ -52,20 +52,20 @@ Pose Pose::reverseCanonicalPose3()
 
 void Pose::attach()
 {
-    if (stack_ != nullptr) {
-        stack_->addPose(*this);
+    if (stack != nullptr) {
+        stack->addPose(*this);
     }
 }
 
 void Pose::detach()
 {
-    if (stack_ != nullptr) {
-        stack_->removePose(*this);
+    if (stack != nullptr) {
+        stack->removePose(*this);
     }
 }
 
 void Pose::setTranslation(int x, int y)
 {
-    translation_[0] = x;
-    translation_[1] = y;
+    translation[0] = x;
+    translation[1] = y;
 }

@@ -22,14 +22,14 @@ public:
     static Pose reverseCanonicalPose2();
     static Pose reverseCanonicalPose3();
 
-    const std::string& getName() const { return name_; }
+    const std::string& getName() const { return name; }
 
-    void setName(const std::string& name) { name_ = name; }
+    void setName(const std::string& newName) { name = newName; }
 
     /// Null until set. Not owned.
-    Stack* getStack() const { return stack_; }
+    Stack* getStack() const { return stack; }
 
-    void setStack(Stack& stack) { stack_ = &stack; }
+    void setStack(Stack& owner) { stack = &owner; }
 
     /// Gives the pose to its stack, which owns it from then on.
     void attach();
@@ -38,48 +38,48 @@ public:
     void detach();
 
     /// Degrees about X, Y and Z.
-    const Vector<float>& getRotation() const { return rotation_; }
+    const Vector<float>& getRotation() const { return rotation; }
 
     /// In whole degrees, truncated toward zero.
-    int getXRotation() const { return static_cast<int>(rotation_[0]); }
+    int getXRotation() const { return static_cast<int>(rotation[0]); }
 
-    int getYRotation() const { return static_cast<int>(rotation_[1]); }
+    int getYRotation() const { return static_cast<int>(rotation[1]); }
 
-    int getZRotation() const { return static_cast<int>(rotation_[2]); }
+    int getZRotation() const { return static_cast<int>(rotation[2]); }
 
-    void setXRotation(int degrees) { rotation_[0] = static_cast<float>(degrees); }
+    void setXRotation(int degrees) { rotation[0] = static_cast<float>(degrees); }
 
-    void setYRotation(int degrees) { rotation_[1] = static_cast<float>(degrees); }
+    void setYRotation(int degrees) { rotation[1] = static_cast<float>(degrees); }
 
-    void setZRotation(int degrees) { rotation_[2] = static_cast<float>(degrees); }
+    void setZRotation(int degrees) { rotation[2] = static_cast<float>(degrees); }
 
-    const Vector<int>& getTranslation() const { return translation_; }
+    const Vector<int>& getTranslation() const { return translation; }
 
     void setTranslation(int x, int y);
 
-    int getZoom() const { return zoom_; }
+    int getZoom() const { return zoom; }
 
-    void setZoom(int percent) { zoom_ = percent; }
+    void setZoom(int percent) { zoom = percent; }
 
-    int getAmbientLight() const { return ambientLight_; }
+    int getAmbientLight() const { return ambientLight; }
 
-    void setAmbientLight(int light) { ambientLight_ = light; }
+    void setAmbientLight(int light) { ambientLight = light; }
 
-    int getDiffuseLight() const { return diffuseLight_; }
+    int getDiffuseLight() const { return diffuseLight; }
 
-    void setDiffuseLight(int light) { diffuseLight_ = light; }
+    void setDiffuseLight(int light) { diffuseLight = light; }
 
-    int getSpecularLight() const { return specularLight_; }
+    int getSpecularLight() const { return specularLight; }
 
-    void setSpecularLight(int light) { specularLight_ = light; }
+    void setSpecularLight(int light) { specularLight = light; }
 
 private:
-    std::string name_;
-    Stack* stack_ = nullptr;
-    Vector<float> rotation_;
-    Vector<int> translation_;
-    int zoom_ = 100;
-    int ambientLight_ = 0;
-    int diffuseLight_ = 0;
-    int specularLight_ = 0;
+    std::string name;
+    Stack* stack = nullptr;
+    Vector<float> rotation;
+    Vector<int> translation;
+    int zoom = 100;
+    int ambientLight = 0;
+    int diffuseLight = 0;
+    int specularLight = 0;
 };

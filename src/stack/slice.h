@@ -24,13 +24,13 @@ public:
     Slice& operator=(const Slice& other);
     virtual ~Slice();
 
-    const std::string& getName() const { return name_; }
+    const std::string& getName() const { return name; }
 
-    void setName(const std::string& name) { name_ = name; }
+    void setName(const std::string& newName) { name = newName; }
 
-    const std::string& getAnnotation() const { return annotation_; }
+    const std::string& getAnnotation() const { return annotation; }
 
-    void setAnnotation(const std::string& annotation) { annotation_ = annotation; }
+    void setAnnotation(const std::string& text) { annotation = text; }
 
     /// Without a source: `ProgramError` "This slice has no image source".
     const ImageSource& getImageSource() const;
@@ -41,11 +41,11 @@ public:
     /// There is no source, or one that names no image.
     bool isEmpty() const;
 
-    const PixelCalibration& getPixelCalibration() const { return pixelCalibration_; }
+    const PixelCalibration& getPixelCalibration() const { return pixelCalibration; }
 
     void setPixelCalibration(const PixelCalibration& calibration)
     {
-        pixelCalibration_ = calibration;
+        pixelCalibration = calibration;
     }
 
     /// Columns of the corrected image. Here and in the operations below a slice without a source
@@ -65,8 +65,8 @@ public:
     void load(Image0& image) const;
 
 private:
-    std::string name_ = "<slice>";
-    std::string annotation_;
-    std::unique_ptr<ImageSource> imageSource_;
-    PixelCalibration pixelCalibration_;
+    std::string name = "<slice>";
+    std::string annotation;
+    std::unique_ptr<ImageSource> imageSource;
+    PixelCalibration pixelCalibration;
 };

@@ -8,43 +8,43 @@ class SnakeConfig0
 public:
     virtual ~SnakeConfig0() = default;
 
-    float getGradThreshold() const { return gradThreshold_; }
+    float getGradThreshold() const { return gradThreshold; }
 
-    void setGradThreshold(float threshold) { gradThreshold_ = threshold; }
+    void setGradThreshold(float threshold) { gradThreshold = threshold; }
 
-    int getDistance() const { return distance_; }
+    int getDistance() const { return distance; }
 
-    void setDistance(int distance) { distance_ = distance; }
+    void setDistance(int value) { distance = value; }
 
-    float getRegMin() const { return regMin_; }
+    float getRegMin() const { return regMin; }
 
-    void setRegMin(float regMin) { regMin_ = regMin; }
+    void setRegMin(float value) { regMin = value; }
 
-    float getRegMax() const { return regMax_; }
+    float getRegMax() const { return regMax; }
 
-    void setRegMax(float regMax) { regMax_ = regMax; }
+    void setRegMax(float value) { regMax = value; }
 
-    float getAlpha() const { return alpha_; }
+    float getAlpha() const { return alpha; }
 
-    void setAlpha(float alpha) { alpha_ = alpha; }
+    void setAlpha(float value) { alpha = value; }
 
-    bool isAdaptive() const { return adaptive_; }
+    bool isAdaptive() const { return adaptive; }
 
-    void setAdaptive(bool adaptive) { adaptive_ = adaptive; }
+    void setAdaptive(bool value) { adaptive = value; }
 
-    unsigned getScale() const { return scale_; }
+    unsigned getScale() const { return scale; }
 
-    void setScale(unsigned scale) { scale_ = scale; }
+    void setScale(unsigned value) { scale = value; }
 
     /// Writes the settings to the standard output, a line each, for debugging.
     void print(const std::string& indent = "") const;
 
 private:
-    float gradThreshold_ = 20.0f;
-    int distance_ = 100;
-    float regMin_ = 0.5f;
-    float regMax_ = 1.0f;
-    float alpha_ = 1.0f;
-    bool adaptive_ = false;
-    unsigned scale_ = 1;
+    float gradThreshold = 20.0f;
+    int distance = 100;
+    float regMin = 0.5f;
+    float regMax = 1.0f;
+    float alpha = 1.0f;
+    bool adaptive = false;
+    unsigned scale = 1;
 };

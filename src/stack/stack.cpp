@@ -59,7 +59,7 @@ Stack::Stack()
 {
     LengthUnit unit;
     unit.setScale(micrometres);
-    defaultPixelCalibration_.setLengthUnit(unit);
+    defaultPixelCalibration.setLengthUnit(unit);
 }
 
 Stack::~Stack()
@@ -69,30 +69,30 @@ Stack::~Stack()
 
 void Stack::setImagesPath(const std::string& path)
 {
-    imagesPath_ = path;
+    imagesPath = path;
     if (!path.empty() && path.back() != '/') {
-        imagesPath_ += '/';
+        imagesPath += '/';
     }
 }
 
 void Stack::setLengthUnit(const LengthUnit& unit)
 {
-    defaultPixelCalibration_.setLengthUnit(unit);
-    for (StackSlice* slice : slices_) {
+    defaultPixelCalibration.setLengthUnit(unit);
+    for (StackSlice* slice : slices) {
         PixelCalibration calibration = slice->getPixelCalibration();
         calibration.setLengthUnit(unit);
         slice->setPixelCalibration(calibration);
     }
 }
 
-int Stack::findSlice(const std::string& name) const
+int Stack::findSlice(const std::string& sliceName) const
 {
-    return indexOf(slices_, name);
+    return indexOf(slices, sliceName);
 }
 
 int Stack::findSlice(const StackSlice& slice) const
 {
-    return indexOf(slices_, slice);
+    return indexOf(slices, slice);
 }
 
 const StackSlice& Stack::getNextSlice(const StackSlice& slice) const
@@ -126,7 +126,7 @@ void Stack::addSlice(StackSlice& slice)
 void Stack::addSlice(StackSlice& slice, int index)
 {
     if (findSlice(slice) < 0) {
-        slices_.insert(slices_.begin() + index, &slice);
+        slices.insert(slices.begin() + index, &slice);
     }
 }
 
@@ -145,7 +145,7 @@ void Stack::keepPositionBehind(int i)
 void Stack::removeSlice(int i)
 {
     keepPositionBehind(i);
-    slices_.erase(slices_.begin() + i);
+    slices.erase(slices.begin() + i);
 }
 
 void Stack::deleteSlice(int i)
@@ -155,20 +155,20 @@ void Stack::deleteSlice(int i)
     delete slice;
 }
 
-int Stack::findModel(const std::string& name) const
+int Stack::findModel(const std::string& modelName) const
 {
-    return indexOf(models_, name);
+    return indexOf(models, modelName);
 }
 
 int Stack::findModel(const Model& model) const
 {
-    return indexOf(models_, model);
+    return indexOf(models, model);
 }
 
 void Stack::addModel(Model& model)
 {
     if (findModel(model) < 0) {
-        models_.push_back(&model);
+        models.push_back(&model);
     }
     for (int i = 0; i < model.getNumItems(); ++i) {
         model.getItem(i).attachToSlice();
@@ -184,13 +184,13 @@ void Stack::removeModel(Model& model)
     for (int i = 0; i < model.getNumItems(); ++i) {
         model.getItem(i).detachFromSlice();
     }
-    models_.erase(models_.begin() + index);
+    models.erase(models.begin() + index);
 }
 
 void Stack::deleteModel(int i)
 {
     const Model* model = &getModel(i);
-    models_.erase(models_.begin() + i);
+    models.erase(models.begin() + i);
     delete model;
 }
 
@@ -208,7 +208,7 @@ bool Stack::hasGeometryModels(MPrimitive geometry) const
 
 bool Stack::hasGeometryModelItems(MPrimitive geometry) const
 {
-    return std::any_of(models_.begin(), models_.end(), [geometry](const Model* model) {
+    return std::any_of(models.begin(), models.end(), [geometry](const Model* model) {
         return hasGeometry(*model, geometry) && model->getNumItems() > 0;
     });
 }
@@ -216,28 +216,28 @@ bool Stack::hasGeometryModelItems(MPrimitive geometry) const
 std::vector<Model*> Stack::listGeometryModels(MPrimitive geometry) const
 {
     std::vector<Model*> found;
-    std::copy_if(models_.begin(), models_.end(), std::back_inserter(found),
+    std::copy_if(models.begin(), models.end(), std::back_inserter(found),
                  [geometry](const Model* model) { return hasGeometry(*model, geometry); });
     return found;
 }
 
 void Stack::clear()
 {
-    destroyAll(slices_);
-    destroyAll(models_);
-    destroyAll(standardImages_);
-    lastSegmentedSlice_.clear();
-    lastRegisteredSlice_.clear();
+    destroyAll(slices);
+    destroyAll(models);
+    destroyAll(standardImages);
+    lastSegmentedSlice.clear();
+    lastRegisteredSlice.clear();
 }
 
 void Stack::print(const std::string& indent) const
 {
-    std::cout << indent << "Name = " << name_ << '\n'
-              << indent << "Images path = " << imagesPath_ << '\n';
-    for (const StackSlice* slice : slices_) {
+    std::cout << indent << "Name = " << name << '\n'
+              << indent << "Images path = " << imagesPath << '\n';
+    for (const StackSlice* slice : slices) {
         slice->print(indent + "  ");
     }
-    for (const Model* model : models_) {
+    for (const Model* model : models) {
         model->print(indent + "  ");
     }
 }

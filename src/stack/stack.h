@@ -27,83 +27,83 @@ public:
     Stack();
     virtual ~Stack();
 
-    const std::string& getName() const { return name_; }
+    const std::string& getName() const { return name; }
 
-    void setName(const std::string& name) { name_ = name; }
+    void setName(const std::string& newName) { name = newName; }
 
-    const std::string& getAnnotation() const { return annotation_; }
+    const std::string& getAnnotation() const { return annotation; }
 
-    void setAnnotation(const std::string& annotation) { annotation_ = annotation; }
+    void setAnnotation(const std::string& text) { annotation = text; }
 
-    const std::string& getImagesPath() const { return imagesPath_; }
+    const std::string& getImagesPath() const { return imagesPath; }
 
     /// Adds a final directory separator where there is none; an empty path stays empty.
     void setImagesPath(const std::string& path);
 
-    bool getAbsoluteImagesPathPolicy() const { return absoluteImagesPathPolicy_; }
+    bool getAbsoluteImagesPathPolicy() const { return absoluteImagesPathPolicy; }
 
     /// Whether stack files hold image folders as absolute paths, not relative to the file.
-    void setAbsoluteImagesPathPolicy(bool absolute) { absoluteImagesPathPolicy_ = absolute; }
+    void setAbsoluteImagesPathPolicy(bool absolute) { absoluteImagesPathPolicy = absolute; }
 
-    bool hasInvertedZAxis() const { return invertedZAxis_; }
+    bool hasInvertedZAxis() const { return invertedZAxis; }
 
-    void setInvertedZAxis(bool inverted) { invertedZAxis_ = inverted; }
+    void setInvertedZAxis(bool inverted) { invertedZAxis = inverted; }
 
-    float getDefaultSliceThickness() const { return defaultSliceThickness_; }
+    float getDefaultSliceThickness() const { return defaultSliceThickness; }
 
-    void setDefaultSliceThickness(float thickness) { defaultSliceThickness_ = thickness; }
+    void setDefaultSliceThickness(float thickness) { defaultSliceThickness = thickness; }
 
     /// Distance between two slices that say nothing else.
-    float getDefaultSliceSpacing() const { return defaultSliceSpacing_; }
+    float getDefaultSliceSpacing() const { return defaultSliceSpacing; }
 
-    void setDefaultSliceSpacing(float spacing) { defaultSliceSpacing_ = spacing; }
+    void setDefaultSliceSpacing(float spacing) { defaultSliceSpacing = spacing; }
 
     /// The same value as the default slice spacing.
-    float getDefaultRelativePosition() const { return defaultSliceSpacing_; }
+    float getDefaultRelativePosition() const { return defaultSliceSpacing; }
 
-    void setDefaultRelativePosition(float position) { defaultSliceSpacing_ = position; }
+    void setDefaultRelativePosition(float position) { defaultSliceSpacing = position; }
 
-    const PixelCalibration& getDefaultPixelCalibration() const { return defaultPixelCalibration_; }
+    const PixelCalibration& getDefaultPixelCalibration() const { return defaultPixelCalibration; }
 
     void setDefaultPixelCalibration(const PixelCalibration& calibration)
     {
-        defaultPixelCalibration_ = calibration;
+        defaultPixelCalibration = calibration;
     }
 
     /// The unit of the default calibration: micrometres in a new stack.
-    LengthUnit getLengthUnit() const { return defaultPixelCalibration_.getLengthUnit(); }
+    LengthUnit getLengthUnit() const { return defaultPixelCalibration.getLengthUnit(); }
 
     /// Sets the unit of the default calibration and of every slice; no size is converted.
     void setLengthUnit(const LengthUnit& unit);
 
     /// Name of the slice on which an item was created last.
-    const std::string& getLastSegmentedSlice() const { return lastSegmentedSlice_; }
+    const std::string& getLastSegmentedSlice() const { return lastSegmentedSlice; }
 
-    void setLastSegmentedSlice(const std::string& name) { lastSegmentedSlice_ = name; }
+    void setLastSegmentedSlice(const std::string& sliceName) { lastSegmentedSlice = sliceName; }
 
-    const std::string& getLastRegisteredSlice() const { return lastRegisteredSlice_; }
+    const std::string& getLastRegisteredSlice() const { return lastRegisteredSlice; }
 
-    void setLastRegisteredSlice(const std::string& name) { lastRegisteredSlice_ = name; }
+    void setLastRegisteredSlice(const std::string& sliceName) { lastRegisteredSlice = sliceName; }
 
-    int getNumSlices() const { return static_cast<int>(slices_.size()); }
+    int getNumSlices() const { return static_cast<int>(slices.size()); }
 
     /// Index of the first slice of this name, or -1.
-    int findSlice(const std::string& name) const;
+    int findSlice(const std::string& sliceName) const;
 
     /// Index of this very slice, or -1.
     int findSlice(const StackSlice& slice) const;
 
-    StackSlice& getSlice(int i) { return *slices_[static_cast<std::size_t>(i)]; }
+    StackSlice& getSlice(int i) { return *slices[static_cast<std::size_t>(i)]; }
 
-    const StackSlice& getSlice(int i) const { return *slices_[static_cast<std::size_t>(i)]; }
+    const StackSlice& getSlice(int i) const { return *slices[static_cast<std::size_t>(i)]; }
 
-    StackSlice& getFirstSlice() { return *slices_.front(); }
+    StackSlice& getFirstSlice() { return *slices.front(); }
 
-    const StackSlice& getFirstSlice() const { return *slices_.front(); }
+    const StackSlice& getFirstSlice() const { return *slices.front(); }
 
-    StackSlice& getLastSlice() { return *slices_.back(); }
+    StackSlice& getLastSlice() { return *slices.back(); }
 
-    const StackSlice& getLastSlice() const { return *slices_.back(); }
+    const StackSlice& getLastSlice() const { return *slices.back(); }
 
     /// The slice behind `slice`; the last slice gives itself. A slice that is not in the stack
     /// raises `ProgramError`, here and in `getPreviousSlice`.
@@ -127,17 +127,17 @@ public:
     /// The same, and destroys the slice with its items.
     void deleteSlice(int i);
 
-    int getNumModels() const { return static_cast<int>(models_.size()); }
+    int getNumModels() const { return static_cast<int>(models.size()); }
 
     /// Index of the first model of this name, or -1.
-    int findModel(const std::string& name) const;
+    int findModel(const std::string& modelName) const;
 
     /// Index of this very model, or -1.
     int findModel(const Model& model) const;
 
-    Model& getModel(int i) { return *models_[static_cast<std::size_t>(i)]; }
+    Model& getModel(int i) { return *models[static_cast<std::size_t>(i)]; }
 
-    const Model& getModel(int i) const { return *models_[static_cast<std::size_t>(i)]; }
+    const Model& getModel(int i) const { return *models[static_cast<std::size_t>(i)]; }
 
     /// Appends the model and attaches each of its items to its slice.
     void addModel(Model& model);
@@ -159,17 +159,17 @@ public:
     /// The models of this geometry, in stack order.
     std::vector<Model*> listGeometryModels(MPrimitive geometry) const;
 
-    int getNumStandardImages() const { return static_cast<int>(standardImages_.size()); }
+    int getNumStandardImages() const { return static_cast<int>(standardImages.size()); }
 
-    StandardImage& getStandardImage(int i) { return *standardImages_[static_cast<std::size_t>(i)]; }
+    StandardImage& getStandardImage(int i) { return *standardImages[static_cast<std::size_t>(i)]; }
 
     const StandardImage& getStandardImage(int i) const
     {
-        return *standardImages_[static_cast<std::size_t>(i)];
+        return *standardImages[static_cast<std::size_t>(i)];
     }
 
     /// Appends an image from `new`.
-    void addStandardImage(StandardImage* image) { standardImages_.push_back(image); }
+    void addStandardImage(StandardImage* image) { standardImages.push_back(image); }
 
     /// Destroys slices, models and standard images and forgets the two last slices; name,
     /// defaults and poses stay.
@@ -208,19 +208,19 @@ private:
     VoxelCalibration voxelCalibration() const;
     void keepPositionBehind(int i);
 
-    std::vector<StackSlice*> slices_;
-    float defaultSliceSpacing_ = 0.0f;
-    PixelCalibration defaultPixelCalibration_;
-    std::string name_;
-    std::string annotation_;
-    std::string imagesPath_;
-    bool absoluteImagesPathPolicy_ = false;
-    bool invertedZAxis_ = false;
-    float defaultSliceThickness_ = 0.0f;
-    std::vector<Model*> models_;
-    std::vector<StandardImage*> standardImages_;
-    std::string lastSegmentedSlice_;
-    std::string lastRegisteredSlice_;
+    std::vector<StackSlice*> slices;
+    float defaultSliceSpacing = 0.0f;
+    PixelCalibration defaultPixelCalibration;
+    std::string name;
+    std::string annotation;
+    std::string imagesPath;
+    bool absoluteImagesPathPolicy = false;
+    bool invertedZAxis = false;
+    float defaultSliceThickness = 0.0f;
+    std::vector<Model*> models;
+    std::vector<StandardImage*> standardImages;
+    std::string lastSegmentedSlice;
+    std::string lastRegisteredSlice;
 };
 
 extern template VoxelMatrix<int> Stack::toVoxelMatrix<int>(ImageColorContent) const;

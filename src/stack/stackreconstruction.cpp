@@ -8,27 +8,27 @@
 #include <cmath>
 
 template <class T>
-void StackReconstruction<T>::setStack(const Stack& stack)
+void StackReconstruction<T>::setStack(const Stack& newStack)
 {
-    stack_ = &stack;
+    stack = &newStack;
     computeMaps();
 }
 
 template <class T>
 void StackReconstruction<T>::computeMaps()
 {
-    if (stack_ == nullptr) {
+    if (stack == nullptr) {
         raise<UsageError>("void StackReconstruction<T>::computeMaps()", "There is no stack");
     }
-    const int slices = stack_->getNumSlices();
-    maps_.setZeros(slices, 6);
-    zMap_.setZeros(slices);
+    const int slices = stack->getNumSlices();
+    maps.setZeros(slices, 6);
+    zMap.setZeros(slices);
     const T radians = static_cast<T>(3.141592653589793238462643383279502884L / 180.0L);
     T theta = 0;
     T tx = 0;
     T ty = 0;
     for (int i = 0; i < slices; ++i) {
-        const StackSlice& slice = stack_->getSlice(i);
+        const StackSlice& slice = stack->getSlice(i);
         const Registration& registration = slice.getRegistration();
         const T pw = slice.getPixelCalibration().getPixelWidth();
         const T ph = slice.getPixelCalibration().getPixelHeight();
@@ -43,7 +43,7 @@ void StackReconstruction<T>::computeMaps()
 
         const T c = std::cos(theta);
         const T s = std::sin(theta);
-        Vector<T>& map = maps_[i];
+        Vector<T>& map = maps[i];
         map[0] = pw * c;
         map[1] = ph * s;
         map[2] = -pw * cx * c - ph * cy * s + tx;
@@ -52,7 +52,7 @@ void StackReconstruction<T>::computeMaps()
         map[5] = -pw * cx * s + ph * cy * c + ty;
 
         const T z = slice.getAbsolutePosition();
-        zMap_[i] = stack_->hasInvertedZAxis() ? -z : z;
+        zMap[i] = stack->hasInvertedZAxis() ? -z : z;
     }
 }
 

@@ -15,22 +15,22 @@ class StackReconstruction
 {
 public:
     /// Binds to a stack, which must outlive this object, and computes the maps.
-    void setStack(const Stack& stack);
+    void setStack(const Stack& newStack);
 
     /// Without a stack: `UsageError`. The centre of a slice without an image is its origin.
     void computeMaps();
 
     /// One row of 6 coefficients (a, b, e, d, f, g) per slice: (x, y) goes to
     /// (a x + b y + e, d x + f y + g).
-    const Matrix<T>& getMaps() const { return maps_; }
+    const Matrix<T>& getMaps() const { return maps; }
 
     /// The z of each slice.
-    const Vector<T>& getZMap() const { return zMap_; }
+    const Vector<T>& getZMap() const { return zMap; }
 
 private:
-    const Stack* stack_ = nullptr;
-    Matrix<T> maps_;
-    Vector<T> zMap_;
+    const Stack* stack = nullptr;
+    Matrix<T> maps;
+    Vector<T> zMap;
 };
 
 extern template class StackReconstruction<float>;

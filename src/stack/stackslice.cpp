@@ -7,35 +7,35 @@
 
 StackSlice::StackSlice(const StackSlice& other)
     : Slice(other)
-    , thickness_(other.thickness_)
-    , position_(other.position_)
-    , relativePosition_(other.relativePosition_)
-    , defaultPosition_(other.defaultPosition_)
-    , registration_(other.registration_)
+    , thickness(other.thickness)
+    , position(other.position)
+    , relativePosition(other.relativePosition)
+    , defaultPosition(other.defaultPosition)
+    , registration(other.registration)
 {}
 
 StackSlice& StackSlice::operator=(const StackSlice& other)
 {
     Slice::operator=(other);
-    thickness_ = other.thickness_;
-    position_ = other.position_;
-    relativePosition_ = other.relativePosition_;
-    defaultPosition_ = other.defaultPosition_;
-    registration_ = other.registration_;
+    thickness = other.thickness;
+    position = other.position;
+    relativePosition = other.relativePosition;
+    defaultPosition = other.defaultPosition;
+    registration = other.registration;
     return *this;
 }
 
-Stack& StackSlice::stack(const char* where) const
+Stack& StackSlice::ownStack(const char* where) const
 {
-    if (stack_ == nullptr) {
+    if (stack == nullptr) {
         raise<ProgramError>(where, "This slice has no stack");
     }
-    return *stack_;
+    return *stack;
 }
 
 int StackSlice::index(const char* where) const
 {
-    const int i = stack(where).findSlice(*this);
+    const int i = ownStack(where).findSlice(*this);
     if (i < 0) {
         raise<ProgramError>(where, "This slice does not stand in its stack");
     }
@@ -50,79 +50,79 @@ bool StackSlice::isFirstSlice() const
 bool StackSlice::isLastSlice() const
 {
     const int i = index("bool StackSlice::isLastSlice() const");
-    return i == stack_->getNumSlices() - 1;
+    return i == stack->getNumSlices() - 1;
 }
 
 StackSlice& StackSlice::prevSlice() const
 {
-    return stack("StackSlice& StackSlice::prevSlice() const").getPreviousSlice(*this);
+    return ownStack("StackSlice& StackSlice::prevSlice() const").getPreviousSlice(*this);
 }
 
 StackSlice& StackSlice::nextSlice() const
 {
-    return stack("StackSlice& StackSlice::nextSlice() const").getNextSlice(*this);
+    return ownStack("StackSlice& StackSlice::nextSlice() const").getNextSlice(*this);
 }
 
-void StackSlice::setAbsolutePosition(float position)
+void StackSlice::setAbsolutePosition(float value)
 {
-    position_ = position;
-    relativePosition_ = false;
-    defaultPosition_ = false;
+    position = value;
+    relativePosition = false;
+    defaultPosition = false;
 }
 
-void StackSlice::setRelativePosition(float position)
+void StackSlice::setRelativePosition(float value)
 {
-    position_ = position;
-    relativePosition_ = true;
-    defaultPosition_ = false;
+    position = value;
+    relativePosition = true;
+    defaultPosition = false;
 }
 
 float StackSlice::getRelativePosition() const
 {
     const char* where = "float StackSlice::getRelativePosition() const";
-    if (defaultPosition_) {
-        return stack(where).getDefaultRelativePosition();
+    if (defaultPosition) {
+        return ownStack(where).getDefaultRelativePosition();
     }
-    if (relativePosition_) {
-        return position_;
+    if (relativePosition) {
+        return position;
     }
     const int i = index(where);
-    return i == 0 ? 0.0f : position_ - absolutePosition(*stack_, i - 1);
+    return i == 0 ? 0.0f : position - absolutePosition(*stack, i - 1);
 }
 
 float StackSlice::getAbsolutePosition() const
 {
-    if (!relativePosition_) {
-        return position_;
+    if (!relativePosition) {
+        return position;
     }
     const int i = index("float StackSlice::getAbsolutePosition() const");
-    return absolutePosition(*stack_, i);
+    return absolutePosition(*stack, i);
 }
 
 // Adds up the distances from the last slice before that has a fixed place.
-float StackSlice::absolutePosition(const Stack& stack, int index)
+float StackSlice::absolutePosition(const Stack& within, int i)
 {
-    int fixed = index;
-    while (fixed > 0 && stack.getSlice(fixed).relativePosition_) {
+    int fixed = i;
+    while (fixed > 0 && within.getSlice(fixed).relativePosition) {
         --fixed;
     }
-    const StackSlice& start = stack.getSlice(fixed);
-    float position = start.relativePosition_ ? 0.0f : start.position_;
-    for (int i = fixed + 1; i <= index; ++i) {
-        const StackSlice& slice = stack.getSlice(i);
-        position += slice.defaultPosition_ ? stack.getDefaultRelativePosition() : slice.position_;
+    const StackSlice& start = within.getSlice(fixed);
+    float sum = start.relativePosition ? 0.0f : start.position;
+    for (int k = fixed + 1; k <= i; ++k) {
+        const StackSlice& slice = within.getSlice(k);
+        sum += slice.defaultPosition ? within.getDefaultRelativePosition() : slice.position;
     }
-    return position;
+    return sum;
 }
 
 void StackSlice::print(const std::string& indent) const
 {
     std::cout << indent << "Name = " << getName() << '\n';
-    if (stack_ != nullptr && stack_->findSlice(*this) >= 0) {
+    if (stack != nullptr && stack->findSlice(*this) >= 0) {
         std::cout << indent << "  Prev = " << prevSlice().getName() << '\n'
                   << indent << "  Succ = " << nextSlice().getName() << '\n'
                   << indent << "  Rel/Abs position = " << getRelativePosition() << '/'
-                  << getAbsolutePosition() << (relativePosition_ ? " [Relative]" : " [Absolute]")
+                  << getAbsolutePosition() << (relativePosition ? " [Relative]" : " [Absolute]")
                   << '\n';
     }
     const PixelCalibration& calibration = getPixelCalibration();

@@ -25,9 +25,9 @@ public:
     StackSlice& operator=(const StackSlice& other);
 
     /// Null until set. Not owned.
-    Stack* getStack() const { return stack_; }
+    Stack* getStack() const { return stack; }
 
-    void setStack(Stack& stack) { stack_ = &stack; }
+    void setStack(Stack& owner) { stack = &owner; }
 
     bool isFirstSlice() const;
     bool isLastSlice() const;
@@ -38,22 +38,22 @@ public:
     /// The slice behind this one; the last slice gives itself, so a walk stops by `isLastSlice`.
     StackSlice& nextSlice() const;
 
-    const Registration& getRegistration() const { return registration_; }
+    const Registration& getRegistration() const { return registration; }
 
-    void setRegistration(const Registration& registration) { registration_ = registration; }
+    void setRegistration(const Registration& value) { registration = value; }
 
-    float getThickness() const { return thickness_; }
+    float getThickness() const { return thickness; }
 
-    void setThickness(float thickness) { thickness_ = thickness; }
+    void setThickness(float value) { thickness = value; }
 
     /// The slice stays at this position, whatever the others do.
-    void setAbsolutePosition(float position);
+    void setAbsolutePosition(float value);
 
     /// The slice keeps this distance to the previous one, in place of the stack's default.
-    void setRelativePosition(float position);
+    void setRelativePosition(float value);
 
     /// The position is the distance to the previous slice, its own or the stack's default.
-    bool useRelativePosition() const { return relativePosition_; }
+    bool useRelativePosition() const { return relativePosition; }
 
     /// Distance to the previous slice; of a first slice with an absolute position 0.
     float getRelativePosition() const;
@@ -67,14 +67,14 @@ public:
 private:
     friend class Stack;
 
-    Stack& stack(const char* where) const;
+    Stack& ownStack(const char* where) const;
     int index(const char* where) const;
-    static float absolutePosition(const Stack& stack, int index);
+    static float absolutePosition(const Stack& within, int i);
 
-    Stack* stack_ = nullptr;
-    float thickness_ = 0.0f;
-    float position_ = 0.0f;
-    bool relativePosition_ = true;
-    bool defaultPosition_ = true;
-    Registration registration_;
+    Stack* stack = nullptr;
+    float thickness = 0.0f;
+    float position = 0.0f;
+    bool relativePosition = true;
+    bool defaultPosition = true;
+    Registration registration;
 };

@@ -15,10 +15,10 @@ MPrimitive geometryOf(const Model* model)
 
 } // namespace
 
-void StackSliceSelectionInfo::setSlice(const StackSlice& slice)
+void StackSliceSelectionInfo::setSlice(const StackSlice& newSlice)
 {
-    if (slice_ != &slice) {
-        slice_ = &slice;
+    if (slice != &newSlice) {
+        slice = &newSlice;
         update();
     }
 }
@@ -26,34 +26,34 @@ void StackSliceSelectionInfo::setSlice(const StackSlice& slice)
 void StackSliceSelectionInfo::update()
 {
     clear();
-    if (slice_ == nullptr) {
+    if (slice == nullptr) {
         return;
     }
     const Model* model = nullptr;
-    for (int i = 0; i < slice_->getNumItems(); ++i) {
-        const ModelItem& item = slice_->getItem(i);
+    for (int i = 0; i < slice->getNumItems(); ++i) {
+        const ModelItem& item = slice->getItem(i);
         if (item.getSelection().isEmpty()) {
             continue;
         }
-        const MPrimitive geometry = geometryOf(item.getModel());
-        if (numSelectedItems_ == 0) {
+        const MPrimitive own = geometryOf(item.getModel());
+        if (numSelectedItems == 0) {
             model = item.getModel();
-            geometry_ = geometry;
+            geometry = own;
             triangulationTag_ = item.getTriangulationTag();
         } else {
-            singleModel_ = singleModel_ && item.getModel() == model;
-            geometry_ = geometry == geometry_ ? geometry : PRIMITIVE_UNKNOWN;
+            singleModel = singleModel && item.getModel() == model;
+            geometry = own == geometry ? own : PRIMITIVE_UNKNOWN;
         }
-        ++numSelectedItems_;
-        numPartialItems_ += item.getSelection().isComplete() ? 0 : 1;
+        ++numSelectedItems;
+        numPartialItems += item.getSelection().isComplete() ? 0 : 1;
     }
 }
 
 void StackSliceSelectionInfo::clear()
 {
-    numSelectedItems_ = 0;
-    numPartialItems_ = 0;
-    singleModel_ = true;
-    geometry_ = PRIMITIVE_UNKNOWN;
+    numSelectedItems = 0;
+    numPartialItems = 0;
+    singleModel = true;
+    geometry = PRIMITIVE_UNKNOWN;
     triangulationTag_ = CurveStackTriangulationContourTag::None;
 }

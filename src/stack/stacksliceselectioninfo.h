@@ -10,29 +10,29 @@ class StackSliceSelectionInfo
 {
 public:
     /// Null until set.
-    const StackSlice* getSlice() const { return slice_; }
+    const StackSlice* getSlice() const { return slice; }
 
     /// Summarises this slice; nothing happens for the slice that is set already.
-    void setSlice(const StackSlice& slice);
+    void setSlice(const StackSlice& newSlice);
 
     /// Summarises the slice anew. An item counts when at least one of its flags is set.
     void update();
 
-    bool emptySelection() const { return numSelectedItems_ == 0; }
+    bool emptySelection() const { return numSelectedItems == 0; }
 
-    bool multipleSelection() const { return numSelectedItems_ > 1; }
+    bool multipleSelection() const { return numSelectedItems > 1; }
 
     /// Items are selected, all of one geometry.
-    bool homogeneousSelection() const { return geometry_ != PRIMITIVE_UNKNOWN; }
+    bool homogeneousSelection() const { return geometry != PRIMITIVE_UNKNOWN; }
 
     /// All selected items belong to one model.
-    bool singleModelSelection() const { return singleModel_; }
+    bool singleModelSelection() const { return singleModel; }
 
     /// At least one item is selected in part only.
-    bool partialSelection() const { return numPartialItems_ > 0; }
+    bool partialSelection() const { return numPartialItems > 0; }
 
     /// The common geometry, else `PRIMITIVE_UNKNOWN`.
-    MPrimitive selectionGeometry() const { return geometry_; }
+    MPrimitive selectionGeometry() const { return geometry; }
 
     /// The tag of the first selected item.
     CurveStackTriangulationContourTag triangulationTag() const { return triangulationTag_; }
@@ -40,10 +40,10 @@ public:
 private:
     void clear();
 
-    const StackSlice* slice_ = nullptr;
-    int numSelectedItems_ = 0;
-    int numPartialItems_ = 0;
-    bool singleModel_ = true;
-    MPrimitive geometry_ = PRIMITIVE_UNKNOWN;
+    const StackSlice* slice = nullptr;
+    int numSelectedItems = 0;
+    int numPartialItems = 0;
+    bool singleModel = true;
+    MPrimitive geometry = PRIMITIVE_UNKNOWN;
     CurveStackTriangulationContourTag triangulationTag_ = CurveStackTriangulationContourTag::None;
 };

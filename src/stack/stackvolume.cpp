@@ -31,7 +31,7 @@ void writePixel(VoxelMatrix<int>& mask, int x, int y, int plane, int value)
 
 bool Stack::isRegular() const
 {
-    if (slices_.empty()) {
+    if (slices.empty()) {
         return false;
     }
     const StackSlice& first = getFirstSlice();
@@ -50,7 +50,7 @@ bool Stack::isRegular() const
 
 ImageColorContent Stack::colorContent() const
 {
-    if (slices_.empty()) {
+    if (slices.empty()) {
         return ImageColorContent::Unknown;
     }
     const ImageColorContent content = contentOf(getFirstSlice());
@@ -65,20 +65,20 @@ ImageColorContent Stack::colorContent() const
 VoxelCalibration Stack::voxelCalibration() const
 {
     VoxelCalibration calibration;
-    calibration.setLengthUnit(defaultPixelCalibration_.getLengthUnit());
-    calibration.setVoxelWidth(defaultPixelCalibration_.getPixelWidth());
-    calibration.setVoxelHeight(defaultPixelCalibration_.getPixelHeight());
-    calibration.setVoxelDepth(defaultSliceSpacing_);
+    calibration.setLengthUnit(defaultPixelCalibration.getLengthUnit());
+    calibration.setVoxelWidth(defaultPixelCalibration.getPixelWidth());
+    calibration.setVoxelHeight(defaultPixelCalibration.getPixelHeight());
+    calibration.setVoxelDepth(defaultSliceSpacing);
     return calibration;
 }
 
 template <class T>
 VoxelMatrix<T> Stack::toVoxelMatrix(ImageColorContent content) const
 {
-    const StackSlice* first = slices_.empty() ? nullptr : &getFirstSlice();
+    const StackSlice* first = slices.empty() ? nullptr : &getFirstSlice();
     const int height = first != nullptr ? first->height() : 0;
     const int width = first != nullptr ? first->width() : 0;
-    for (const StackSlice* slice : slices_) {
+    for (const StackSlice* slice : slices) {
         if (slice->height() != height || slice->width() != width) {
             raise<SizeError>("VoxelMatrix<T> Stack::toVoxelMatrix(const ImageColorContent) const",
                              "The slices differ in size");
@@ -116,7 +116,7 @@ void Stack::writeModelMask(VoxelMatrix<int>& mask, const Model& model, int value
 
 void Stack::writeModelMasks(VoxelMatrix<int>& mask) const
 {
-    if (slices_.empty()) {
+    if (slices.empty()) {
         mask.setSize(0, 0, 0);
     } else {
         mask.setSize(getFirstSlice().width(), getFirstSlice().height(), getNumSlices());

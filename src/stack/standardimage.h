@@ -9,10 +9,10 @@ class StandardImage : public Slice
 {
 public:
     /// Null until set. Not owned.
-    Stack* getStack() const { return stack_; }
+    Stack* getStack() const { return stack; }
 
-    void setStack(Stack& stack) { stack_ = &stack; }
+    void setStack(Stack& owner) { stack = &owner; }
 
 private:
-    Stack* stack_ = nullptr;
+    Stack* stack = nullptr;
 };
