@@ -1,0 +1,286 @@
+#include "numerics/squarematrix.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+template <class T>
+class RealMatrix : public testing::Test
+{};
+
+using RealTypes = testing::Types<float, double, long double>;
+TYPED_TEST_SUITE(RealMatrix, RealTypes);
+
+/// The precision of a result after about a hundred rotations. Their sines and cosines are double at
+/// best, since the root in them is.
+template <class T>
+T tolerance()
+{
+    return 200 * std::max(std::numeric_limits<T>::epsilon(),
+                          static_cast<T>(std::numeric_limits<double>::epsilon()));
+}
+
+/// The Frobenius norm.
+template <class T>
+T normOf(const Matrix<T>& m)
+{
+    return std::sqrt(m.snorm());
+}
+
+template <class T>
+Matrix<T> identity(int n)
+{
+    SquareMatrix<T> result;
+    result.setIdentity(n);
+    return result;
+}
+
+template <class T>
+void expectOrthogonal(const Matrix<T>& m)
+{
+    EXPECT_LE(normOf(m * m.transpose() - identity<T>(m.getSize1())), tolerance<T>());
+}
+
+template <class T>
+Matrix<T> hilbert(int rows, int columns)
+{
+    Matrix<T> result(rows, columns);
+    for (int i = 0; i < rows; ++i) {
+        for (int j = 0; j < columns; ++j) {
+            result[i][j] = T(1) / static_cast<T>(i + j + 1);
+        }
+    }
+    return result;
+}
+
+/// Matrices of all shapes that decompositions find hard.
+template <class T>
+std::vector<Matrix<T>> sampleMatrices()
+{
+    std::mt19937 engine(12);
+    std::vector<Matrix<T>> samples;
+    for (int p = 1; p <= 8; ++p) {
+        for (int n = p; n <= p + 3; n += 3) {
+            const Matrix<T> random = randomMatrix<T>(n, p, engine);
+            samples.push_back(random);
+            samples.push_back(hilbert<T>(n, p));
+            Matrix<T> graded(random);
+            for (int i = 0; i < n; ++i) {
+                graded[i] *= static_cast<T>(std::pow(10.0, -2 * i));
+            }
+            samples.push_back(graded);
+            const int rank = p / 2;
+            samples.push_back(randomMatrix<T>(n, rank, engine) * randomMatrix<T>(rank, p, engine));
+            Matrix<T> bidiagonal(n, p);
+            bidiagonal.setZeros();
+            for (int i = 0; i < p; ++i) {
+                bidiagonal[i][i] = i % 3 == 1 ? T(0) : T(1);
+                if (i + 1 < p) {
+                    bidiagonal[i][i + 1] = 1;
+                }
+            }
+            samples.push_back(bidiagonal);
+        }
+    }
+    return samples;
+}
+
+} // namespace
+
+TYPED_TEST(RealMatrix, GivensRotationClearsTheSecondComponent)
+{
+    using T = TypeParam;
+    std::mt19937 engine(1);
+    for (int round = 0; round < 60; ++round) {
+        Matrix<T> pair = randomMatrix<T>(2, 1, engine);
+        pair[round % 2][0] *= round % 3 == 0 ? T(0) : T(1);
+        T c = 0;
+        T s = 0;
+        Matrix<T>::givens(c, s, pair[0][0], pair[1][0]);
+        EXPECT_NEAR(static_cast<double>(c * c + s * s), 1, tolerance<T>());
+        Matrix<T> columns = pair.transpose();
+        pair.leftGivensRotate(c, s, 0, 1);
+        columns.rightGivensRotate(c, s, 0, 1);
+        EXPECT_NEAR(static_cast<double>(pair[1][0]), 0, tolerance<T>());
+        EXPECT_EQ(columns, pair.transpose());
+    }
+}
+
+TYPED_TEST(RealMatrix, HouseholderTransformOfABlockLeavesTheRestAlone)
+{
+    using T = TypeParam;
+    std::mt19937 engine(2);
+    const Matrix<T> m = randomMatrix<T>(5, 6, engine);
+    Vector<T> v = m.getColumn(2).copyFrom(1);
+    T beta = 0;
+    v.householderVector(beta);
+
+    Matrix<T> reflection = identity<T>(4) - v.outerProduct(v) * beta;
+    Matrix<T> expected(m);
+    expected.paste(1, 2, reflection * m.copy(1, 4, 2, 4));
+    Matrix<T> block(m);
+    block.leftHouseholderTransform(v, beta, 1, 4, 2, 4);
+    EXPECT_LE(normOf(block - expected), tolerance<T>());
+
+    Matrix<T> transposed = m.transpose();
+    transposed.rightHouseholderTransform(v, beta, 2, 4, 1, 4);
+    EXPECT_LE(normOf(transposed.transpose() - expected), tolerance<T>());
+
+    Matrix<T> whole = m.copy(1, 4, 0, 5);
+    whole.leftHouseholderTransform(v, beta);
+    EXPECT_LE(normOf(whole - reflection * m.copy(1, 4, 0, 5)), tolerance<T>());
+    Matrix<T> right = m.copy(1, 4, 0, 5).transpose();
+    right.rightHouseholderTransform(v, beta);
+    EXPECT_LE(normOf(right.transpose() - whole), tolerance<T>());
+    const char* const what = "Incompatible block and Householder vector dimensions";
+    expectError<SizeError>([&] { block.leftHouseholderTransform(v, beta, 1, 3, 0, 1); },
+                           "Matrix<T> Matrix<T>::leftHouseholderTransform(...)", what);
+    expectError<SizeError>([&] { block.rightHouseholderTransform(v, beta); },
+                           "Matrix<T> Matrix<T>::rightHouseholderTransform(...)", what);
+}
+
+TYPED_TEST(RealMatrix, BidiagonalFormIsTheProductWithItsFactors)
+{
+    using T = TypeParam;
+    for (const Matrix<T>& m : sampleMatrices<T>()) {
+        Matrix<T> b(m);
+        SquareMatrix<T> u;
+        SquareMatrix<T> v;
+        b.householderBidiag(&u, &v);
+        for (int i = 0; i < b.getSize1(); ++i) {
+            for (int j = 0; j < b.getSize2(); ++j) {
+                EXPECT_TRUE(b[i][j] == 0 || j == i || j == i + 1) << i << ", " << j;
+            }
+        }
+        expectOrthogonal<T>(u);
+        expectOrthogonal<T>(v);
+        EXPECT_LE(normOf(u * m * v - b), tolerance<T>() * normOf(m));
+        Matrix<T> alone(m);
+        alone.householderBidiag(nullptr, nullptr);
+        EXPECT_EQ(alone, b);
+    }
+}
+
+TYPED_TEST(RealMatrix, SingularValuesRebuildTheMatrix)
+{
+    using T = TypeParam;
+    for (const Matrix<T>& m : sampleMatrices<T>()) {
+        SquareMatrix<T> u;
+        SquareMatrix<T> v;
+        const Vector<T> s = m.svd(&u, &v);
+        ASSERT_EQ(s.getSize(), m.getSize2());
+        EXPECT_GE(s.min(), 0);
+        Matrix<T> middle(m.getSize1(), m.getSize2());
+        middle.setZeros();
+        for (int i = 0; i < s.getSize(); ++i) {
+            middle[i][i] = s[i];
+        }
+        // Dropping elements below the working tolerance is the other part of the error.
+        const T bound = (tolerance<T>() + 20 * Vector<T>::epsilon()) * normOf(m);
+        expectOrthogonal<T>(u);
+        expectOrthogonal<T>(v);
+        EXPECT_LE(normOf(u.transpose() * middle * v.transpose() - m), bound);
+        EXPECT_EQ(m.svd(nullptr, nullptr), s);
+    }
+}
+
+TYPED_TEST(RealMatrix, SingularValuesOfADiagonalMatrixAreAbsoluteValues)
+{
+    using T = TypeParam;
+    SquareMatrix<T> m;
+    m.setDiagonal(vectorOf<T>({3, -2, 0, 5}));
+    SquareMatrix<T> u;
+    SquareMatrix<T> v;
+    EXPECT_EQ(m.svd(&u, &v), vectorOf<T>({3, 2, 0, 5}));
+    EXPECT_EQ(u.diagonal(), vectorOf<T>({1, -1, 1, 1}));
+    EXPECT_EQ(v, identity<T>(4));
+    Matrix<T> zeros;
+    zeros.setZeros(3, 2);
+    EXPECT_EQ(zeros.svd(nullptr, nullptr), vectorOf<T>({0, 0}));
+    EXPECT_EQ(zeros.pinverse(), zeros.transpose());
+    EXPECT_EQ(Matrix<T>(2, 0).svd(nullptr, nullptr).getSize(), 0);
+}
+
+TYPED_TEST(RealMatrix, SingularValuesScaleWithTheMatrix)
+{
+    using T = TypeParam;
+    std::mt19937 engine(3);
+    const Matrix<T> m = randomMatrix<T>(5, 4, engine);
+    const Vector<T> s = m.svd(nullptr, nullptr);
+    for (const int exponent :
+         {std::numeric_limits<T>::max_exponent - 4, std::numeric_limits<T>::min_exponent + 30}) {
+        const T scale = std::ldexp(T(1), exponent);
+        EXPECT_EQ((m * scale).svd(nullptr, nullptr), s * scale);
+    }
+}
+
+TYPED_TEST(RealMatrix, PseudoInverseMeetsPenrosesConditions)
+{
+    using T = TypeParam;
+    std::mt19937 engine(4);
+    for (int p = 1; p <= 6; ++p) {
+        for (int rank = 1; rank <= p; ++rank) {
+            const Matrix<T> a =
+                randomMatrix<T>(p + 2, rank, engine) * randomMatrix<T>(rank, p, engine);
+            const Matrix<T> x = a.pinverse();
+            ASSERT_EQ(x.getSize(), vectorOf<int>({p, p + 2}));
+            const T bound = 30 * tolerance<T>() * normOf(a) * normOf(x);
+            EXPECT_LE(normOf(a * x * a - a), bound * normOf(a));
+            EXPECT_LE(normOf(x * a * x - x), bound * normOf(x));
+            EXPECT_LE(normOf((a * x).transpose() - a * x), bound);
+            EXPECT_LE(normOf((x * a).transpose() - x * a), bound);
+
+            const Vector<T> b = randomVector<T>(p + 2, engine);
+            EXPECT_LT((a.solve(b) - x * b).norm(), bound * normOf(x));
+        }
+    }
+}
+
+TYPED_TEST(RealMatrix, SolutionOfAnUnderdeterminedSystemHasMinimumNorm)
+{
+    using T = TypeParam;
+    const Matrix<T> m = matrixOf<T>({{1, 1}, {1, 1}});
+    const Vector<T> x = m.solve(vectorOf<T>({1, 3}));
+    EXPECT_NEAR(static_cast<double>(x[0]), 1, 1e-5);
+    EXPECT_NEAR(static_cast<double>(x[1]), 1, 1e-5);
+    EXPECT_THROW(m.solve(vectorOf<T>({1, 2, 3})), SizeError);
+}
+
+TYPED_TEST(RealMatrix, DecompositionsRefuseWideMatricesAndNaN)
+{
+    using T = TypeParam;
+    Matrix<T> wide(2, 3);
+    wide.setOnes();
+    const char* const svdWhere = "Vector<T> Matrix<T>::svd(...) const";
+    expectError<SizeError>([&] { wide.svd(nullptr, nullptr); }, svdWhere,
+                           "Cannot perform svd of (n,p) matrix with p > n");
+    expectError<SizeError>([&] { wide.householderBidiag(nullptr, nullptr); },
+                           "Matrix<T> Matrix<T>::householderBidiag(...) const",
+                           "Cannot perform bidiagonalization of (n,p) matrix with p > n");
+    try {
+        wide.pinverse();
+        ADD_FAILURE();
+    } catch (const SizeError& error) {
+        EXPECT_EQ(error.callStack(),
+                  "[0] " + std::string(svdWhere) + "\n[1] Matrix<T> Matrix<T>::pinverse() const");
+    }
+    SquareMatrix<T> untouched;
+    for (const T bad : {std::numeric_limits<T>::quiet_NaN(), std::numeric_limits<T>::infinity()}) {
+        Matrix<T> m = wide.transpose();
+        m[1][1] = bad;
+        expectError<MathError>([&] { m.svd(&untouched, nullptr); }, svdWhere, "No convergence");
+        try {
+            m.solve(m.getColumn(0));
+            ADD_FAILURE();
+        } catch (const MathError& error) {
+            EXPECT_NE(error.callStack().find("[1] Vector<T> Matrix<T>::solve(...) const"),
+                      std::string::npos);
+        }
+    }
+    EXPECT_EQ(untouched.getSize(), 0);
+}

@@ -1,0 +1,115 @@
+#include "numerics/squarematrix.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+TEST(SquareMatrix, StaysSquare)
+{
+    SquareMatrix<float> m(2);
+    m.setOnes();
+    expectError<SizeError>([&] { m.setSize(2, 3, false); },
+                           "void SquareMatrix<T>::setSize(const int, const int)",
+                           "Arguments n and p have distinct values.");
+    Matrix<float>& base = m;
+    EXPECT_THROW(base = Matrix<float>(3, 1), SizeError);
+    EXPECT_THROW(base.setZeros(1, 2), SizeError);
+    EXPECT_EQ(m.getSize(), 2);
+    EXPECT_EQ(m.trace(), 2);
+    expectError<SizeError>([] { SquareMatrix<float>(Matrix<float>(2, 3)); },
+                           "SquareMatrix<T>::SquareMatrix(const Matrix<T>&)",
+                           "This matrix is not square");
+    m.setSize(3, true);
+    EXPECT_TRUE(m.isOwner());
+    EXPECT_EQ(m.getSize(2), 3);
+}
+
+TEST(SquareMatrix, DiagonalsComeBackAsTheyWereSet)
+{
+    const Vector<int> a = vectorOf<int>({1, 2, 3});
+    const Vector<int> b = vectorOf<int>({4, 5, 6, 7});
+    const Vector<int> c = vectorOf<int>({8, 9, 10});
+    SquareMatrix<int> m;
+    m.setTridiagonal(a, b, c);
+    EXPECT_EQ(m, matrixOf<int>({{4, 8, 0, 0}, {1, 5, 9, 0}, {0, 2, 6, 10}, {0, 0, 3, 7}}));
+    EXPECT_EQ(m.lowerDiagonal(), a);
+    EXPECT_EQ(m.diagonal(), b);
+    EXPECT_EQ(m.upperDiagonal(), c);
+    SquareMatrix<int> upper;
+    upper.setUpperBidiagonal(b, c);
+    SquareMatrix<int> lower;
+    lower.setLowerBidiagonal(b, a);
+    SquareMatrix<int> main;
+    main.setDiagonal(b);
+    EXPECT_EQ(upper + lower - main, m);
+    m.pasteUpperDiagonal2(vectorOf<int>({-1, -2}));
+    m.pasteLowerDiagonal2(vectorOf<int>({-3, -4}));
+    EXPECT_EQ(m, matrixOf<int>({{4, 8, -1, 0}, {1, 5, 9, -2}, {-3, 2, 6, 10}, {0, -4, 3, 7}}));
+}
+
+TEST(SquareMatrix, DiagonalOfAnotherLengthChangesNothing)
+{
+    SquareMatrix<int> m;
+    m.setIdentity(3);
+    const Vector<int> wrong(5);
+    const char* const what = "Incompatible matrix and vector dimensions";
+    expectError<SizeError>([&] { m.pasteDiagonal(wrong); },
+                           "void SquareMatrix<T>::pasteDiagonal(...)", what);
+    expectError<SizeError>([&] { m.pasteUpperDiagonal(wrong); },
+                           "void SquareMatrix<T>::pasteUpperDiagonal(...)", what);
+    expectError<SizeError>([&] { m.pasteLowerDiagonal2(wrong); },
+                           "void SquareMatrix<T>::pasteLowerDiagonal2(...)", what);
+    expectError<SizeError>([&] { m.setTridiagonal(wrong, wrong, wrong); },
+                           "void SquareMatrix<T>::setTridiagonal(...)", what);
+    EXPECT_THROW(m.setUpperBidiagonal(wrong, wrong), SizeError);
+    EXPECT_THROW(m.setLowerBidiagonal(wrong, wrong), SizeError);
+    EXPECT_EQ(m, matrixOf<int>({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}));
+}
+
+TEST(SquareMatrix, SymmetryIsExact)
+{
+    std::mt19937 engine(1);
+    const Matrix<double> m = randomMatrix<double>(4, 4, engine);
+    SquareMatrix<double> even(m + m.transpose());
+    SquareMatrix<double> odd(m - m.transpose());
+    EXPECT_TRUE(even.isSymmetrical());
+    EXPECT_FALSE(even.isAntiSymmetrical());
+    EXPECT_TRUE(odd.isAntiSymmetrical());
+    EXPECT_FALSE(odd.isSymmetrical());
+    even[0][3] = std::nextafter(even[0][3], 9.0);
+    EXPECT_FALSE(even.isSymmetrical());
+    odd[2][2] = 1e-300;
+    EXPECT_FALSE(odd.isAntiSymmetrical());
+}
+
+TEST(SquareMatrix, UnitQuaternionIsARightHandedRotation)
+{
+    std::mt19937 engine(2);
+    for (int round = 0; round < 20; ++round) {
+        Vector<double> q = randomVector<double>(4, engine);
+        q.normalize();
+        const Quaternion<double> quaternion{q[0], q[1], q[2], q[3]};
+        const SquareMatrix<double> m(quaternion, false);
+        SquareMatrix<double> identity;
+        identity.setIdentity(3);
+        EXPECT_LT((m * m.transpose() - identity).snorm(), 1e-28);
+        EXPECT_TRUE(m.isRHSystem());
+        // The axis stays where it is, the trace tells the angle.
+        const Vector<double> axis = q.copyFrom(1);
+        EXPECT_LT((m * axis).distance(axis), 1e-14);
+        EXPECT_NEAR(m.trace(), 4 * q[0] * q[0] - 1, 1e-14);
+        const SquareMatrix<double> homogeneous(quaternion, true);
+        EXPECT_EQ(homogeneous.copy(0, 2, 0, 2), m);
+        EXPECT_EQ(homogeneous[3], vectorOf<double>({0, 0, 0, 1}));
+        EXPECT_EQ(homogeneous.getColumn(3), homogeneous[3]);
+    }
+    // A half turn about the bisector of x and y exchanges these; a third one is cyclic.
+    const SquareMatrix<float> cyclic(Quaternion<float>{0.5F, 0.5F, 0.5F, 0.5F}, false);
+    EXPECT_EQ(cyclic, matrixOf<float>({{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}));
+    SquareMatrix<float> mirrored(cyclic);
+    mirrored.swapRows(0, 1);
+    EXPECT_FALSE(mirrored.isRHSystem());
+    EXPECT_THROW(SquareMatrix<float>(2).isRHSystem(), SizeError);
+}

@@ -1,0 +1,128 @@
+#include "numerics/matrix.h"
+#include "numerics/vector.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+template <class Function>
+void expectSizeError(Function function, const char* where)
+{
+    expectError<SizeError>(function, where, "The two vectors have different sizes");
+}
+
+} // namespace
+
+TEST(Vector, OperandsOfDifferentSizesAreRefused)
+{
+    Vector<float> a = vectorOf<float>({1, 2});
+    const Vector<float> b = vectorOf<float>({1, 2, 3});
+    expectSizeError([&] { a.scalarProduct(b); }, "T Vector<T>::scalarProduct(const Vector&) const");
+    expectSizeError([&] { a.sdistance(b); }, "T Vector<T>::sdistance(const Vector&) const");
+    expectSizeError([&] { a.distance(b); }, "T Vector<T>::sdistance(const Vector&) const");
+    expectSizeError([&] { a.manhattanDistance(b); },
+                    "T Vector<T>::manhattanDistance(const Vector&) const");
+    expectSizeError([&] { a + b; }, "Vector Vector<T>::operator+(const Vector&) const");
+    expectSizeError([&] { a - b; }, "Vector<T> Vector<T>::operator-(const Vector&) const");
+    expectSizeError([&] { a / b; }, "Vector<T> Vector<T>::operator/(const Vector&) const");
+    expectSizeError([&] { a.pointwiseProduct(b); }, "Vector pointwiseProduct(const Vector&) const");
+    expectSizeError([&] { a += b; }, "void Vector<T>::operator+=(const Vector&)");
+    expectSizeError([&] { a -= b; }, "void Vector<T>::operator-=(const Vector&)");
+    expectSizeError([&] { a *= b; }, "void Vector<T>::operator*=(const Vector&)");
+    expectSizeError([&] { a /= b; }, "void Vector<T>::operator/=(const Vector&)");
+    expectError<UsageError>([&] { Vector<float>::pmax(a, b); },
+                            "Vector<T> Vector<T>::pmax(const Vector&, const Vector&)",
+                            "The two vectors have different sizes");
+    expectError<SizeError>([&] { a.vectorProduct(b); },
+                           "Vector<T> Vector<T>::vectorProduct(const Vector&) const",
+                           "At least one vector have a size different from 3");
+    EXPECT_EQ(a, vectorOf<float>({1, 2}));
+}
+
+TEST(Vector, OperatorsWorkElementByElement)
+{
+    // Lengths around the width of vector instructions, also with both operands the same object.
+    std::mt19937 engine(3);
+    for (int size = 0; size <= 19; ++size) {
+        const Vector<float> a = randomVector<float>(size, engine);
+        const Vector<float> b = randomVector<float>(size, engine) + 2.0F;
+        Vector<float> twice(a);
+        twice += twice;
+        Vector<float> ones(b);
+        ones /= ones;
+        Vector<float> product(a);
+        product *= b;
+        Vector<float> difference(a);
+        difference -= b;
+        Vector<float> scaled(a);
+        scaled *= 3.0F;
+        scaled -= 1.0F;
+        scaled /= 4.0F;
+        scaled += 5.0F;
+        for (int i = 0; i < size; ++i) {
+            EXPECT_EQ(twice[i], a[i] + a[i]);
+            EXPECT_EQ(ones[i], 1.0F);
+            EXPECT_EQ(product[i], a[i] * b[i]);
+            EXPECT_EQ((a + b)[i], a[i] + b[i]);
+            EXPECT_EQ((a / b)[i], a[i] / b[i]);
+            EXPECT_EQ((-a)[i], -a[i]);
+            EXPECT_EQ(scaled[i], (a[i] * 3.0F - 1.0F) / 4.0F + 5.0F);
+            EXPECT_EQ(Vector<float>::pmax(a, b)[i], std::max(a[i], b[i]));
+            EXPECT_EQ(Vector<float>::pmin(a, difference)[i], std::min(a[i], difference[i]));
+        }
+        EXPECT_EQ(difference, a - b);
+        EXPECT_EQ(product, a.pointwiseProduct(b));
+    }
+}
+
+TEST(Vector, ScalarThatIsAnElementOfTheVectorStaysTheSame)
+{
+    Vector<float> v = vectorOf<float>({2, 4, 6});
+    v /= v[0];
+    EXPECT_EQ(v, vectorOf<float>({1, 2, 3}));
+}
+
+TEST(Vector, DistancesAndAngles)
+{
+    const Vector<float> a = vectorOf<float>({1, 2});
+    const Vector<float> b = vectorOf<float>({4, 6});
+    EXPECT_EQ(a.sdistance(b), 25);
+    EXPECT_EQ(a.distance(b), 5);
+    EXPECT_EQ(a.manhattanDistance(b), 7);
+    EXPECT_EQ(vectorOf<unsigned char>({1, 9}).manhattanDistance(vectorOf<unsigned char>({4, 2})),
+              10);
+    EXPECT_EQ(vectorOf<int>({1, 2}).sdistance(vectorOf<int>({4, 6})), 25);
+    EXPECT_EQ(Vector<float>().scalarProduct(Vector<float>()), 0);
+    EXPECT_EQ(Vector<float>().distance(Vector<float>()), 0);
+    EXPECT_NEAR(vectorOf<double>({2, 0}).angle(vectorOf<double>({-3, 3})), 0.75 * M_PI, 1e-15);
+}
+
+TEST(Vector, NormalizedVectorHasLengthOne)
+{
+    Vector<double> v = vectorOf<double>({3, -4});
+    v.normalize();
+    EXPECT_DOUBLE_EQ(v[1], -0.8);
+    EXPECT_DOUBLE_EQ(v.norm(), 1);
+    Vector<double> zero;
+    zero.setZeros(2);
+    zero.normalize();
+    EXPECT_EQ(zero, vectorOf<double>({0, 0}));
+}
+
+TEST(Vector, CrossProductIsOrthogonalAndOuterProductHasRankOne)
+{
+    std::mt19937 engine(9);
+    const Vector<double> a = randomVector<double>(3, engine);
+    const Vector<double> b = randomVector<double>(3, engine);
+    const Vector<double> c = a.vectorProduct(b);
+    EXPECT_NEAR(c.scalarProduct(a), 0, 1e-16);
+    EXPECT_NEAR(c.norm(), a.norm() * b.norm() * std::sin(a.angle(b)), 1e-15);
+    EXPECT_EQ(vectorOf<int>({1, 0, 0}).vectorProduct(vectorOf<int>({0, 1, 0})),
+              vectorOf<int>({0, 0, 1}));
+    EXPECT_EQ(vectorOf<int>({1, 2}).outerProduct(vectorOf<int>({3, 4, 5})),
+              matrixOf<int>({{3, 4, 5}, {6, 8, 10}}));
+}

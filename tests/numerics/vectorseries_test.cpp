@@ -1,0 +1,179 @@
+#include "numerics/vector.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+const char* const histogramWhere = "Vectorui Vector<T>::histogram(...)";
+const char* const maskedCorrWhere = "Vector<T> Vector<T>::corr(const Vector&, const Vector&) const";
+
+/// The bin by bisection over the formula, without tables and guesses.
+template <class T>
+int bisectedBin(T x, T origin, T step, int bins)
+{
+    int lo = 0;
+    int hi = bins;
+    while (hi > lo + 1) {
+        const int mid = (lo + hi) >> 1;
+        if (origin + mid * step > x) {
+            hi = mid;
+        } else {
+            lo = mid;
+        }
+    }
+    return lo;
+}
+
+template <class T>
+void expectBisectedHistogram(const Vector<T>& values, T origin, T step, int bins)
+{
+    Vector<unsigned int> expected;
+    expected.setZeros(bins);
+    for (int i = 0; i < values.getSize(); ++i) {
+        ++expected[bisectedBin(values[i], origin, step, bins)];
+    }
+    EXPECT_EQ(values.histogram(origin, step, bins), expected)
+        << "origin " << +origin << ", step " << +step << ", bins " << bins;
+}
+
+} // namespace
+
+TEST(Vector, RunningSumsAndDifferences)
+{
+    const Vector<int> v = vectorOf<int>({1, 2, 4, 7});
+    EXPECT_EQ(v.csum(), vectorOf<int>({1, 3, 7, 14}));
+    EXPECT_EQ(v.cprod(), vectorOf<int>({1, 2, 8, 56}));
+    EXPECT_EQ(Vector<int>().csum().getSize(), 0);
+    EXPECT_EQ(v.diff(1), vectorOf<int>({1, 2, 3, 0}));
+    EXPECT_EQ(v.diff(3), vectorOf<int>({6, 0, 0, 0}));
+    const char* const where = "Vector<T> Vector<T>::diff(const int) const";
+    expectError<SizeError>([&] { v.diff(4); }, where,
+                           "This vector does not contain enough elements");
+    expectError<ValueError>([&] { v.diff(-1); }, where, "The distance of the elements is negative");
+}
+
+TEST(Vector, HistogramKeepsWhatLiesOutsideItsEdges)
+{
+    EXPECT_EQ(vectorOf<float>({-5, 0.5F, 99}).histogram(0, 1, 4),
+              vectorOf<unsigned int>({2, 0, 0, 1}));
+    EXPECT_EQ(vectorOf<float>({0.5F, 1.5F, 2.5F}).histogram(0, 1, 3, vectorOf<float>({1, 0, 7})),
+              vectorOf<unsigned int>({1, 0, 1}));
+    expectError<SizeError>(
+        [] {
+            vectorOf<float>({1, 2}).histogram(0, 1, 3, vectorOf<float>({1}));
+        },
+        histogramWhere, "Incompatible mask size");
+    expectError<ValueError>([] { vectorOf<float>({1}).histogram(0, 1, 0); }, histogramWhere,
+                            "The number of bins must be positive");
+}
+
+TEST(Vector, HistogramAgreesWithBisectionOnAndBesideEveryEdge)
+{
+    std::mt19937 engine(11);
+    const float inf = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    for (int round = 0; round < 200; ++round) {
+        const int bins = 1 + static_cast<int>(engine() % 300);
+        const float origin = round % 4 == 0 ? 1e6F : 10 * randomUnit<float>(engine);
+        const float step = round % 10 == 0 ? 0.0F : 3 * randomUnit<float>(engine);
+        Vector<float> values = vectorOf<float>({-inf, inf, nan, 0, origin - 1000, origin + 1000});
+        Vector<float> edges(3 * bins);
+        for (int i = 0; i < bins; ++i) {
+            const float edge = origin + i * step;
+            edges[3 * i] = std::nextafter(edge, -inf);
+            edges[3 * i + 1] = edge;
+            edges[3 * i + 2] = std::nextafter(edge, inf);
+        }
+        values.append(edges);
+        values.append(randomVector<float>(50, engine) * 100.0F);
+        expectBisectedHistogram(values, origin, step, bins);
+    }
+    Vector<unsigned char> bytes(256);
+    bytes.setSequence(1);
+    expectBisectedHistogram<unsigned char>(bytes, 0, 1, 256);
+    expectBisectedHistogram<unsigned char>(bytes, 10, 7, 100);
+    Vector<int> integers(300);
+    integers.setSequence(-150, 1);
+    expectBisectedHistogram(integers, -20, 3, 50);
+}
+
+TEST(Vector, CorrelationAgreesWithItsDefinition)
+{
+    std::mt19937 engine(2);
+    for (int size = 0; size < 12; ++size) {
+        for (int kernelSize = 1; kernelSize <= 9; kernelSize += 2) {
+            const Vector<double> x = randomVector<double>(size, engine);
+            const Vector<double> kernel = randomVector<double>(kernelSize, engine);
+            Vector<double> reversed(kernel);
+            reversed.reverse();
+            const Vector<double> result = x.corr(kernel);
+            ASSERT_EQ(result.getSize(), size);
+            for (int i = 0; i < size; ++i) {
+                double sum = 0;
+                for (int m = 0; m < kernelSize; ++m) {
+                    const int position = i + m - kernelSize / 2;
+                    sum += position >= 0 && position < size ? x[position] * kernel[m] : 0;
+                }
+                EXPECT_EQ(result[i], sum);
+            }
+            EXPECT_EQ(x.conv(kernel), x.corr(reversed));
+        }
+    }
+    expectError<ValueError>(
+        [] {
+            vectorOf<float>({1, 2}).corr(vectorOf<float>({1, 1}));
+        },
+        "Vector<T> Vector<T>::corr(const Vector&) const", "The kernel has an even size");
+}
+
+TEST(Vector, MaskedCorrelationGivesTheWeightOfMaskedSamplesToTheirPartners)
+{
+    const Vector<double> x = vectorOf<double>({1, 2, 3, 4, 5});
+    const Vector<double> kernel = vectorOf<double>({1, 10, 100});
+    const Vector<double> mask = vectorOf<double>({1, 1, 0, 1, 1});
+    // Beside the ends and the masked middle the single neighbour counts with 101.
+    EXPECT_EQ(x.corr(kernel, mask), vectorOf<double>({212, 121, 3, 545, 454}));
+    EXPECT_EQ(x.conv(kernel, mask), vectorOf<double>({212, 121, 3, 545, 454}));
+    Vector<double> ones;
+    ones.setOnes(5);
+    EXPECT_EQ(x.corr(kernel, ones).copy(1, 3), x.corr(kernel).copy(1, 3));
+    const Vector<double> alone = vectorOf<double>({0, 0, 1, 0, 0});
+    EXPECT_EQ(x.corr(kernel, alone), vectorOf<double>({1, 2, 30, 4, 5}));
+    expectError<SizeError>([&] { x.corr(kernel, kernel); }, maskedCorrWhere,
+                           "The mask is not the same length as this vector");
+}
+
+TEST(Vector, HouseholderReflectionLeavesTheFirstElementAlone)
+{
+    std::mt19937 engine(4);
+    for (int size = 1; size <= 6; ++size) {
+        for (int round = 0; round < 20; ++round) {
+            Vector<double> x = randomVector<double>(size, engine);
+            if (round < 2) {
+                x.setZeros();
+                x[0] = round == 0 ? -3 : 3;
+            }
+            Vector<double> v;
+            double beta = -1;
+            x.householderVector(v, beta);
+            EXPECT_EQ(v[0], 1);
+            const Vector<double> image = x - v * (beta * v.scalarProduct(x));
+            EXPECT_NEAR(image[0], x.norm(), 1e-14);
+            for (int i = 1; i < size; ++i) {
+                EXPECT_NEAR(image[i], 0, 1e-15);
+            }
+            Vector<double> same(x);
+            same.householderVector(same, beta);
+            EXPECT_EQ(same, v);
+        }
+    }
+    double beta = 0;
+    Vector<double> empty;
+    expectError<SizeError>([&] { empty.householderVector(beta); },
+                           "void Vector<T>::householderVector(T&)", "This vector is empty.");
+}
