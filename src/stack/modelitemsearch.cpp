@@ -41,7 +41,7 @@ bool liesOnSegment(const Vector<int>& a, const Vector<int>& b, const Vector<int>
 {
     const Difference u = difference(b, a);
     const Difference w = difference(p, a);
-    return cross(u, w) == 0 && dot(u, w) >= 0 && dot(u, w) <= dot(u, u);
+    return cross(u, w) == 0 && dot(u, w) >= 0 && dot(w, w) <= dot(u, u);
 }
 
 bool liesOnOutline(const Vertices<int>& outline, const Vector<int>& p)
