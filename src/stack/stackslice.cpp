@@ -121,9 +121,9 @@ void StackSlice::print(const std::string& indent) const
     if (stack != nullptr && stack->findSlice(*this) >= 0) {
         std::cout << indent << "  Prev = " << prevSlice().getName() << '\n'
                   << indent << "  Succ = " << nextSlice().getName() << '\n'
-                  << indent << "  Rel/Abs position = " << getRelativePosition() << '/'
-                  << getAbsolutePosition() << (relativePosition ? " [Relative]" : " [Absolute]")
-                  << '\n';
+                  << indent << "  Rel/Abs position = "
+                  << (relativePosition ? getRelativePosition() : getAbsolutePosition())
+                  << (relativePosition ? " [Relative]" : " [Absolute]") << '\n';
     }
     const PixelCalibration& calibration = getPixelCalibration();
     std::cout << indent << "  Aspect ratio = " << calibration.getAspectRatio() << '\n'
