@@ -19,10 +19,11 @@ public:
     /// Takes the curve to wrap, which must live until `process` is done.
     void setCurve(const Curve<T>& curve);
 
-    /// The hull: a closed curve on its own server, of positive area, beginning at the vertex with
-    /// the largest coordinate 0. Vertices on the straight line between two others are left out.
-    /// Collinear vertices give the two ends, one vertex alone gives it twice, none an empty hull.
-    /// Raises `UsageError` without a curve. Costs the number of vertices times that of the hull.
+    /// The hull: a closed curve on its own server, of positive area, beginning at the first vertex
+    /// with the largest coordinate 0. A vertex on a straight side stays only where it comes first
+    /// among the outermost ones of a direction that is looked in. Collinear vertices give the two
+    /// ends, one vertex alone gives it twice, none an empty hull. Raises `UsageError` without a
+    /// curve. Costs the number of vertices times that of the hull.
     Curve<T> process();
 
 private:

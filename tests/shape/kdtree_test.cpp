@@ -1,0 +1,95 @@
+#include "shape/kdtree.h"
+#include "support/curves.h"
+#include "support/errors.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+
+template <class T>
+class KDTreeOf : public testing::Test
+{};
+
+using KDTreeTypes = testing::Types<int, float, double, long double>;
+TYPED_TEST_SUITE(KDTreeOf, KDTreeTypes);
+
+TYPED_TEST(KDTreeOf, AgreesWithAFullSearch)
+{
+    using T = TypeParam;
+    std::mt19937 engine(51);
+    for (int size = 1; size < 130; size = size < 20 ? size + 1 : size * 2) {
+        for (const int reach : {2, 1000}) {
+            Curve<T> curve = randomCurve<T>(size, static_cast<T>(reach), true, engine, 3);
+            curve.reverse();
+            KDTree<T> tree;
+            tree.setShape(curve);
+            tree.build();
+            for (int round = 0; round < 10; ++round) {
+                const Curve<T> query = randomCurve<T>(1, static_cast<T>(reach), true, engine, 3);
+                std::vector<T> distances;
+                for (int i = 0; i < size; ++i) {
+                    distances.push_back(curve[i].sdistance(query[0]));
+                }
+                std::sort(distances.begin(), distances.end());
+                EXPECT_EQ(tree.nearestVertex(query[0]).sdistance(query[0]), distances[0]);
+                const int k = 1 + round * (size - 1) / 9;
+                Vertices<T> nearest;
+                tree.nearestVertices(nearest, query[0], k);
+                ASSERT_EQ(nearest.getSize(), k);
+                EXPECT_EQ(nearest.getServer(), curve.getServer());
+                std::vector<int> slots;
+                for (int i = 0; i < k; ++i) {
+                    EXPECT_EQ(nearest[i].sdistance(query[0]),
+                              distances[static_cast<std::size_t>(i)]);
+                    slots.push_back(nearest.getIndex(i));
+                }
+                std::sort(slots.begin(), slots.end());
+                EXPECT_EQ(std::unique(slots.begin(), slots.end()), slots.end());
+            }
+            EXPECT_EQ(tree.nearestVertex(curve[size / 2]), curve[size / 2]);
+        }
+    }
+}
+
+TEST(KDTree, LaysNodesOutAsAHeap)
+{
+    for (const auto& [size, length] : {std::pair(1, 3), std::pair(2, 3), std::pair(3, 7),
+                                       std::pair(6, 7), std::pair(7, 15), std::pair(1000, 1023)}) {
+        Vertices<double> line(2, size, 0, 0);
+        for (int i = 0; i < size; ++i) {
+            line[i][0] = 0;
+            line[i][1] = -i;
+        }
+        KDTree<double> tree;
+        tree.setShape(line);
+        tree.build();
+        EXPECT_EQ(tree.getTree().getSize(), length);
+        EXPECT_EQ(tree.getAxes()[0], size > 1 ? 1 : 0);
+        // The slots count down along the axis: the upper median stands at the root.
+        EXPECT_EQ(tree.getTree()[0], size - 1 - size / 2);
+        const std::vector<int> nodes = tree.getTree().toStlVector();
+        EXPECT_EQ(std::count(nodes.begin(), nodes.end(), -1), length - size);
+    }
+}
+
+TEST(KDTree, RefusesWhatItCanNotAnswer)
+{
+    KDTree<float> tree;
+    Curve<float> curve(2, 0, 0, 0, false);
+    const Vector<float> origin = vectorOf<float>({0, 0});
+    expectError<UsageError>([&] { tree.setShape(curve); }, "void KDTree<T>::setShape(Shape<T>&)",
+                            "The shape is empty");
+    EXPECT_THROW(tree.build(), UsageError);
+    EXPECT_THROW(tree.nearestVertex(origin), UsageError);
+    curve.append(origin);
+    tree.setShape(curve);
+    tree.build();
+    Vertices<float> out;
+    EXPECT_THROW(tree.nearestVertices(out, origin, 0), RangeError);
+    EXPECT_THROW(tree.nearestVertices(out, origin, 2), RangeError);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_THROW(tree.nearestVertices(out, vectorOf<float>({nan, 0}), 1), ValueError);
+    EXPECT_THROW(tree.nearestVertex(vectorOf<float>({0})), SizeError);
+}

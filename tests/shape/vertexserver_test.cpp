@@ -1,0 +1,112 @@
+#include "shape/vertexclient.h"
+#include "shape/vertexserver.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+TEST(VertexServer, GrowsByWholeStepsAndKeepsVerticesWhereTheyAre)
+{
+    VertexServer<float> server(2, 5, 0, 0);
+    EXPECT_EQ(server.getCapacity(), 5);
+    EXPECT_EQ(server.getGrowth(), 5);
+    const Vector<float>* first = server[0];
+    *server[4] = vectorOf<float>({7, 8});
+    server.setSize(6);
+    EXPECT_EQ(server.getCapacity(), 10);
+    EXPECT_EQ(server[0], first);
+
+    server.setSize(3);
+    EXPECT_EQ(server.getCapacity(), 10);
+    server.setSize(5);
+    EXPECT_EQ(*server[4], vectorOf<float>({7, 8}));
+
+    server.setCapacity(2);
+    EXPECT_EQ(server.getSize(), 2);
+    EXPECT_EQ(server.getCapacity(), 2);
+    EXPECT_THROW(server.setCapacity(-1), std::length_error);
+    EXPECT_THROW(server.setSize(-1), std::length_error);
+    EXPECT_EQ(server.getSize(), 2);
+
+    VertexServer<float> empty(2, 0, 0, 0);
+    EXPECT_EQ(empty.getCapacity(), 0);
+    for (int size = 1; size < 5; ++size) {
+        empty.setSize(size);
+        EXPECT_EQ(empty.getCapacity(), size);
+    }
+}
+
+TEST(VertexServer, CopiesAndAppendsByValue)
+{
+    VertexServer<int> server(1, 2, 4, 3);
+    for (int i = 0; i < 4; ++i) {
+        server[i]->fill(i);
+    }
+    server.ref();
+    VertexServer<int> copy(server);
+    EXPECT_EQ(copy.getRefs(), 0);
+    EXPECT_EQ(copy.getGrowth(), 3);
+    EXPECT_EQ(copy.getCapacity(), 4);
+    copy.setSize(4);
+    EXPECT_EQ((*copy[3])[0], 3);
+    copy[0]->fill(9);
+    EXPECT_EQ((*server[0])[0], 0);
+
+    server.append(copy);
+    EXPECT_EQ(server.getSize(), 6);
+    EXPECT_EQ((*server[2])[0], 9);
+    EXPECT_EQ((*server[5])[0], 3);
+
+    const char* where = "void VertexServer<T>::append(const VertexServer&)";
+    expectError<ValueError>([&] { server.append(server); }, where,
+                            "Cannot append server to itself");
+    expectError<ValueError>([&] { server.append(VertexServer<int>(2, 1, 0, 0)); }, where,
+                            "Incompatible server space dimension");
+    EXPECT_EQ(server.getSize(), 6);
+}
+
+TEST(VertexClient, SharesUntilItDetaches)
+{
+    VertexClient<double> first(1, 1, 0, 0);
+    first.getServer()->vertex(0)->fill(1);
+    VertexServer<double>* own = first.getServer();
+    first.detach();
+    EXPECT_EQ(first.getServer(), own);
+    {
+        VertexClient<double> second(first);
+        EXPECT_EQ(own->getRefs(), 2);
+        second.getServer()->vertex(0)->fill(2);
+        EXPECT_EQ((*own->vertex(0))[0], 2);
+        second.detach();
+        EXPECT_EQ(own->getRefs(), 1);
+        EXPECT_EQ(second.getServer()->getRefs(), 1);
+        second.getServer()->vertex(0)->fill(3);
+        EXPECT_EQ((*own->vertex(0))[0], 2);
+
+        VertexClient<double> third;
+        third = second;
+        third = first;
+        third = VertexClient<double>();
+        EXPECT_EQ(own->getRefs(), 2);
+    }
+    EXPECT_EQ(own->getRefs(), 1);
+}
+
+TEST(VertexClient, PrintsItsServer)
+{
+    VertexClient<int> client(2, 1, 0, 4);
+    *client.getServer()->vertex(0) = vectorOf<int>({3, -4});
+    std::ostringstream text;
+    client.print("Title", text);
+    std::ostringstream address;
+    address << static_cast<const void*>(client.getServer());
+    EXPECT_EQ(text.str(), "Title\n Server:\n  address  = " + address.str() +
+                              "\n  refs     = 1\n  space    = 2\n  capacity = 1\n"
+                              "  size     = 1\n  growth   = 4\n3 -4\n");
+    text.str("");
+    VertexClient<int>().print("Empty", text);
+    EXPECT_EQ(text.str(), "Empty\n Server: (nil)\n");
+}
