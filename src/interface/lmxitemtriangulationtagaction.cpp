@@ -1,0 +1,28 @@
+#include "interface/lmxitemtriangulationtagaction.h"
+
+#include "interface/lmxeventserver.h"
+#include "interface/lmxstack.h"
+#include "stack/modelitem.h"
+#include "stack/stackslice.h"
+
+LMXItemTriangulationTagAction::LMXItemTriangulationTagAction(ModelItem& item)
+    : LMXItemAction(item)
+    , oldTag_(item.getTriangulationTag())
+    , newTag_(item.getTriangulationTag())
+{}
+
+void LMXItemTriangulationTagAction::apply()
+{
+    getModelItem().setTriangulationTag(newTag_);
+    LMXEventServer::notifyAction(*this);
+    const StackSlice* slice = getModelItem().getSlice();
+    if (auto* stack = slice ? dynamic_cast<LMXStack*>(slice->getStack()) : nullptr) {
+        stack->setModified(true);
+    }
+}
+
+void LMXItemTriangulationTagAction::revert()
+{
+    getModelItem().setTriangulationTag(oldTag_);
+    LMXEventServer::notifyAction(*this);
+}

@@ -1,0 +1,6 @@
+#include "interface/lmxrawimagecache.h"
+
+LMXRawImageCache::LMXRawImageCache()
+{
+    setMaxCost(1);
+}

@@ -1,0 +1,213 @@
+#include "interface/lmxstack.h"
+
+#include "interface/lmximageserver.h"
+#include "interface/lmxrawimagecache.h"
+#include "interface/lmxslicepixmapcache.h"
+#include "stack/modelitem.h"
+#include "stack/pose.h"
+#include "stack/stackslice.h"
+#include "stack/stackwriter.h"
+
+#include <QSize>
+
+LMXStack::LMXStack()
+    : history_(new LMXActionHistory)
+    , panoramaImageServer_(new LMXImageServer)
+    , rawImageCache_(new LMXRawImageCache)
+    , slicePixmapCache_(new LMXSlicePixmapCache)
+{
+    reconstruction_.setStack(*this);
+    panoramaImageServer_->setAutoDelete(false);
+    panoramaImageServer_->setBaseSize(QSize(256, 256));
+}
+
+LMXStack::~LMXStack()
+{
+    destroyHistory();
+}
+
+void LMXStack::setFilename(const std::string& name)
+{
+    if (name == filename_) {
+        return;
+    }
+    filename_ = name;
+    LMXStackFileNameEvent event(*this);
+    notifyEvent(event);
+}
+
+void LMXStack::setModified(bool value)
+{
+    modified_ = value;
+    LMXStackModifyEvent event(*this);
+    notifyEvent(event);
+}
+
+bool LMXStack::write(const std::string& path)
+{
+    StackWriter writer;
+    const bool written = writer.write(*this, path);
+    if (written) {
+        setModified(false);
+        setFilename(path);
+    }
+    return written;
+}
+
+LMXActionHistory& LMXStack::sliceHistory(StackSlice& slice)
+{
+    std::unique_ptr<LMXActionHistory>& history = sliceHistories_[&slice];
+    if (!history) {
+        history = std::make_unique<LMXActionHistory>();
+    }
+    return *history;
+}
+
+void LMXStack::destroyHistory()
+{
+    history_->clear();
+    sliceHistories_.clear();
+}
+
+void LMXStack::updateReconstruction()
+{
+    reconstruction_.computeMaps();
+}
+
+bool LMXStack::owns(const LMXStackEvent& event) const
+{
+    return &event.getStack() == this;
+}
+
+bool LMXStack::owns(const LMXSliceEvent& event) const
+{
+    return event.getSlice().getStack() == this;
+}
+
+bool LMXStack::owns(const LMXModelItemEvent& event) const
+{
+    const StackSlice* slice = event.getItem().getSlice();
+    return slice && slice->getStack() == this;
+}
+
+bool LMXStack::owns(const LMXPoseEvent& event) const
+{
+    return event.getPose().getStack() == this;
+}
+
+void LMXStack::stackNameEvent(LMXStackNameEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::stackSliceSpacingEvent(LMXStackSliceSpacingEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::stackImageCalibrationEvent(LMXStackImageCalibrationEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::sliceAnnotationEvent(LMXSliceAnnotationEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::sliceNameEvent(LMXSliceNameEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::sliceSpacingEvent(LMXSliceSpacingEvent& event)
+{
+    if (owns(event)) {
+        updateReconstruction();
+        LMXStackSliceSpacingEvent spacing(*this);
+        notifyEvent(spacing);
+    }
+}
+
+void LMXStack::sliceImageCalibrationEvent(LMXSliceImageCalibrationEvent& event)
+{
+    if (owns(event)) {
+        updateReconstruction();
+        LMXStackImageCalibrationEvent calibration(*this);
+        notifyEvent(calibration);
+    }
+}
+
+void LMXStack::modelCreateEvent(LMXModelCreateEvent& event)
+{
+    if (findModel(event.getModel()) >= 0) {
+        setModified(true);
+    }
+}
+
+void LMXStack::modelDeleteEvent(LMXModelDeleteEvent& event)
+{
+    if (findModel(event.getModel()) >= 0) {
+        setModified(true);
+    }
+}
+
+void LMXStack::modelItemCreateEvent(LMXModelItemCreateEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+        setLastSegmentedSlice(event.getItem().getSlice()->getName());
+    }
+}
+
+void LMXStack::modelItemDeleteEvent(LMXModelItemDeleteEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::modelItemVertexEvent(LMXModelItemVertexEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::modelItemAttributeEvent(LMXModelItemAttributeEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::modelItemConvertEvent(LMXModelItemConvertEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::poseCreateEvent(LMXPoseCreateEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
+
+void LMXStack::poseDeleteEvent(LMXPoseDeleteEvent& event)
+{
+    if (owns(event)) {
+        setModified(true);
+    }
+}
