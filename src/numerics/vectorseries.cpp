@@ -178,10 +178,10 @@ Vector<T> Vector<T>::corr(const Vector& kernel) const
         const int first = std::max(0, -offset);
         const int end = std::min(size_, size_ - offset);
         const T weight = kernel.data_[m];
-        const T* samples = data_ + offset;
+        const T* samples = data_;
         T* sums = result.data_;
         for (int i = first; i < end; ++i) {
-            sums[i] = added(sums[i], multiplied(samples[i], weight));
+            sums[i] = added(sums[i], multiplied(samples[i + offset], weight));
         }
     }
     return result;

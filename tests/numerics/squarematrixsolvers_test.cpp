@@ -252,8 +252,9 @@ TYPED_TEST(RealSquareMatrix, EigenvectorsDiagonaliseAndStayRightHanded)
         EXPECT_LE(std::sqrt((vectors.transpose() * vectors - identity).snorm()), bound);
         EXPECT_LE(std::sqrt((m * vectors - vectors * diagonal).snorm()),
                   bound * std::sqrt(m.snorm()));
-        EXPECT_NEAR(static_cast<double>(expandedDeterminant<T>(n <= 6 ? vectors : identity)), 1,
-                    bound);
+        if (n <= 6) {
+            EXPECT_NEAR(static_cast<double>(expandedDeterminant<T>(vectors)), 1, bound);
+        }
         EXPECT_EQ(m.eigenValues(true), values);
         Vector<T> sorted = m.eigenValues(false);
         sorted.sort();
