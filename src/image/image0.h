@@ -48,8 +48,8 @@ public:
     /// Allocates block and row pointers for the header's geometry; earlier blocks are freed.
     void allocatePixels();
 
-    /// Takes the header if it differs from the present one. A header of another geometry makes room
-    /// for that geometry, as `init` does.
+    /// Takes the header. One of another geometry makes room for that geometry, as `init` does; one of
+    /// depth 0 destroys the pixels.
     void setHeader(const ImageHeader& header);
 
     const ImageHeader& getHeader() const { return header_; }

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "numerics/vector.h"
+#include "image/mosaicgrid.h"
 
-#include <memory>
 #include <string>
-#include <vector>
 
 class Colormap;
 class Image0;
-class ImageMosaicItem;
 template <class T>
 class BoundingBox;
 
@@ -23,9 +20,9 @@ public:
     ImageMosaic& operator=(const ImageMosaic& other);
     ~ImageMosaic();
 
-    int getRows() const { return rowHeights_.getSize(); }
+    int getRows() const { return grid_.rowHeights().getSize(); }
 
-    int getCols() const { return colWidths_.getSize(); }
+    int getCols() const { return grid_.colWidths().getSize(); }
 
     /// Fills a cell, with the rules and errors of `ImageSourceFileMosaic::setFilename`.
     void setItemFilename(int row, int col, const std::string& name, const std::string& path);
@@ -52,9 +49,9 @@ public:
     /// (0, 0) to (width - 1, height - 1).
     BoundingBox<int> boundingBox() const;
 
-    const Vector<int>& rowHeights() const { return rowHeights_; }
+    const Vector<int>& rowHeights() const { return grid_.rowHeights(); }
 
-    const Vector<int>& colWidths() const { return colWidths_; }
+    const Vector<int>& colWidths() const { return grid_.colWidths(); }
 
     /// Empties all cells and zeroes the sizes; the grid keeps its shape.
     void clear();
@@ -63,10 +60,5 @@ public:
     void load(Image0& image) const;
 
 private:
-    const ImageMosaicItem* firstItem() const;
-    std::size_t cellIndex(int row, int col) const;
-
-    std::vector<std::unique_ptr<ImageMosaicItem>> items_;
-    Vector<int> rowHeights_;
-    Vector<int> colWidths_;
+    MosaicGrid<ImageMosaicItem> grid_;
 };

@@ -2,6 +2,7 @@
 
 #include "image/abstractimageio.h"
 #include "image/imageformat.h"
+#include "image/valuetype.h"
 
 #include <string>
 #include <vector>
@@ -75,6 +76,8 @@ public:
     void setHDF5Key(const std::string& key);
 
 protected:
+    /// The steps below work on an open handle, at its present directory. They raise the errors of
+    /// the class.
     void readTiffHeader(ImageHeader& header, TIFF* tif);
     void readTiffHeader(Image2& image, TIFF* tif);
     void readTiffCalibration(ImageHeader& header, TIFF* tif);
@@ -108,10 +111,17 @@ protected:
     void readHDF5Image(Image2& image, const std::string& path, bool load);
 
 private:
-    void readPage(Image0& image, TIFF* tif, int plane, int sample, bool started);
-    void readRows(Image0& image, TIFF* tif, int sample);
-    bool readPlaneRows(Image2& image, unsigned char* plane, TIFF* tif, int sample, int planeIndex);
-    std::string hdf5Key(H5::H5File* file) const;
+    void readRows(Image0& image, TIFF* tif, int sample, const char* where);
+    void setReadGeometry(Image2& image,
+                         TIFF* tif,
+                         ValueType type,
+                         int planes,
+                         int samples,
+                         int channels,
+                         int timepoints);
+    bool readPlane(Image2& image, int channel, int timepoint, int plane, TIFF* tif, int sample);
+    void readPosition(SpatialCalibration& calibration, TIFF* tif);
+    void readMosaicCell(Image0& image, const std::string& path, int x, int y);
 
     static std::vector<std::string> _keys;
 };

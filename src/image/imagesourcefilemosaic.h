@@ -1,12 +1,9 @@
 #pragma once
 
 #include "image/imagesource.h"
+#include "image/mosaicgrid.h"
 
-#include <memory>
 #include <string>
-#include <vector>
-
-class ImageSourceFile;
 
 /// A grid of image files that form one image. Empty cells are black; a row or column without any
 /// file has size 0. Copies are deep.
@@ -35,9 +32,9 @@ public:
     int getDepth() const override;
     const Colormap* getColormap() const override;
 
-    int getRows() const { return rowHeights_.getSize(); }
+    int getRows() const { return grid_.rowHeights().getSize(); }
 
-    int getCols() const { return colWidths_.getSize(); }
+    int getCols() const { return grid_.colWidths().getSize(); }
 
     /// Fills a cell and reads the header of its file. The first file of a row or column sets its
     /// height or width. Raises `RangeError` outside the grid, `ValueError` when the cell is filled,
@@ -48,18 +45,13 @@ public:
     /// Empty for an empty cell. Raises `RangeError` outside the grid.
     std::string getFilename(int row, int col) const;
 
-    const Vector<int>& rowHeights() const { return rowHeights_; }
+    const Vector<int>& rowHeights() const { return grid_.rowHeights(); }
 
-    const Vector<int>& colWidths() const { return colWidths_; }
+    const Vector<int>& colWidths() const { return grid_.colWidths(); }
 
     /// Empties all cells and zeroes the sizes; the grid keeps its shape.
     void clear();
 
 private:
-    const ImageSourceFile* firstItem() const;
-    std::size_t cellIndex(int row, int col) const;
-
-    std::vector<std::unique_ptr<ImageSourceFile>> items_;
-    Vector<int> rowHeights_;
-    Vector<int> colWidths_;
+    MosaicGrid<ImageSourceFile> grid_;
 };

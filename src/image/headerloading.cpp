@@ -1,0 +1,29 @@
+#include "image/headerloading.h"
+
+#include "image/imageheader.h"
+#include "image/imagereader.h"
+#include "system/exception.h"
+
+std::unique_ptr<ImageHeader> copyOf(const std::unique_ptr<ImageHeader>& header)
+{
+    return header ? std::make_unique<ImageHeader>(*header) : nullptr;
+}
+
+void loadHeader(std::unique_ptr<ImageHeader>& header, const std::string& path, const char* where)
+{
+    header = std::make_unique<ImageHeader>();
+    try {
+        ImageReader().read(*header, path);
+    } catch (Exception& exception) {
+        exception.addWhere(where);
+        throw;
+    }
+}
+
+const ImageHeader& requireHeader(const std::unique_ptr<ImageHeader>& header, const char* where)
+{
+    if (!header) {
+        raise<UsageError>(where, "The image source has no file");
+    }
+    return *header;
+}

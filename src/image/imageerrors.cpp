@@ -1,0 +1,9 @@
+#include "image/imageerrors.h"
+
+ColormapError::ColormapError()
+    : Exception("Colormap error")
+{}
+
+DepthError::DepthError()
+    : Exception("Image depth error")
+{}

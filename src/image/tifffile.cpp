@@ -1,0 +1,187 @@
+#include "image/tifffile.h"
+
+#include "system/exception.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <filesystem>
+#include <limits>
+
+TiffMessages* TiffMessages::innermost_ = nullptr;
+
+TiffMessages::TiffMessages()
+    : outer_(innermost_)
+    , outerErrorHandler_(TIFFSetErrorHandler(takeError))
+    , outerWarningHandler_(TIFFSetWarningHandler(nullptr))
+{
+    innermost_ = this;
+}
+
+TiffMessages::~TiffMessages()
+{
+    TIFFSetWarningHandler(outerWarningHandler_);
+    TIFFSetErrorHandler(outerErrorHandler_);
+    innermost_ = outer_;
+}
+
+std::string TiffMessages::firstError()
+{
+    return innermost_ == nullptr ? "" : innermost_->firstError_;
+}
+
+std::string TiffMessages::withReason(const std::string& what)
+{
+    const std::string reason = firstError();
+    return reason.empty() ? what : what + ": " + reason;
+}
+
+void TiffMessages::takeError(const char*, const char* format, va_list arguments)
+{
+    if (innermost_ == nullptr || !innermost_->firstError_.empty()) {
+        return;
+    }
+    char text[512];
+    std::vsnprintf(text, sizeof(text), format, arguments);
+    std::string& error = innermost_->firstError_;
+    error = text;
+    while (!error.empty() && (error.back() == '.' || error.back() == '\n')) {
+        error.pop_back();
+    }
+}
+
+TiffFile::TiffFile(const std::string& path, const char* mode)
+{
+    TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
+    std::error_code unknownSize;
+    const std::uintmax_t length = std::filesystem::file_size(path, unknownSize);
+    if (mode[0] == 'r' && !unknownSize) {
+        constexpr std::uintmax_t base = std::uintmax_t(1) << 26;
+        constexpr std::uintmax_t limit = std::uintmax_t(1) << 48;
+        const std::uintmax_t memory = length < limit ? base + 8 * length : 8 * limit;
+        TIFFOpenOptionsSetMaxSingleMemAlloc(options, static_cast<tmsize_t>(memory));
+    }
+    tif_ = TIFFOpenExt(path.c_str(), mode, options);
+    TIFFOpenOptionsFree(options);
+}
+
+TiffFile::~TiffFile()
+{
+    close();
+}
+
+TIFF* TiffFile::require(const TiffFile& file, const char* where, const std::string& path)
+{
+    if (file.get() == nullptr) {
+        raiseFile<FileReadError>(where, TiffMessages::withReason("Cannot open TIFF"), path);
+    }
+    return file.get();
+}
+
+void TiffFile::close()
+{
+    if (tif_ != nullptr) {
+        TIFFClose(tif_);
+        tif_ = nullptr;
+    }
+}
+
+namespace {
+
+[[noreturn]] void refuse(TIFF* tif, const char* where, const std::string& feature)
+{
+    raiseFile<FileFormatError>(where, "Cannot read TIFF with " + feature, TIFFFileName(tif));
+}
+
+/// How many bytes of pixels a byte of the file can stand for at most.
+std::uint64_t expansion(int compression)
+{
+    switch (compression) {
+    case COMPRESSION_NONE:
+        return 1;
+    case COMPRESSION_PACKBITS:
+        return 64;
+    case COMPRESSION_LZW:
+        return 1400;
+    case COMPRESSION_DEFLATE:
+    case COMPRESSION_ADOBE_DEFLATE:
+        return 1040;
+    default:
+        return 40000;
+    }
+}
+
+} // namespace
+
+int tiffcheck::dimension(TIFF* tif, std::uint32_t tag, const char* where)
+{
+    std::uint32_t size = 0;
+    TIFFGetField(tif, tag, &size);
+    if (size == 0 || size > static_cast<std::uint32_t>(std::numeric_limits<int>::max())) {
+        refuse(tif, where, "a bad image size");
+    }
+    return static_cast<int>(size);
+}
+
+void tiffcheck::readableLayout(TIFF* tif, const char* where)
+{
+    if (TIFFIsTiled(tif)) {
+        refuse(tif, where, "tiles");
+    }
+    std::uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
+    if (compression == COMPRESSION_JPEG || compression == COMPRESSION_OJPEG) {
+        refuse(tif, where, "JPEG compression");
+    }
+    std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+    TIFFGetField(tif, TIFFTAG_PHOTOMETRIC, &photometric);
+    if (photometric == PHOTOMETRIC_SEPARATED) {
+        refuse(tif, where, "CMYK colours");
+    }
+    if (photometric == PHOTOMETRIC_YCBCR) {
+        refuse(tif, where, "YCbCr colours");
+    }
+    if (photometric > PHOTOMETRIC_PALETTE) {
+        refuse(tif, where, "photometric interpretation " + std::to_string(photometric));
+    }
+}
+
+void tiffcheck::rowLength(TIFF* tif, std::uint64_t bytesPerLine, const char* where)
+{
+    if (TIFFScanlineSize64(tif) != bytesPerLine) {
+        refuse(tif, where,
+               "rows of " + std::to_string(TIFFScanlineSize64(tif)) + " bytes instead of " +
+                   std::to_string(bytesPerLine));
+    }
+}
+
+void tiffcheck::dataFits(TIFF* tif, std::uint64_t bytes, const char* where)
+{
+    std::uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
+    const std::uint64_t length = TIFFGetSizeProc(tif)(TIFFClientdata(tif));
+    if (bytes / expansion(compression) > length) {
+        raiseFile<FileFormatError>(where, "The file is too short for the image that it describes",
+                                   TIFFFileName(tif));
+    }
+}
+
+void setTiffDirectory(TIFF* tif, int directory, const char* where)
+{
+    if (directory < 0 || !TIFFSetDirectory(tif, static_cast<tdir_t>(directory))) {
+        raiseFile<FileReadError>(
+            where,
+            TiffMessages::withReason("Cannot read page " + std::to_string(directory) + " of TIFF"),
+            TIFFFileName(tif));
+    }
+}
+
+void readTiffRow(TIFF* tif, unsigned char* row, int rowIndex, int sample, const char* where)
+{
+    if (TIFFReadScanline(tif, row, static_cast<std::uint32_t>(rowIndex),
+                         static_cast<std::uint16_t>(sample)) < 0) {
+        raiseFile<FileReadError>(
+            where,
+            TiffMessages::withReason("Cannot read row " + std::to_string(rowIndex) + " of TIFF"),
+            TIFFFileName(tif));
+    }
+}

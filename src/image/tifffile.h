@@ -1,0 +1,81 @@
+#pragma once
+
+#include <tiffio.h>
+
+#include <cstdint>
+#include <string>
+
+/// Catches what libtiff has to say for as long as it lives: warnings are dropped, the first error
+/// is kept, nothing is printed. libtiff's process-wide handlers come back at the end; guards may be
+/// nested, and the innermost listens.
+class TiffMessages
+{
+public:
+    TiffMessages();
+    ~TiffMessages();
+    TiffMessages(const TiffMessages&) = delete;
+    TiffMessages& operator=(const TiffMessages&) = delete;
+
+    /// The first error that the innermost guard caught; empty without one.
+    static std::string firstError();
+
+    /// `what`, followed by ": " and the first error if there is one.
+    static std::string withReason(const std::string& what);
+
+private:
+    static void takeError(const char* module, const char* format, va_list arguments);
+
+    static TiffMessages* innermost_;
+    TiffMessages* outer_;
+    TIFFErrorHandler outerErrorHandler_;
+    TIFFErrorHandler outerWarningHandler_;
+    std::string firstError_;
+};
+
+/// An open TIFF file, closed at the end of its life; libtiff is silent meanwhile. Files that are
+/// read may make libtiff take memory in proportion to their length only.
+class TiffFile
+{
+public:
+    /// `mode` is that of `TIFFOpen`. The handle is null when the file can't be opened.
+    TiffFile(const std::string& path, const char* mode);
+    ~TiffFile();
+    TiffFile(const TiffFile&) = delete;
+    TiffFile& operator=(const TiffFile&) = delete;
+
+    /// Opens for reading or raises `FileReadError` with the reason.
+    static TIFF* require(const TiffFile& file, const char* where, const std::string& path);
+
+    TIFF* get() const { return tif_; }
+
+    /// Closes the file before the end; what libtiff then fails to write is among its errors.
+    void close();
+
+private:
+    TiffMessages messages_;
+    TIFF* tif_ = nullptr;
+};
+
+/// What every reader of pixels holds against a directory before it trusts it. All raise
+/// `FileFormatError`, as the operation `where`, about the file of the handle.
+namespace tiffcheck {
+
+/// A size tag as a positive `int`.
+int dimension(TIFF* tif, std::uint32_t tag, const char* where);
+
+/// Refuses tiles, JPEG compression, and colours other than grey, RGB and palette, by name.
+void readableLayout(TIFF* tif, const char* where);
+
+/// Refuses rows of another length than the target's.
+void rowLength(TIFF* tif, std::uint64_t bytesPerLine, const char* where);
+
+/// Refuses `bytes` of pixels that a file of this length and compression can't hold.
+void dataFits(TIFF* tif, std::uint64_t bytes, const char* where);
+
+} // namespace tiffcheck
+
+/// Makes a directory of the file the present one. Raises `FileReadError`.
+void setTiffDirectory(TIFF* tif, int directory, const char* where);
+
+/// Reads one row. Raises `FileReadError` with the reason.
+void readTiffRow(TIFF* tif, unsigned char* row, int rowIndex, int sample, const char* where);
