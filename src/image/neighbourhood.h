@@ -5,7 +5,7 @@
 class Image2;
 
 /// A set of offsets around an element, one row of two or three coordinates each: (row, column) or
-/// (row, column, plane), in scan order: the first coordinate slowest.
+/// (row, column, plane), in scan order: planes slowest, then rows.
 class Neighbourhood : public Matrix<int>
 {
 public:
@@ -49,10 +49,16 @@ public:
     /// `front` for -1, `back` for +1; `ValueError` for another side.
     Neighbourhood half(int side, bool centre) const;
 
+    /// The offsets whose absolute coordinates are at most those in `most`, which has one for each.
+    Neighbourhood within(const int* most) const;
+
     /// The largest absolute coordinate; 0 without offsets.
     int maxShift() const;
 
 private:
+    template <class Keeps>
+    Neighbourhood filtered(Keeps keeps) const;
+
     bool built_ = false;
     bool box_ = true;
     int size_ = 1;

@@ -34,3 +34,16 @@ void NeighbourhoodFilter::setBallMode(bool on)
     }
     ballMode_ = on;
 }
+
+Neighbourhood NeighbourhoodFilter::initCircularNeighborhood(int r, int rows, int columns)
+{
+    const int most[] = {rows - 1, columns - 1};
+    return Neighbourhood::circularNeighbourhood(r, true).within(most);
+}
+
+Neighbourhood
+NeighbourhoodFilter::initSphericalNeighborhood(int r, int rows, int columns, int planes)
+{
+    const int most[] = {rows - 1, columns - 1, planes - 1};
+    return Neighbourhood::sphericalNeighbourhood(r, true).within(most);
+}

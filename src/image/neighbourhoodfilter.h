@@ -1,5 +1,7 @@
 #pragma once
 
+#include "image/neighbourhood.h"
+
 /// The size and shape of the window of a neighbourhood filter: a square or cube of `2 * radius + 1`
 /// a side or, in ball mode, the elements within `radius`.
 class NeighbourhoodFilter
@@ -20,6 +22,11 @@ public:
     void setBallMode(bool on);
 
     bool getBallMode() const { return ballMode_; }
+
+    /// The offsets within the distance `r`, the centre included, as far as an image of this size has
+    /// elements that lie so far apart.
+    static Neighbourhood initCircularNeighborhood(int r, int rows, int columns);
+    static Neighbourhood initSphericalNeighborhood(int r, int rows, int columns, int planes);
 
 protected:
     void setAcceptBallMode(bool accept) { acceptBallMode_ = accept; }

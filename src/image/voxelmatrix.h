@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+struct tiff;
 class Image2;
 
 /// A three-dimensional image: a sequence of planes of one size. An element is addressed as
@@ -158,17 +159,20 @@ private:
     struct Header;
 
     bool hasPlanes() const;
+    void requirePlanes(const char* where) const;
     void requireSizeOf(const VoxelMatrix& other, const char* where, const char* what) const;
     void requireElements(const char* where, const char* what) const;
     template <class Combine>
     PixelMatrix<T> projection(Combine combine) const;
 
-    void loadTiff(const std::string& path, bool withElements);
-    void takeHeader(std::ifstream& stream, const std::string& path, const char* where);
+    void read(const std::string& path, bool withElements, const char* where);
+    void readTiff(const std::string& path, bool withElements);
     Header readHeader(std::ifstream& stream, const std::string& path, const char* where) const;
-    void readRows(std::ifstream& stream, const std::string& path);
+    void readRows(std::ifstream& stream, const std::string& path, const char* where);
+    void takeSizes(int size1, int size2, int size3, bool withElements);
     void saveUnderFormat1(std::ofstream& stream) const;
     std::string tiffDescription() const;
+    void writeTiffPage(tiff* tif, int k, const std::string& description, bool compress) const;
 
     int size1_ = 0;
     int size2_ = 0;
