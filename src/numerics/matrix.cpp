@@ -353,19 +353,11 @@ Vector<T> Matrix<T>::cat() const
 template <class T>
 Matrix<T> Matrix<T>::transpose() const
 {
-    // Square tiles stay in the cache both as rows and as columns: three times faster on images.
-    constexpr int tile = 32;
     Matrix result(p_, n_);
-    for (int top = 0; top < n_; top += tile) {
-        const int bottom = std::min(top + tile, n_);
-        for (int left = 0; left < p_; left += tile) {
-            const int right = std::min(left + tile, p_);
-            for (int i = top; i < bottom; ++i) {
-                const T* row = rows_[i].data();
-                for (int j = left; j < right; ++j) {
-                    result.rows_[j][i] = row[j];
-                }
-            }
+    for (int j = 0; j < p_; ++j) {
+        T* row = result.rows_[j].data();
+        for (int i = 0; i < n_; ++i) {
+            row[i] = rows_[i][j];
         }
     }
     return result;

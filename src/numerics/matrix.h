@@ -154,8 +154,8 @@ public:
     Vector<T> std() const;
     Vector<T> prod() const;
 
-    /// Mean of all elements, summed in at least double precision; 0 for an empty matrix. `TypeError`
-    /// for integers but `char` and `unsigned char`, as the next two.
+    /// Mean of all elements, summed in at least double precision; 0 for an empty matrix.
+    /// `TypeError` for integers but `char` and `unsigned char`, as the next two.
     T mean2() const;
 
     /// Variance over all elements, divided by their number.

@@ -6,7 +6,8 @@
 /// A matrix with as many rows as columns: diagonals, LU factors, tridiagonal systems, determinant,
 /// inverse and the eigenvalues of symmetric matrices.
 ///
-/// The factorisations and `setHilbert` raise `TypeError` for integers. Vectors of a wrong length raise `SizeError`.
+/// The factorisations and `setHilbert` raise `TypeError` for integers. Vectors of a wrong length
+/// raise `SizeError`.
 template <class T>
 class SquareMatrix : public Matrix<T>
 {
@@ -18,8 +19,8 @@ public:
     /// `SizeError` unless `matrix` is square.
     SquareMatrix(const Matrix<T>& matrix);
 
-    /// The rotation matrix of a unit quaternion: 3 x 3, or 4 x 4 with the last row and column of the
-    /// identity if `homogeneous`.
+    /// The rotation matrix of a unit quaternion: 3 x 3, or 4 x 4 with the last row and column of
+    /// the identity if `homogeneous`.
     SquareMatrix(const Quaternion<T>& q, bool homogeneous);
     SquareMatrix(const SquareMatrix& other);
     SquareMatrix(SquareMatrix&& other) noexcept;
@@ -94,8 +95,8 @@ public:
     /// Solves in place with the factors of `luDecomp`, which this matrix holds.
     void luSolve(Vector<T>& b, const Vector<int>& perm) const;
 
-    /// Thomas algorithm for the diagonal `d` (n), subdiagonal `l` and superdiagonal `u` (n - 1); the
-    /// right-hand side `x` becomes the solution. No pivoting: `MathError` on a pivot within
+    /// Thomas algorithm for the diagonal `d` (n), subdiagonal `l` and superdiagonal `u` (n - 1);
+    /// the right-hand side `x` becomes the solution. No pivoting: `MathError` on a pivot within
     /// epsilon of 0.
     static void
     tridiagSolve(Vector<T>& x, const Vector<T>& d, const Vector<T>& l, const Vector<T>& u);
@@ -107,7 +108,8 @@ public:
                                const Vector<T>& u);
 
     /// Tridiagonal with the corners `alpha` (bottom left) and `beta` (top right), by the
-    /// Sherman-Morrison formula. `MathError` if a pivot, or the denominator, is within epsilon of 0.
+    /// Sherman-Morrison formula. `MathError` if a pivot, or the denominator, is within epsilon of
+    /// 0; `SizeError` below two equations.
     static void cyclicTridiagSolve(
         Vector<T>& x, const Vector<T>& d, const Vector<T>& l, const Vector<T>& u, T alpha, T beta);
 

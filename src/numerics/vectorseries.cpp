@@ -172,7 +172,7 @@ Vector<T> Vector<T>::corr(const Vector& kernel) const
     Vector result;
     result.setZeros(size_);
     const int half = kernel.size_ / 2;
-    // Kernel outside, vector inside: the sums keep their order, and the inner loop runs in parallel.
+    // Kernel outside, vector inside: the sums keep their order, and the inner loop vectorises.
     for (int m = 0; m < kernel.size_; ++m) {
         const int offset = m - half;
         const int first = std::max(0, -offset);

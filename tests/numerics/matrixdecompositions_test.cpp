@@ -235,6 +235,9 @@ TYPED_TEST(RealMatrix, PseudoInverseMeetsPenrosesConditions)
             EXPECT_LE(normOf((a * x).transpose() - a * x), bound);
             EXPECT_LE(normOf((x * a).transpose() - x * a), bound);
 
+            // A projection has its rank for trace: no noise was taken for a singular value.
+            EXPECT_NEAR(static_cast<double>(SquareMatrix<T>(a * x).trace()), rank, 0.01);
+
             const Vector<T> b = randomVector<T>(p + 2, engine);
             EXPECT_LT((a.solve(b) - x * b).norm(), bound * normOf(x));
         }

@@ -47,6 +47,32 @@ T expandedDeterminant(const Matrix<T>& m)
     return sum;
 }
 
+/// The exchanges of Gaussian elimination that takes, at each step, the row whose first remaining
+/// element is the largest in proportion to the largest element the row had at first, the last one
+/// on ties.
+template <class T>
+Vector<int> scaledExchanges(const Matrix<T>& m)
+{
+    const int n = m.getSize1();
+    std::vector<std::pair<T, Vector<T>>> rows;
+    for (int i = 0; i < n; ++i) {
+        rows.emplace_back(1 / std::max(m[i].max(), -m[i].min()), m[i]);
+    }
+    Vector<int> exchanges(n);
+    for (int j = 0; j < n; ++j) {
+        const auto weight = [&](int i) { return std::abs(rows[i].second[j]) * rows[i].first; };
+        exchanges[j] = j;
+        for (int i = j + 1; i < n; ++i) {
+            exchanges[j] = weight(i) >= weight(exchanges[j]) ? i : exchanges[j];
+        }
+        std::swap(rows[j], rows[exchanges[j]]);
+        for (int i = j + 1; i < n; ++i) {
+            rows[i].second -= rows[j].second * (rows[i].second[j] / rows[j].second[j]);
+        }
+    }
+    return exchanges;
+}
+
 /// A tridiagonal system with a dominant diagonal, and its corners.
 template <class T>
 struct CyclicSystem
@@ -115,6 +141,17 @@ TYPED_TEST(RealSquareMatrix, PivotsAreScaledAndTheLastOfEqualOnesWins)
     // The second row is the larger one, but not in proportion.
     SquareMatrix<T> scaled(matrixOf<T>({{2, 1}, {7, 100}}));
     EXPECT_EQ(scaled.luDecomp(perm, 0), 1);
+
+    std::mt19937 engine(7);
+    for (int n = 1; n <= 8; ++n) {
+        SquareMatrix<T> graded(randomMatrix<T>(n, n, engine));
+        for (int i = 0; i < n; ++i) {
+            graded[i] *= static_cast<T>(std::pow(8.0, static_cast<int>(engine() % 5) - 2));
+        }
+        const Vector<int> expected = scaledExchanges<T>(graded);
+        graded.luDecomp(perm, 0);
+        EXPECT_EQ(perm, expected);
+    }
 }
 
 TYPED_TEST(RealSquareMatrix, DeterminantAndInverseAgreeWithExpansion)
