@@ -361,10 +361,20 @@ void VoxelMatrix<T>::writeTiffPage(tiff* tif,
 }
 
 #define INSTANTIATE_VOXEL_MATRIX_FILE(T)                                                           \
+    template void VoxelMatrix<T>::requirePlanes(const char*) const;                                \
     template void VoxelMatrix<T>::save(const std::string&, bool) const;                            \
+    template void VoxelMatrix<T>::saveUnderFormat1(std::ofstream&) const;                          \
     template void VoxelMatrix<T>::load(const std::string&);                                        \
     template void VoxelMatrix<T>::loadHeader(const std::string&);                                  \
-    template void VoxelMatrix<T>::saveAsTiff(const std::string&, bool, bool) const;
+    template void VoxelMatrix<T>::read(const std::string&, bool, const char*);                     \
+    template void VoxelMatrix<T>::readTiff(const std::string&, bool);                              \
+    template VoxelMatrix<T>::Header VoxelMatrix<T>::readHeader(std::ifstream&, const std::string&, \
+                                                               const char*) const;                 \
+    template void VoxelMatrix<T>::readRows(std::ifstream&, const std::string&, const char*);       \
+    template void VoxelMatrix<T>::takeSizes(int, int, int, bool);                                  \
+    template void VoxelMatrix<T>::saveAsTiff(const std::string&, bool, bool) const;                \
+    template std::string VoxelMatrix<T>::tiffDescription() const;                                  \
+    template void VoxelMatrix<T>::writeTiffPage(tiff*, int, const std::string&, bool) const;
 
 INSTANTIATE_VOXEL_MATRIX_FILE(char)
 INSTANTIATE_VOXEL_MATRIX_FILE(unsigned char)
