@@ -1,0 +1,55 @@
+#pragma once
+
+#include "stack/stackio.h"
+
+#include <ostream>
+#include <string>
+
+class PixelCalibration;
+class Stack;
+
+template <class T>
+class VoxelMatrix;
+
+/// Writes stack description files.
+///
+/// Numbers have up to 6 significant digits and a decimal point in every locale. What the format has
+/// no form for raises an error before it could spoil the file: a name that holds a double quote or a
+/// line feed, and a number that is not finite, `ValueError`; a slice without an image source or on a
+/// plane of an LSM file, `ProgramError`; an item without a slice, `ProgramError`.
+class StackWriter : public StackIO
+{
+public:
+    /// Writes the whole stack. Returns false, and reports nothing, if the file can't be created or
+    /// written anew. The file takes the place of an older one when it is whole: the errors of the
+    /// class, and the `FileWriteError` of a disk that is full, leave the older one as it was.
+    bool write(const Stack& stack, const std::string& path);
+
+    /// The slices in stack order. `folder` is the folder of the description file, to which folders
+    /// of images are made relative unless the stack wants them absolute; the current folder if
+    /// empty. A source of an unknown kind is left out, the rest of its slice is written.
+    void writeSlices(const Stack& stack, const std::string& folder, std::ostream& stream);
+
+    /// The models in stack order, each with its items.
+    void writeModels(const Stack& stack, std::ostream& stream);
+    void writePoses(const Stack& stack, std::ostream& stream);
+
+    /// Turns a volume into a stack on disk, one slice per plane: the planes as 8-bit files
+    /// `<imagesFolder><name>_000.tif` and so on, each from the smallest value as 0 to the largest
+    /// as 255, over older ones, and the description `<stackFolder><name>.sdf`. `spacing` is the
+    /// distance of the slices. `FileWriteError` where one of them can't be written.
+    template <class T>
+    void saveAsStack(const VoxelMatrix<T>& matrix,
+                     const std::string& name,
+                     const std::string& imagesFolder,
+                     const std::string& stackFolder,
+                     const PixelCalibration& calibration,
+                     float spacing);
+};
+
+// clang-format off
+extern template void StackWriter::saveAsStack(const VoxelMatrix<int>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<float>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<double>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<long double>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
+// clang-format on
