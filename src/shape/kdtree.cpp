@@ -152,7 +152,8 @@ int KDTree<T>::nearestNode(const Vector<T>& position) const
 template <class T>
 Vector<T>& KDTree<T>::nearestVertex(const Vector<T>& position)
 {
-    return *vertices_.getServer()->vertex(tree_[nearestNode(position)]);
+    const int node = nearestNode(position);
+    return *vertices_.getServer()->vertex(tree_[node]);
 }
 
 template <class T>

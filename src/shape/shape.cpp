@@ -93,8 +93,9 @@ template <class Write>
 void replaceFile(const std::string& where, const std::string& filename, Write&& write)
 {
     FileReplacement replacement(where, filename);
-    std::ofstream stream(replacement.temporaryName());
+    std::ofstream stream;
     stream.imbue(std::locale::classic());
+    stream.open(replacement.temporaryName());
     try {
         write(stream);
     } catch (FileError& error) {
@@ -494,7 +495,9 @@ template <class T>
 void Shape<T>::load(const std::string& filename)
 {
     const char* where = "Shape<T>::load(const string&)";
-    std::ifstream stream(filename);
+    std::ifstream stream;
+    stream.imbue(std::locale::classic());
+    stream.open(filename);
     if (!stream) {
         raiseFile<FileReadError>(where, "Cannot open file for reading", filename);
     }
@@ -511,13 +514,14 @@ template <class T>
 Shape<T>* Shape<T>::loadFile(const std::string& filename)
 {
     const char* where = "Shape<T>* Shape<T>::loadFile(const string&)";
-    std::ifstream stream(filename);
+    std::ifstream stream;
+    stream.imbue(std::locale::classic());
+    stream.open(filename);
     if (!stream) {
         raiseFile<FileReadError>(where, "Cannot open file for reading", filename);
     }
     char mark = 0;
     int type = 0;
-    stream.imbue(std::locale::classic());
     stream >> mark >> type;
     if (stream.fail() || mark != '#') {
         refuseFormat(where, filename);

@@ -8,6 +8,7 @@
 #include <exception>
 #include <limits>
 #include <locale>
+#include <sstream>
 
 namespace {
 
@@ -34,18 +35,27 @@ void guarded(Edit&& edit)
 class ClassicFormat
 {
 public:
-    explicit ClassicFormat(std::ios& stream)
+    explicit ClassicFormat(std::istream& stream)
         : stream_(stream)
-        , former_(stream.imbue(std::locale::classic()))
-    {}
+        , former_(stream.getloc())
+    {
+        if (former_ != std::locale::classic()) {
+            stream_.imbue(std::locale::classic());
+        }
+    }
 
-    ~ClassicFormat() { stream_.imbue(former_); }
+    ~ClassicFormat()
+    {
+        if (former_ != std::locale::classic()) {
+            stream_.imbue(former_);
+        }
+    }
 
     ClassicFormat(const ClassicFormat&) = delete;
     ClassicFormat& operator=(const ClassicFormat&) = delete;
 
 private:
-    std::ios& stream_;
+    std::istream& stream_;
     std::locale former_;
 };
 
@@ -196,21 +206,28 @@ int Vertices<T>::read(std::istream& stream)
 template <class T>
 void Vertices<T>::write(std::ostream& stream) const
 {
-    const ClassicFormat format(stream);
+    // The text is made apart: a change of the stream's locale would write out what it holds back, and
+    // lose the error.
+    std::ostringstream text;
+    text.flags(stream.flags());
+    text.precision(stream.precision());
+    text.imbue(std::locale::classic());
+    text << "# " << this->getShapeType() << "\n";
+    text << "# " << this->getSpace() << "\n";
+    text << "# " << getSize() << "\n";
+    for (int i = 0; i < getSize(); ++i) {
+        const Vector<T>& vertex = (*this)[i];
+        for (int c = 0; c < vertex.getSize(); ++c) {
+            text << (c > 0 ? " " : "") << vertex[c];
+        }
+        text << "\n";
+    }
+
     const std::ios_base::iostate formerExceptions = stream.exceptions();
     bool written = true;
     try {
         stream.exceptions(std::ios::failbit | std::ios::badbit);
-        stream << "# " << this->getShapeType() << "\n";
-        stream << "# " << this->getSpace() << "\n";
-        stream << "# " << getSize() << "\n";
-        for (int i = 0; i < getSize(); ++i) {
-            const Vector<T>& vertex = (*this)[i];
-            for (int c = 0; c < vertex.getSize(); ++c) {
-                stream << (c > 0 ? " " : "") << vertex[c];
-            }
-            stream << "\n";
-        }
+        stream << text.str();
         stream.exceptions(formerExceptions);
     } catch (const std::ios_base::failure&) {
         written = false;

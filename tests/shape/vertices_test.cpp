@@ -53,9 +53,7 @@ TEST(Vertices, RandomEditsAgreeWithAPlainList)
             const Vertices<int> shared(vertices);
             if (size < 20) {
                 vertices.append(shared);
-                model.insert(model.end(), numbersOf(shared).begin(), numbersOf(shared).end());
                 const std::vector<int> added = numbersOf(shared);
-                model.resize(static_cast<std::size_t>(size));
                 model.insert(model.end(), added.begin(), added.end());
             }
             break;
