@@ -26,12 +26,12 @@ LMXStack::~LMXStack()
     destroyHistory();
 }
 
-void LMXStack::setFilename(const std::string& name)
+void LMXStack::setFilename(const std::string& path)
 {
-    if (name == filename_) {
+    if (path == filename_) {
         return;
     }
-    filename_ = name;
+    filename_ = path;
     LMXStackFileNameEvent event(*this);
     notifyEvent(event);
 }

@@ -29,7 +29,7 @@ public:
     ~LMXStack() override;
 
     /// The file that the stack was last read from or written to. A new name is told to all clients.
-    void setFilename(const std::string& name);
+    void setFilename(const std::string& path);
 
     const std::string& getFilename() const { return filename_; }
 

@@ -16,6 +16,7 @@
 #include "shell/newproject.h"
 #include "shell/projectloader.h"
 #include "shell/projectloaderconfigpage.h"
+#include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 
@@ -46,7 +47,7 @@ bool CrenaraWindow::verifiedSizes(const std::string& name, const std::function<b
         bool good = false;
         for (int k = 0; k < slice.getNumItems(); ++k) {
             const ModelItem& item = slice.getItem(k);
-            if (item.getModel().getName() != name) {
+            if (!item.getModel() || item.getModel()->getName() != name) {
                 continue;
             }
             good = isGood(item.getSize());
