@@ -97,7 +97,7 @@ void Image2::setDefaults()
     mapper_.reset();
     calibration_.reset();
     fileCompression_.clear();
-    frames_.clear();
+    frames.clear();
 }
 
 void Image2::reset()
@@ -145,10 +145,10 @@ void Image2::allocateData()
 {
     currentChannel_ = 0;
     currentTimepoint_ = 0;
-    frames_.clear();
-    frames_.resize(count(channels_));
+    frames.clear();
+    frames.resize(count(channels_));
     const std::size_t length = bytesPerFrame();
-    for (std::vector<Block>& channelFrames : frames_) {
+    for (std::vector<Block>& channelFrames : frames) {
         channelFrames.resize(count(timepoints_));
         for (Block& block : channelFrames) {
             if (length == 0) {
@@ -178,7 +178,7 @@ void Image2::initMapper()
 void Image2::swap(Image2& other) noexcept
 {
     std::swap(valueType_, other.valueType_);
-    std::swap(frames_, other.frames_);
+    std::swap(frames, other.frames);
     std::swap(size1_, other.size1_);
     std::swap(size2_, other.size2_);
     std::swap(size3_, other.size3_);
@@ -197,14 +197,14 @@ void Image2::assign(const Image2& other)
     if (this == &other) {
         return;
     }
-    if (!isSimilar(other) || frames_.size() != other.frames_.size() || !mapper_) {
+    if (!isSimilar(other) || frames.size() != other.frames.size() || !mapper_) {
         create(other.valueType_, other.size1_, other.size2_, other.size3_, other.samples_,
                other.channels_, other.timepoints_);
     }
-    for (std::size_t c = 0; c < other.frames_.size(); ++c) {
-        for (std::size_t t = 0; t < other.frames_[c].size(); ++t) {
-            if (other.frames_[c][t]) {
-                std::memcpy(frames_[c][t].get(), other.frames_[c][t].get(), bytesPerFrame());
+    for (std::size_t c = 0; c < other.frames.size(); ++c) {
+        for (std::size_t t = 0; t < other.frames[c].size(); ++t) {
+            if (other.frames[c][t]) {
+                std::memcpy(frames[c][t].get(), other.frames[c][t].get(), bytesPerFrame());
             }
         }
     }
@@ -337,7 +337,7 @@ const unsigned char* Image2::frame(int channel, int timepoint) const
 {
     const std::size_t c = count(channel);
     const std::size_t t = count(timepoint);
-    return c < frames_.size() && t < frames_[c].size() ? frames_[c][t].get() : nullptr;
+    return c < frames.size() && t < frames[c].size() ? frames[c][t].get() : nullptr;
 }
 
 unsigned char* Image2::frame(int channel, int timepoint)

@@ -288,7 +288,7 @@ private:
     std::size_t elementsPerFrame() const;
 
     ValueType valueType_ = ValueType::UnsignedChar;
-    std::vector<std::vector<Block>> frames_;
+    std::vector<std::vector<Block>> frames;
     int size1_ = 0;
     int size2_ = 0;
     int size3_ = 1;

@@ -84,7 +84,8 @@ protected:
     SpatialCalibration readTiffCalibration(TIFF* tif);
     void readTiffColormap(ImageHeader& header, TIFF* tif);
 
-    /// The number of directories. Raises `FileFormatError` above 65535.
+    /// The number of directories. Raises `FileFormatError` above 65535, `FileReadError` when the
+    /// chain of directories is broken.
     int readTiffNumPlanes(TIFF* tif);
     void readTiffPixels(Image0& image, TIFF* tif);
     void readTiffData(Image2& image, TIFF* tif);

@@ -184,7 +184,14 @@ std::string compressionText(TIFF* tif)
 
 int ImageReader::readTiffNumPlanes(TIFF* tif)
 {
+    // libtiff counts up to a directory that it can't read, and tells of it.
+    const bool wholeBefore = TiffMessages::firstError().empty();
     const tdir_t directories = TIFFNumberOfDirectories(tif);
+    if (wholeBefore && !TiffMessages::firstError().empty()) {
+        raiseFile<FileReadError>(headerWhere,
+                                 TiffMessages::withReason("Cannot find all pages of TIFF"),
+                                 TIFFFileName(tif));
+    }
     if (directories > 0xFFFF) {
         refuse(tif, headerWhere, "more than 65535 pages");
     }

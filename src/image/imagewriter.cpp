@@ -7,9 +7,11 @@
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
+#include <locale>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -103,21 +105,13 @@ std::string line(const char* key, std::size_t value)
     return std::string(key) + "=" + std::to_string(value) + "\n";
 }
 
-/// The number as "%f" prints it in the C locale.
+/// The number with six decimals, as "%f" prints it, in every locale.
 std::string fixedText(float value)
 {
-    // Six decimals of a float need at most 39 digits in front.
-    char text[64];
-    const int length = std::snprintf(text, sizeof(text), "%f", static_cast<double>(value));
-    std::string result(text, static_cast<std::size_t>(length));
-    // The process may have set a locale with another decimal mark.
-    for (char& c : result) {
-        const bool ofNumber = (c >= '0' && c <= '9') || c == '-';
-        if (!ofNumber && !(c >= 'a' && c <= 'z')) {
-            c = '.';
-        }
-    }
-    return result;
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    stream << std::fixed << value;
+    return stream.str();
 }
 
 /// What ImageJ reads from the description of the pages.

@@ -1,0 +1,252 @@
+// Microscope files (LSM), HDF5 and raw images.
+
+#include "image/image0.h"
+#include "image/image2.h"
+#include "image/imagereader.h"
+#include "image/imagesourcelsmstackplane.h"
+#include "support/errors.h"
+#include "support/temporaryfolder.h"
+#include "support/tiffs.h"
+
+#include <H5Cpp.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <numeric>
+
+namespace {
+
+/// The value of a pixel: told by directory, channel, row and column.
+unsigned char lsmPixel(int directory, int channel, int row, int column)
+{
+    return static_cast<unsigned char>(100 * channel + 10 * directory + 3 * row + column);
+}
+
+struct LsmLayout
+{
+    std::uint32_t magic = 0x0400494C;
+    std::uint32_t width = 3;
+    std::uint32_t height = 3;
+    std::uint32_t planes = 2;
+    std::uint32_t channels = 2;
+    std::uint32_t timepoints = 1;
+};
+
+std::vector<unsigned char> lsmBlock(const LsmLayout& layout)
+{
+    std::vector<unsigned char> block(80);
+    const std::uint32_t numbers[] = {
+        layout.magic,     80, layout.width, layout.height, layout.planes, layout.channels,
+        layout.timepoints};
+    std::memcpy(block.data(), numbers, sizeof(numbers));
+    const double voxel[] = {2e-6, 3e-6, 4e-6};
+    std::memcpy(block.data() + 40, voxel, sizeof(voxel));
+    return block;
+}
+
+void makeLsm(const std::string& path, const LsmLayout& layout)
+{
+    // Makes libtiff write the tag, which it does not know.
+    static const TIFFFieldInfo info[] = {{34412, TIFF_VARIABLE2, TIFF_VARIABLE2, TIFF_BYTE,
+                                          FIELD_CUSTOM, 1, 1, const_cast<char*>("InfoBlock")}};
+    TiffMaker maker(path);
+    const std::vector<unsigned char> block = lsmBlock(layout);
+    const int pages = static_cast<int>(layout.planes * layout.timepoints) * 2;
+    for (int page = 0; page < pages; ++page) {
+        TIFFMergeFieldInfo(maker.get(), info, 1);
+        const bool thumbnail = page % 2 == 1;
+        const int height = thumbnail ? 1 : 3;
+        maker.tags(thumbnail ? 1 : 3, height, 8, 2, PHOTOMETRIC_MINISBLACK);
+        TIFFSetField(maker.get(), TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE);
+        TIFFSetField(maker.get(), TIFFTAG_SUBFILETYPE, thumbnail ? 1 : 0);
+        if (page == 0) {
+            TIFFSetField(maker.get(), 34412, static_cast<std::uint32_t>(block.size()),
+                         block.data());
+        }
+        maker.rows(
+            height,
+            [page, height](int row, int column) {
+                return lsmPixel(page, row / height, row % height, column);
+            },
+            2);
+    }
+}
+
+template <class T>
+void makeHdf5(const std::string& path, const std::vector<hsize_t>& extent, const H5::PredType& type)
+{
+    H5::H5File file(path, H5F_ACC_TRUNC);
+    const H5::DataSpace space(static_cast<int>(extent.size()), extent.data());
+    std::vector<T> values(static_cast<std::size_t>(space.getSimpleExtentNpoints()));
+    std::iota(values.begin(), values.end(), T(0));
+    H5::DataSet dataSet = file.createDataSet("volume", type, space);
+    dataSet.write(values.data(), type);
+    file.createGroup("z");
+}
+
+std::string reasonFor(const std::string& path)
+{
+    try {
+        Image2 image(path);
+    } catch (const FileError& error) {
+        EXPECT_EQ(error.getFilename(), path);
+        return error.getWhat();
+    }
+    return "";
+}
+
+} // namespace
+
+TEST(ImageReader, MicroscopeFilesGiveChannelsPlanesAndVoxelSize)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("cells.lsm");
+    LsmLayout layout;
+    layout.timepoints = 2;
+    makeLsm(path, layout);
+    EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::Lsm);
+    const Image2 image(path);
+    ASSERT_EQ(image.getNumChannels(), 2);
+    ASSERT_EQ(image.getNumTimepoints(), 2);
+    ASSERT_EQ(image.getSize3(), 2);
+    EXPECT_EQ(image.samplesPerElement(), 1);
+    for (int c = 0; c < 2; ++c) {
+        for (int t = 0; t < 2; ++t) {
+            for (int e = 0; e < 18; ++e) {
+                ASSERT_EQ(image.frame(c, t)[e], lsmPixel(2 * (2 * t + e / 9), c, e % 9 / 3, e % 3));
+            }
+        }
+    }
+    const SpatialCalibration& calibration = image.getSpatialCalibration();
+    EXPECT_FLOAT_EQ(calibration.getSize1(), 3.0F);
+    EXPECT_FLOAT_EQ(calibration.getSize2(), 2.0F);
+    EXPECT_FLOAT_EQ(calibration.getSize3(), 4.0F);
+    EXPECT_EQ(calibration.getLengthUnit().getScale(), -6);
+}
+
+TEST(ImageSourceLSMStackPlane, OneChannelOfOnePlaneIsRead)
+{
+    const TemporaryFolder folder;
+    makeLsm(folder.file("cells.lsm"), LsmLayout());
+    testing::internal::CaptureStdout();
+    ImageSourceLSMStackPlane source;
+    source.setLSMStackFilename(folder.file("cells.lsm"));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "S32MagicNumber :67127628\n");
+    EXPECT_EQ(source.getChannel(), 2);
+    EXPECT_EQ(source.getNumImages(), 4);
+    EXPECT_EQ(source.getNewSubFileType(), 0);
+    EXPECT_FLOAT_EQ(source.getVoxelSizeZ(), 4.0F);
+    EXPECT_FLOAT_EQ(source.getPixelCalibration().getPixelHeight(), 2.0F);
+    source.setPlane(2);
+    source.setFrame(1);
+    const std::unique_ptr<ImageSource> clone(source.clone());
+    EXPECT_EQ(clone->getType(), 5);
+    Image0 image;
+    ImageReader().read(image, *clone);
+    for (int e = 0; e < 9; ++e) {
+        EXPECT_EQ(image.getData()[e], lsmPixel(2, 1, e / 3, e % 3));
+    }
+    source.setFrame(2);
+    EXPECT_THROW(ImageReader().read(image, source), FileFormatError);
+    source.setFrame(0);
+    source.setPlane(1);
+    EXPECT_THROW(ImageReader().read(image, source), FileFormatError);
+}
+
+TEST(ImageReader, MicroscopeBlocksAreNotBelieved)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("cells.lsm");
+    LsmLayout plain;
+    plain.magic = 12345;
+    makeLsm(path, plain);
+    EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::Tiff);
+    makeLsm(path, LsmLayout());
+    const std::string whole = folder.read("cells.lsm");
+    const std::vector<unsigned char> block = lsmBlock(LsmLayout());
+    const std::size_t start = whole.find(std::string(block.begin(), block.end()));
+    ASSERT_NE(start, std::string::npos);
+    for (const std::size_t field : {8, 12, 20, 24}) {
+        for (const std::uint32_t value : {0U, 7U, 1000000U, 0x80000000U, 0xFFFFFFFFU}) {
+            std::string damaged = whole;
+            std::memcpy(damaged.data() + start + field, &value, sizeof(value));
+            folder.write("cells.lsm", damaged);
+            EXPECT_NE(reasonFor(path), "") << field << ' ' << value;
+        }
+    }
+    folder.write("cells.lsm", whole);
+    const Image2 image(path);
+    for (std::size_t length = 0; length < whole.size(); length += 3) {
+        std::filesystem::remove(path);
+        folder.write("cells.lsm", whole.substr(0, length));
+        // What the last thumbnail alone has lost does no harm.
+        EXPECT_TRUE(reasonFor(path) != "" || Image2(path) == image) << length;
+    }
+}
+
+TEST(ImageReader, Hdf5DatasetsOfTwoAndThreeDimensionsAreRead)
+{
+    const TemporaryFolder folder;
+    makeHdf5<unsigned char>(folder.file("a.h5"), {2, 3, 4}, H5::PredType::NATIVE_UCHAR);
+    const Image2 volume(folder.file("a.h5"));
+    EXPECT_EQ(volume.getValueType(), ValueType::Int);
+    EXPECT_EQ(volume.getSize1(), 4);
+    EXPECT_EQ(volume.getSize2(), 3);
+    EXPECT_EQ(volume.getSize3(), 2);
+    EXPECT_EQ(volume.asVector<int>()[23], 23);
+    makeHdf5<double>(folder.file("b.h5"), {2, 5}, H5::PredType::NATIVE_DOUBLE);
+    const Image2 plane(folder.file("b.h5"));
+    EXPECT_EQ(plane.getValueType(), ValueType::Float);
+    EXPECT_EQ(plane.getSize1(), 5);
+    EXPECT_EQ(plane.getSize2(), 2);
+    EXPECT_EQ(plane.asVector<float>()[9], 9.0F);
+    makeHdf5<int>(folder.file("c.h5"), {6}, H5::PredType::NATIVE_INT);
+    EXPECT_EQ(reasonFor(folder.file("c.h5")), "Cannot read a dataset of rank 1");
+}
+
+TEST(ImageReader, DamagedHdf5IsToldSilently)
+{
+    const TemporaryFolder folder;
+    makeHdf5<short>(folder.file("a.h5"), {3, 4}, H5::PredType::NATIVE_SHORT);
+    const std::string whole = folder.read("a.h5");
+    testing::internal::CaptureStderr();
+    for (std::size_t length = 0; length < whole.size(); length += 37) {
+        std::filesystem::remove(folder.file("a.h5"));
+        folder.write("a.h5", whole.substr(0, length));
+        EXPECT_NE(reasonFor(folder.file("a.h5")), "") << length;
+    }
+    {
+        H5::H5File file(folder.file("sparse.h5"), H5F_ACC_TRUNC);
+        const hsize_t extent[] = {20000, 20000};
+        const hsize_t chunk[] = {100, 100};
+        H5::DSetCreatPropList properties;
+        properties.setChunk(2, chunk);
+        file.createDataSet("nothing", H5::PredType::NATIVE_FLOAT, H5::DataSpace(2, extent),
+                           properties);
+    }
+    EXPECT_EQ(reasonFor(folder.file("sparse.h5")),
+              "The file is too short for the image that it describes");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(ImageReader, RawImagesCountOnlyWithTheirSuffix)
+{
+    const TemporaryFolder folder;
+    std::string bytes = "0000abcdefgh" + std::string(512 * 512, 'x');
+    bytes.back() = 'y';
+    const std::string path = folder.write("a.img", bytes);
+    Image0 image;
+    ImageReader().read(image, path);
+    EXPECT_EQ(image.getWidth(), 512);
+    EXPECT_EQ(image.getData()[0], 'x');
+    EXPECT_EQ(image.getPixels()[511][511], 'y');
+    const Image2 same(path);
+    EXPECT_EQ(same.getValue<unsigned char>(511, 511), 'y');
+    const std::string other = folder.write("a.raw", bytes);
+    EXPECT_EQ(ImageReader().readImageFileFormat(other), ImageFormat::Unknown);
+    EXPECT_EQ(reasonFor(other), "Unsupported image file format");
+    const std::string shorter = folder.write("b.IMG", bytes.substr(0, 1000));
+    EXPECT_THROW(ImageReader().read(image, shorter), FileReadError);
+    EXPECT_NE(reasonFor(shorter), "");
+    EXPECT_EQ(reasonFor(folder.write("a.czi", "ZISRAWFILE")), "Unsupported image file format");
+}
