@@ -53,12 +53,12 @@ template <class T>
 ComponentLabelling0<T>::~ComponentLabelling0() = default;
 
 template <class T>
-void ComponentLabelling0<T>::start(int tableStep)
+void ComponentLabelling0<T>::start(int step)
 {
-    tableStep_ = std::max(tableStep, 1);
-    equivalences_.setSize(tableStep_);
-    equivalences_[0] = 0;
-    numLabels_ = 0;
+    tableStep = std::max(step, 1);
+    equivalences.setSize(tableStep);
+    equivalences[0] = 0;
+    numLabels = 0;
 }
 
 /// The table's step doubles each time, so that a noisy image does not make the table's growth
@@ -66,25 +66,25 @@ void ComponentLabelling0<T>::start(int tableStep)
 template <class T>
 int ComponentLabelling0<T>::newLabel()
 {
-    ++numLabels_;
-    if (numLabels_ >= equivalences_.getSize()) {
-        equivalences_.append(Vector<int>(std::max(tableStep_, 1)));
-        tableStep_ = equivalences_.getSize();
+    ++numLabels;
+    if (numLabels >= equivalences.getSize()) {
+        equivalences.append(Vector<int>(std::max(tableStep, 1)));
+        tableStep = equivalences.getSize();
     }
-    equivalences_[numLabels_] = numLabels_;
-    return numLabels_;
+    equivalences[numLabels] = numLabels;
+    return numLabels;
 }
 
 template <class T>
 void ComponentLabelling0<T>::equivLabel(int a, int b, int c)
 {
     const int low = std::min(a, b);
-    equivalences_[std::max(a, b)] = low;
-    equivalences_[c] = low;
+    equivalences[std::max(a, b)] = low;
+    equivalences[c] = low;
     if (low > c) {
-        equivalences_[a] = c;
-        equivalences_[b] = c;
-        equivalences_[c] = c;
+        equivalences[a] = c;
+        equivalences[b] = c;
+        equivalences[c] = c;
     }
 }
 
@@ -93,7 +93,7 @@ void ComponentLabelling0<T>::equivLabel(int a, int b, int c)
 template <class T>
 int ComponentLabelling0<T>::root(int label)
 {
-    int* table = equivalences_.data();
+    int* table = equivalences.data();
     while (table[label] != label) {
         table[label] = table[table[label]];
         label = table[label];
@@ -107,7 +107,7 @@ int ComponentLabelling0<T>::join(int a, int b)
     const int rootA = root(a);
     const int rootB = root(b);
     const int low = std::min(rootA, rootB);
-    equivalences_[std::max(rootA, rootB)] = low;
+    equivalences[std::max(rootA, rootB)] = low;
     return low;
 }
 
@@ -172,21 +172,21 @@ template <class T>
 void ComponentLabelling0<T>::compactTable()
 {
     int removed = 0;
-    for (int label = 1; label <= numLabels_; ++label) {
-        if (equivalences_[label] != label) {
+    for (int label = 1; label <= numLabels; ++label) {
+        if (equivalences[label] != label) {
             ++removed;
-            equivalences_[label] = equivalences_[equivalences_[label]];
+            equivalences[label] = equivalences[equivalences[label]];
         } else {
-            equivalences_[label] = label - removed;
+            equivalences[label] = label - removed;
         }
     }
-    numLabels_ -= removed;
+    numLabels -= removed;
 }
 
 template <class T>
 void ComponentLabelling0<T>::relabel(PixelMatrix<int>& plane) const
 {
-    const int* table = equivalences_.data();
+    const int* table = equivalences.data();
     for (int i = 0; i < plane.getSize1(); ++i) {
         int* row = plane[i].data();
         for (int j = 0; j < plane.getSize2(); ++j) {
@@ -198,7 +198,7 @@ void ComponentLabelling0<T>::relabel(PixelMatrix<int>& plane) const
 template <class T>
 void ComponentLabelling0<T>::requireRange() const
 {
-    if (numLabels_ > largestLabel<T>()) {
+    if (numLabels > largestLabel<T>()) {
         raise<RangeError>("void ComponentLabelling<T>::apply(...)",
                           "There are more regions than the elements of the image can number");
     }

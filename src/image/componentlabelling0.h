@@ -20,7 +20,7 @@ public:
     void apply(VoxelMatrix<T>& matrix) override;
 
     /// Number of regions found by the last `apply`.
-    int getNumLabels() const { return numLabels_; }
+    int getNumLabels() const { return numLabels; }
 
     /// A label more, equivalent to itself alone.
     int newLabel();
@@ -29,7 +29,7 @@ public:
     void equivLabel(int a, int b, int c);
 
 private:
-    void start(int tableStep);
+    void start(int step);
     void labelFirstPlane(PixelMatrix<int>& plane);
     void labelPlane(PixelMatrix<int>& plane, const PixelMatrix<int>& previous);
     int join(int a, int b);
@@ -39,9 +39,9 @@ private:
     void relabel(PixelMatrix<int>& plane) const;
     void requireRange() const;
 
-    Vector<int> equivalences_;
-    int numLabels_ = 0;
-    int tableStep_ = 0;
+    Vector<int> equivalences;
+    int numLabels = 0;
+    int tableStep = 0;
 };
 
 extern template class ComponentLabelling0<char>;

@@ -6,8 +6,8 @@
 #include <type_traits>
 
 template <class T>
-GaussianGradient0<T>::GaussianGradient0(T sigma)
-    : sigma_(sigma)
+GaussianGradient0<T>::GaussianGradient0(T newSigma)
+    : sigma(newSigma)
 {
     computeKernels();
 }
@@ -16,9 +16,9 @@ template <class T>
 GaussianGradient0<T>::~GaussianGradient0() = default;
 
 template <class T>
-void GaussianGradient0<T>::setSigma(T sigma)
+void GaussianGradient0<T>::setSigma(T newSigma)
 {
-    sigma_ = sigma;
+    sigma = newSigma;
     computeKernels();
 }
 
@@ -29,7 +29,7 @@ void GaussianGradient0<T>::computeKernels()
     if constexpr (!std::is_floating_point_v<T>) {
         raiseNotAvailable<T>(where);
     } else {
-        const T s = sigma_;
+        const T s = sigma;
         if (!(s > 0 && s <= T(1e6))) {
             raise<ValueError>(where, "Sigma must lie above 0 and be at most 1000000");
         }

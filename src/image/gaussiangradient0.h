@@ -11,19 +11,19 @@ template <class T>
 class GaussianGradient0 : public SeparableGradientOperator0<T>
 {
 public:
-    /// `sigma` in pixels, above 0 and at most 1e6 (`ValueError`).
-    explicit GaussianGradient0(T sigma);
+    /// Sigma in pixels, above 0 and at most 1e6 (`ValueError`).
+    explicit GaussianGradient0(T newSigma);
     ~GaussianGradient0() override;
 
-    T getSigma() const { return sigma_; }
+    T getSigma() const { return sigma; }
 
     /// Rebuilds the kernels.
-    void setSigma(T sigma);
+    void setSigma(T newSigma);
 
     void computeKernels();
 
 private:
-    T sigma_;
+    T sigma;
 };
 
 extern template class GaussianGradient0<char>;

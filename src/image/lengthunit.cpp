@@ -46,12 +46,12 @@ std::string LengthUnit::baseSymbol()
 
 std::string LengthUnit::prefixName() const
 {
-    return prefixOf(scale_).name;
+    return prefixOf(scale).name;
 }
 
 std::string LengthUnit::prefixSymbol() const
 {
-    return prefixOf(scale_).symbol;
+    return prefixOf(scale).symbol;
 }
 
 std::string LengthUnit::name() const

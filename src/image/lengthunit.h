@@ -12,9 +12,9 @@ public:
     LengthUnit() = default;
 
     /// Takes any power of ten.
-    void setScale(int scale) { scale_ = scale; }
+    void setScale(int powerOfTen) { scale = powerOfTen; }
 
-    int getScale() const { return scale_; }
+    int getScale() const { return scale; }
 
     /// "meter".
     static std::string baseName();
@@ -35,10 +35,10 @@ public:
     static std::vector<std::string> availableNames();
     static std::vector<std::string> availableSymbols();
 
-    bool operator==(const LengthUnit& other) const { return scale_ == other.scale_; }
+    bool operator==(const LengthUnit& other) const { return scale == other.scale; }
 
     bool operator!=(const LengthUnit& other) const { return !(*this == other); }
 
 private:
-    int scale_ = 0;
+    int scale = 0;
 };

@@ -7,21 +7,21 @@ template <class T>
 MaskPixelMatrixProcessing<T>::~MaskPixelMatrixProcessing() = default;
 
 template <class T>
-void MaskPixelMatrixProcessing<T>::setMask(const PixelMatrix<T>& mask)
+void MaskPixelMatrixProcessing<T>::setMask(const PixelMatrix<T>& newMask)
 {
-    mask_ = &mask;
+    mask = &newMask;
 }
 
 template <class T>
 const PixelMatrix<T>& MaskPixelMatrixProcessing<T>::getMask() const
 {
-    return *mask_;
+    return *mask;
 }
 
 template <class T>
 void MaskPixelMatrixProcessing<T>::unsetMask()
 {
-    mask_ = nullptr;
+    mask = nullptr;
 }
 
 template class MaskPixelMatrixProcessing<char>;

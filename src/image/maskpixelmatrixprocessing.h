@@ -11,16 +11,16 @@ public:
     MaskPixelMatrixProcessing();
     ~MaskPixelMatrixProcessing() override;
 
-    virtual void setMask(const PixelMatrix<T>& mask);
+    virtual void setMask(const PixelMatrix<T>& newMask);
 
     /// A mask must be set.
     virtual const PixelMatrix<T>& getMask() const;
     virtual void unsetMask();
 
-    bool hasMask() const { return mask_ != nullptr; }
+    bool hasMask() const { return mask != nullptr; }
 
 private:
-    const PixelMatrix<T>* mask_ = nullptr;
+    const PixelMatrix<T>* mask = nullptr;
 };
 
 extern template class MaskPixelMatrixProcessing<char>;

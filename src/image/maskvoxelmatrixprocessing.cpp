@@ -7,21 +7,21 @@ template <class T>
 MaskVoxelMatrixProcessing<T>::~MaskVoxelMatrixProcessing() = default;
 
 template <class T>
-void MaskVoxelMatrixProcessing<T>::setMask(const VoxelMatrix<T>& mask)
+void MaskVoxelMatrixProcessing<T>::setMask(const VoxelMatrix<T>& newMask)
 {
-    mask_ = &mask;
+    mask = &newMask;
 }
 
 template <class T>
 const VoxelMatrix<T>& MaskVoxelMatrixProcessing<T>::getMask() const
 {
-    return *mask_;
+    return *mask;
 }
 
 template <class T>
 void MaskVoxelMatrixProcessing<T>::unsetMask()
 {
-    mask_ = nullptr;
+    mask = nullptr;
 }
 
 template class MaskVoxelMatrixProcessing<char>;

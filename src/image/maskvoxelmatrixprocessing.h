@@ -11,16 +11,16 @@ public:
     MaskVoxelMatrixProcessing();
     ~MaskVoxelMatrixProcessing() override;
 
-    virtual void setMask(const VoxelMatrix<T>& mask);
+    virtual void setMask(const VoxelMatrix<T>& newMask);
 
     /// A mask must be set.
     virtual const VoxelMatrix<T>& getMask() const;
     virtual void unsetMask();
 
-    bool hasMask() const { return mask_ != nullptr; }
+    bool hasMask() const { return mask != nullptr; }
 
 private:
-    const VoxelMatrix<T>* mask_ = nullptr;
+    const VoxelMatrix<T>* mask = nullptr;
 };
 
 extern template class MaskVoxelMatrixProcessing<char>;

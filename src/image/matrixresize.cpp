@@ -60,27 +60,27 @@ T bilinearEntry(const std::vector<T>& in, int j, float scale)
 template <class T>
 MatrixResize<T>::MatrixResize()
 {
-    size_.setZeros(2);
+    size.setZeros(2);
 }
 
 template <class T>
 MatrixResize<T>::~MatrixResize() = default;
 
 template <class T>
-void MatrixResize<T>::setSize(const Vector<int>& size)
+void MatrixResize<T>::setSize(const Vector<int>& newSize)
 {
-    if (size.getSize() != 2 || size[0] < 0 || size[1] < 0) {
+    if (newSize.getSize() != 2 || newSize[0] < 0 || newSize[1] < 0) {
         raise<SizeError>("void MatrixResize<T>::setSize(const Vector<int>&)",
                          "The size is not that of a matrix");
     }
-    size_ = size;
+    size = newSize;
 }
 
 template <class T>
 void MatrixResize<T>::apply(PixelMatrix<T>& matrix)
 {
     const Vector<int> oldSize = matrix.getSize();
-    const Vector<int> newSize = size_;
+    const Vector<int> newSize = size;
     if (oldSize == newSize) {
         return;
     }
@@ -105,7 +105,7 @@ void MatrixResize<T>::enlargement(PixelMatrix<T>& matrix,
     PixelMatrix<T> enlarged(newSize[0], newSize[1]);
     enlarged.paste(0, 0, matrix);
     matrix.swap(enlarged);
-    if (interpolationMode_ == InterpolationMode::Nearest) {
+    if (interpolationMode == InterpolationMode::Nearest) {
         enlargementUsingNearestInterpolation(matrix, oldSize, newSize);
     } else {
         enlargementUsingBilinearInterpolation(matrix, oldSize, newSize);
@@ -122,7 +122,7 @@ void MatrixResize<T>::reduction(PixelMatrix<T>& matrix,
         return;
     }
     T norm = 1;
-    if (lowPassFiltering_) {
+    if (lowPassFiltering) {
         SumFilter0<T> filter;
         const int half = static_cast<int>(std::floor(std::max(
             reductionScale(oldSize[0], newSize[0]), reductionScale(oldSize[1], newSize[1]))));
@@ -130,13 +130,13 @@ void MatrixResize<T>::reduction(PixelMatrix<T>& matrix,
         filter.apply(matrix);
         norm = static_cast<T>(2 * half + 1) * static_cast<T>(2 * half + 1);
     }
-    if (interpolationMode_ == InterpolationMode::Nearest) {
+    if (interpolationMode == InterpolationMode::Nearest) {
         reductionUsingNearestInterpolation(matrix, oldSize, newSize);
     } else {
         reductionUsingBilinearInterpolation(matrix, oldSize, newSize);
     }
     cut(matrix, newSize[0], newSize[1]);
-    if (lowPassFiltering_) {
+    if (lowPassFiltering) {
         matrix /= norm;
     }
 }
@@ -148,8 +148,8 @@ void MatrixResize<T>::mixedResize(PixelMatrix<T>& matrix,
 {
     const auto step = [&](const Vector<int>& target) {
         MatrixResize resize;
-        resize.setInterpolationMode(interpolationMode_);
-        resize.setLowPassFilteringEnabled(lowPassFiltering_);
+        resize.setInterpolationMode(interpolationMode);
+        resize.setLowPassFilteringEnabled(lowPassFiltering);
         resize.setSize(target);
         resize.apply(matrix);
     };

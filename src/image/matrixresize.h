@@ -19,18 +19,18 @@ public:
     ~MatrixResize() override;
 
     /// Rows, then columns.
-    void setSize(const Vector<int>& size);
+    void setSize(const Vector<int>& newSize);
 
-    const Vector<int>& getSize() const { return size_; }
+    const Vector<int>& getSize() const { return size; }
 
-    void setInterpolationMode(InterpolationMode mode) { interpolationMode_ = mode; }
+    void setInterpolationMode(InterpolationMode mode) { interpolationMode = mode; }
 
-    InterpolationMode getInterpolationMode() const { return interpolationMode_; }
+    InterpolationMode getInterpolationMode() const { return interpolationMode; }
 
     /// Whether a reduction is preceded by the filter.
-    void setLowPassFilteringEnabled(bool enabled) { lowPassFiltering_ = enabled; }
+    void setLowPassFilteringEnabled(bool enabled) { lowPassFiltering = enabled; }
 
-    bool isLowPassFilteringEnabled() const { return lowPassFiltering_; }
+    bool isLowPassFilteringEnabled() const { return lowPassFiltering; }
 
     /// Nothing if the size is the target. `SizeError` for a negative target, and for a matrix
     /// without pixels that has to grow.
@@ -68,9 +68,9 @@ private:
                       const Vector<int>& newSize,
                       Resample resample);
 
-    Vector<int> size_;
-    InterpolationMode interpolationMode_ = InterpolationMode::Nearest;
-    bool lowPassFiltering_ = false;
+    Vector<int> size;
+    InterpolationMode interpolationMode = InterpolationMode::Nearest;
+    bool lowPassFiltering = false;
 };
 
 extern template class MatrixResize<float>;

@@ -311,14 +311,14 @@ template <class T>
 void MinFilter0<T>::applySphericalCase(VoxelMatrix<T>& matrix) const
 {
     const int planes = matrix.getSize3();
-    const int radius = getRadius();
-    if (radius < 1) {
+    const int ballRadius = getRadius();
+    if (ballRadius < 1) {
         return;
     }
-    const int reach = std::min(radius, planes - 1);
+    const int reach = std::min(ballRadius, planes - 1);
     std::vector<std::vector<std::vector<int>>> distances;
     for (int dk = 0; dk <= reach; ++dk) {
-        distances.push_back(rowsByChord(radius, dk, matrix.getSize1()));
+        distances.push_back(rowsByChord(ballRadius, dk, matrix.getSize1()));
     }
     VoxelMatrix<T> result(matrix);
 #pragma omp parallel for schedule(static)

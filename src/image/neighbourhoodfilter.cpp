@@ -14,25 +14,25 @@ void NeighbourhoodFilter::setHalfSize(int halfSize)
     setRadius(halfSize);
 }
 
-void NeighbourhoodFilter::setRadius(int radius)
+void NeighbourhoodFilter::setRadius(int newRadius)
 {
-    radius_ = radius;
+    radius = newRadius;
 }
 
 int NeighbourhoodFilter::getHalfSize() const
 {
     OBSOLETE("int NeighbourhoodFilter::getHalfSize() const",
              "int NeighbourhoodFilter::getRadius() const");
-    return radius_;
+    return radius;
 }
 
 void NeighbourhoodFilter::setBallMode(bool on)
 {
-    if (on && !acceptBallMode_) {
+    if (on && !acceptBallMode) {
         raise<ProgramError>("void NeighbourhoodFilter::setBallMode(const bool)",
                             "This filter does not accept ball mode");
     }
-    ballMode_ = on;
+    ballMode = on;
 }
 
 Neighbourhood NeighbourhoodFilter::initCircularNeighborhood(int r, int rows, int columns)

@@ -12,16 +12,16 @@ public:
 
     /// The older name of `setRadius`, and of its getter; both warn on the standard output.
     virtual void setHalfSize(int halfSize);
-    virtual void setRadius(int radius);
+    virtual void setRadius(int newRadius);
 
     int getHalfSize() const;
 
-    int getRadius() const { return radius_; }
+    int getRadius() const { return radius; }
 
     /// `ProgramError` if the filter has no ball mode and `on` is true.
     void setBallMode(bool on);
 
-    bool getBallMode() const { return ballMode_; }
+    bool getBallMode() const { return ballMode; }
 
     /// The offsets within the distance `r`, the centre included, as far as an image of this size has
     /// elements that lie so far apart.
@@ -29,10 +29,10 @@ public:
     static Neighbourhood initSphericalNeighborhood(int r, int rows, int columns, int planes);
 
 protected:
-    void setAcceptBallMode(bool accept) { acceptBallMode_ = accept; }
+    void setAcceptBallMode(bool accept) { acceptBallMode = accept; }
 
 private:
-    int radius_ = 1;
-    bool acceptBallMode_ = false;
-    bool ballMode_ = false;
+    int radius = 1;
+    bool acceptBallMode = false;
+    bool ballMode = false;
 };

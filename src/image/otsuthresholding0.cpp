@@ -6,8 +6,8 @@
 
 template <class T>
 OtsuThresholding0<T>::OtsuThresholding0()
-    : binMinimum_(0)
-    , binSize_(1)
+    : binMinimum(0)
+    , binSize(1)
 {}
 
 template <class T>
@@ -16,9 +16,9 @@ OtsuThresholding0<T>::~OtsuThresholding0() = default;
 template <class T>
 void OtsuThresholding0<T>::setBins(const T& minimum, const T& size, int count)
 {
-    binMinimum_ = minimum;
-    binSize_ = size;
-    binCount_ = count;
+    binMinimum = minimum;
+    binSize = size;
+    binCount = count;
 }
 
 template <class T>
@@ -60,21 +60,21 @@ int OtsuThresholding0<T>::computeThreshold(const Vector<unsigned int>& histogram
 template <class T>
 T OtsuThresholding0<T>::valueOfBin(int bin) const
 {
-    return added(multiplied(static_cast<T>(bin), binSize_), binMinimum_);
+    return added(multiplied(static_cast<T>(bin), binSize), binMinimum);
 }
 
 template <class T>
 T OtsuThresholding0<T>::computeThreshold(const PixelMatrix<T>& matrix) const
 {
-    return valueOfBin(computeThreshold(matrix.histogram(binMinimum_, binSize_, binCount_)));
+    return valueOfBin(computeThreshold(matrix.histogram(binMinimum, binSize, binCount)));
 }
 
 template <class T>
 T OtsuThresholding0<T>::computeThreshold(const VoxelMatrix<T>& matrix) const
 {
-    Vector<unsigned int> histogram = Vector<T>().histogram(binMinimum_, binSize_, binCount_);
+    Vector<unsigned int> histogram = Vector<T>().histogram(binMinimum, binSize, binCount);
     for (int k = 0; k < matrix.getSize3(); ++k) {
-        histogram += matrix[k].histogram(binMinimum_, binSize_, binCount_);
+        histogram += matrix[k].histogram(binMinimum, binSize, binCount);
     }
     return valueOfBin(computeThreshold(histogram));
 }

@@ -36,9 +36,9 @@ public:
 private:
     T valueOfBin(int bin) const;
 
-    T binMinimum_;
-    T binSize_;
-    int binCount_ = 256;
+    T binMinimum;
+    T binSize;
+    int binCount = 256;
 };
 
 extern template class OtsuThresholding0<char>;

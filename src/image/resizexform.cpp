@@ -33,52 +33,52 @@ int sourceRow(int inHeight, int outHeight, int j)
 } // namespace
 
 ResizeXForm::ResizeXForm(InterpolationMode mode)
-    : interpolationMode_(mode)
+    : interpolationMode(mode)
 {}
 
 ResizeXForm::~ResizeXForm() = default;
 
-void ResizeXForm::setSize(int width, int height)
+void ResizeXForm::setSize(int newWidth, int newHeight)
 {
-    width_ = width;
-    height_ = height;
+    width = newWidth;
+    height = newHeight;
 }
 
-void ResizeXForm::convertSize(int& width, int& height) const
+void ResizeXForm::convertSize(int& columns, int& rows) const
 {
-    if (!aspectFriendly_ || width <= 0 || height <= 0) {
-        width = width_;
-        height = height_;
+    if (!aspectFriendly || columns <= 0 || rows <= 0) {
+        columns = width;
+        rows = height;
         return;
     }
-    const long long a = static_cast<long long>(height_) * width;
-    const long long b = static_cast<long long>(width_) * height;
+    const long long a = static_cast<long long>(height) * columns;
+    const long long b = static_cast<long long>(width) * rows;
     if (a <= b) {
-        width = static_cast<int>(std::lround(static_cast<float>(a) / static_cast<float>(height)));
-        height = height_;
+        columns = static_cast<int>(std::lround(static_cast<float>(a) / static_cast<float>(rows)));
+        rows = height;
     } else {
-        height = static_cast<int>(std::lround(static_cast<float>(b) / static_cast<float>(width)));
-        width = width_;
+        rows = static_cast<int>(std::lround(static_cast<float>(b) / static_cast<float>(columns)));
+        columns = width;
     }
 }
 
 void ResizeXForm::apply(Image0& out, const Image0& in) const
 {
     const char* const where = "void ResizeXForm::apply(Image&, const Image&) const";
-    if (width_ < 1 || height_ < 1) {
+    if (width < 1 || height < 1) {
         raise<UsageError>(where, "The size is not set");
     }
-    int width = in.getWidth();
-    int height = in.getHeight();
-    convertSize(width, height);
-    if (width == in.getWidth() && height == in.getHeight()) {
+    int columns = in.getWidth();
+    int rows = in.getHeight();
+    convertSize(columns, rows);
+    if (columns == in.getWidth() && rows == in.getHeight()) {
         out = in;
         return;
     }
     if (in.getWidth() < 1 || in.getHeight() < 1) {
         raise<SizeError>(where, "The image is empty");
     }
-    if (interpolationMode_ != InterpolationMode::Nearest) {
+    if (interpolationMode != InterpolationMode::Nearest) {
         raise<UsageError>(where, "Images can only be resized to the nearest pixel");
     }
     nearestResize(out, in);
@@ -86,10 +86,10 @@ void ResizeXForm::apply(Image0& out, const Image0& in) const
 
 void ResizeXForm::apply(Image0& image) const
 {
-    int width = image.getWidth();
-    int height = image.getHeight();
-    convertSize(width, height);
-    if (width == image.getWidth() && height == image.getHeight()) {
+    int columns = image.getWidth();
+    int rows = image.getHeight();
+    convertSize(columns, rows);
+    if (columns == image.getWidth() && rows == image.getHeight()) {
         return;
     }
     Image0 resized;
@@ -99,17 +99,17 @@ void ResizeXForm::apply(Image0& image) const
 
 void ResizeXForm::nearestResize(Image0& out, const Image0& in) const
 {
-    int width = in.getWidth();
-    int height = in.getHeight();
-    convertSize(width, height);
-    Image0 resized(width, height, in.getDepth());
+    int columns = in.getWidth();
+    int rows = in.getHeight();
+    convertSize(columns, rows);
+    Image0 resized(columns, rows, in.getDepth());
     if (in.isIndexed()) {
         resized.setColormap(*in.getColormap());
     }
     const int bytes = in.bytesPerPixel();
-    const std::vector<std::size_t> offsets = sourceOffsets(in.getWidth(), width, bytes);
-    for (int j = 0; j < height; ++j) {
-        const unsigned char* source = in.getPixels()[sourceRow(in.getHeight(), height, j)];
+    const std::vector<std::size_t> offsets = sourceOffsets(in.getWidth(), columns, bytes);
+    for (int j = 0; j < rows; ++j) {
+        const unsigned char* source = in.getPixels()[sourceRow(in.getHeight(), rows, j)];
         unsigned char* target = resized.getPixels()[j];
         for (const std::size_t offset : offsets) {
             std::memcpy(target, source + offset, static_cast<std::size_t>(bytes));

@@ -15,15 +15,15 @@ public:
     ~ResizeXForm() override;
 
     /// Whether proportions are kept: the result then fits into the target size.
-    void setAspectFriendly(bool friendly) { aspectFriendly_ = friendly; }
+    void setAspectFriendly(bool friendly) { aspectFriendly = friendly; }
 
-    bool isAspectFriendly() const { return aspectFriendly_; }
+    bool isAspectFriendly() const { return aspectFriendly; }
 
     /// The target.
-    void setSize(int width, int height);
+    void setSize(int newWidth, int newHeight);
 
     /// Replaces the size of an image by the one that it is brought to.
-    void convertSize(int& width, int& height) const;
+    void convertSize(int& columns, int& rows) const;
 
     using ImageProcessing::apply;
 
@@ -45,8 +45,8 @@ private:
     void halveGrayscaleImage(Image0& out, const Image0& in);
     void halveTrueColorImage(Image0& out, const Image0& in);
 
-    InterpolationMode interpolationMode_;
-    bool aspectFriendly_ = false;
-    int width_ = 0;
-    int height_ = 0;
+    InterpolationMode interpolationMode;
+    bool aspectFriendly = false;
+    int width = 0;
+    int height = 0;
 };

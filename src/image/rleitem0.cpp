@@ -8,34 +8,34 @@ RLEItem0::RLEItem0()
     : RLEItem0(0, 0, 1)
 {}
 
-RLEItem0::RLEItem0(int row, int column, int length)
-    : origin_(2)
+RLEItem0::RLEItem0(int row, int column, int pixels)
+    : origin(2)
 {
     setOrigin(row, column);
-    setLength(length);
+    setLength(pixels);
 }
 
 void RLEItem0::setOrigin(int row, int column)
 {
-    origin_[0] = row;
-    origin_[1] = column;
+    origin[0] = row;
+    origin[1] = column;
 }
 
-void RLEItem0::setOrigin(const Vector<int>& origin)
+void RLEItem0::setOrigin(const Vector<int>& position)
 {
-    if (origin.getSize() != 2) {
+    if (position.getSize() != 2) {
         raise<SizeError>("void RLEItem::setOrigin(const Vector<int>&)",
                          "The origin does not have two coordinates");
     }
-    origin_ = origin;
+    origin = position;
 }
 
-void RLEItem0::setLength(int length)
+void RLEItem0::setLength(int pixels)
 {
-    if (length < 1) {
+    if (pixels < 1) {
         raise<ProgramError>("void RLEItem::setLength(const int)", "The length falls below 1");
     }
-    length_ = length;
+    length = pixels;
 }
 
 void RLEItem0::setBegin(int column)
@@ -43,8 +43,8 @@ void RLEItem0::setBegin(int column)
     if (column > end()) {
         raise<ProgramError>("void RLEItem::setBegin(const int)", "The length falls below 1");
     }
-    length_ = end() - column + 1;
-    origin_[1] = column;
+    length = end() - column + 1;
+    origin[1] = column;
 }
 
 void RLEItem0::setEnd(int column)
@@ -52,25 +52,25 @@ void RLEItem0::setEnd(int column)
     if (column < begin()) {
         raise<ProgramError>("void RLEItem::setEnd(const int)", "The length falls below 1");
     }
-    length_ = column - begin() + 1;
+    length = column - begin() + 1;
 }
 
 void RLEItem0::translate(const Vector<int>& shift)
 {
-    origin_ += shift;
+    origin += shift;
 }
 
 Vector<int> RLEItem0::vertex(int i) const
 {
-    Vector<int> position(origin_);
+    Vector<int> position(origin);
     position[1] += i;
     return position;
 }
 
 Vertices<int> RLEItem0::vertices() const
 {
-    Vertices<int> result(2, length_, length_, 0);
-    for (int i = 0; i < length_; ++i) {
+    Vertices<int> result(2, length, length, 0);
+    for (int i = 0; i < length; ++i) {
         result[i] = vertex(i);
     }
     return result;
@@ -84,7 +84,7 @@ int RLEItem0::findNearestVertex(const Vector<int>& position) const
 int RLEItem0::findNearVertex(const Vector<int>& position, int tolerance) const
 {
     const int nearest = findNearestVertex(position);
-    const long long rows = position[0] - origin_[0];
+    const long long rows = position[0] - origin[0];
     const long long columns = position[1] - (begin() + nearest);
     const bool isNear =
         tolerance >= 0 && rows * rows + columns * columns <= 1LL * tolerance * tolerance;
@@ -93,5 +93,5 @@ int RLEItem0::findNearVertex(const Vector<int>& position, int tolerance) const
 
 bool RLEItem0::operator==(const RLEItem0& other) const
 {
-    return origin_ == other.origin_ && length_ == other.length_;
+    return origin == other.origin && length == other.length;
 }

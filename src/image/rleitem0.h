@@ -11,24 +11,24 @@ class RLEItem0
 public:
     /// One pixel at (0, 0).
     RLEItem0();
-    RLEItem0(int row, int column, int length);
+    RLEItem0(int row, int column, int pixels);
 
     void setOrigin(int row, int column);
 
     /// `SizeError` unless the vector has two elements.
-    void setOrigin(const Vector<int>& origin);
+    void setOrigin(const Vector<int>& position);
 
-    const Vector<int>& getOrigin() const { return origin_; }
+    const Vector<int>& getOrigin() const { return origin; }
 
     /// `ProgramError` below 1.
-    void setLength(int length);
+    void setLength(int pixels);
 
-    int getLength() const { return length_; }
+    int getLength() const { return length; }
 
     /// The first column and the last one.
-    int begin() const { return origin_[1]; }
+    int begin() const { return origin[1]; }
 
-    int end() const { return origin_[1] + length_ - 1; }
+    int end() const { return origin[1] + length - 1; }
 
     /// The two setters leave the other end where it is; `ProgramError`, and no change, if nothing
     /// were left.
@@ -56,6 +56,6 @@ public:
     bool operator!=(const RLEItem0& other) const { return !(*this == other); }
 
 private:
-    Vector<int> origin_;
-    int length_ = 1;
+    Vector<int> origin;
+    int length = 1;
 };

@@ -146,7 +146,7 @@ Vector<T> lineAcrossPlanes(const VoxelMatrix<T>& matrix, int i, int j)
 
 template <class T>
 SeparableFilterBase<T>::SeparableFilterBase()
-    : scale_(1)
+    : scale(1)
 {}
 
 template <class T>
@@ -156,56 +156,56 @@ template <class T>
 void SeparableFilterBase<T>::setKernel1(const Vector<T>& kernel)
 {
     requireOddSize(kernel, "void SeparableFilterBase<T>::setKernel1(const Vector<T>&)");
-    kernel1_ = kernel;
+    kernel1 = kernel;
 }
 
 template <class T>
 void SeparableFilterBase<T>::setKernel2(const Vector<T>& kernel)
 {
     requireOddSize(kernel, "void SeparableFilterBase<T>::setKernel2(const Vector<T>&)");
-    kernel2_ = kernel;
+    kernel2 = kernel;
 }
 
 template <class T>
 void SeparableFilterBase<T>::setKernel3(const Vector<T>& kernel)
 {
     requireOddSize(kernel, "void SeparableFilterBase<T>::setKernel3(const Vector<T>&)");
-    kernel3_ = kernel;
+    kernel3 = kernel;
 }
 
 template <class T>
-void SeparableFilterBase<T>::setDivideBy(const T& scale)
+void SeparableFilterBase<T>::setDivideBy(const T& value)
 {
-    scale_ = scale;
-    divide_ = true;
+    scale = value;
+    divide = true;
 }
 
 template <class T>
-void SeparableFilterBase<T>::setMultiplyBy(const T& scale)
+void SeparableFilterBase<T>::setMultiplyBy(const T& value)
 {
-    scale_ = scale;
-    divide_ = false;
+    scale = value;
+    divide = false;
 }
 
 template <class T>
 Matrix<T> SeparableFilterBase<T>::kernel2D() const
 {
-    return kernel1_.outerProduct(kernel2_);
+    return kernel1.outerProduct(kernel2);
 }
 
 template <class T>
 void SeparableFilterBase<T>::applyScale(PixelMatrix<T>& matrix) const
 {
-    if (scale_ == T(1)) {
+    if (scale == T(1)) {
         return;
     }
-    if (divide_) {
-        if (!std::is_floating_point_v<T> && scale_ == T(0)) {
+    if (divide) {
+        if (!std::is_floating_point_v<T> && scale == T(0)) {
             raise<MathError>("void SeparableFilterBase<T>::apply(...)", "Division by zero");
         }
-        matrix /= scale_;
+        matrix /= scale;
     } else {
-        matrix *= scale_;
+        matrix *= scale;
     }
 }
 
@@ -216,7 +216,7 @@ void SeparableFilterBase<T>::apply(PixelMatrix<T>& matrix)
         maskedApply(matrix);
         return;
     }
-    convolvePlane(matrix, kernel1_, kernel2_);
+    convolvePlane(matrix, kernel1, kernel2);
     applyScale(matrix);
 }
 
@@ -228,11 +228,11 @@ void SeparableFilterBase<T>::apply(VoxelMatrix<T>& matrix)
         return;
     }
     for (int k = 0; k < matrix.getSize3(); ++k) {
-        convolvePlane(matrix[k], kernel1_, kernel2_);
+        convolvePlane(matrix[k], kernel1, kernel2);
     }
     for (int i = 0; i < matrix.getSize1(); ++i) {
         convolveAcross(rowsAcrossPlanes(matrix, i), static_cast<std::size_t>(matrix.getSize2()),
-                       kernel3_);
+                       kernel3);
     }
     for (int k = 0; k < matrix.getSize3(); ++k) {
         applyScale(matrix[k]);
@@ -250,7 +250,7 @@ void SeparableFilterBase<T>::maskedApply(PixelMatrix<T>& matrix)
     if (mask.getSize() != matrix.getSize()) {
         raise<SizeError>(where, "Incompatible mask size");
     }
-    convolveMaskedPlane(matrix, mask, kernel1_, kernel2_);
+    convolveMaskedPlane(matrix, mask, kernel1, kernel2);
 }
 
 template <class T>
@@ -265,15 +265,15 @@ void SeparableFilterBase<T>::maskedApply(VoxelMatrix<T>& matrix)
         raise<SizeError>(where, "Incompatible mask size");
     }
     for (int k = 0; k < matrix.getSize3(); ++k) {
-        convolveMaskedPlane(matrix[k], mask[k], kernel1_, kernel2_);
+        convolveMaskedPlane(matrix[k], mask[k], kernel1, kernel2);
     }
-    if (kernel3_.getSize() == 0) {
+    if (kernel3.getSize() == 0) {
         return;
     }
     for (int i = 0; i < matrix.getSize1(); ++i) {
         for (int j = 0; j < matrix.getSize2(); ++j) {
             const Vector<T> line =
-                lineAcrossPlanes(matrix, i, j).conv(kernel3_, lineAcrossPlanes(mask, i, j));
+                lineAcrossPlanes(matrix, i, j).conv(kernel3, lineAcrossPlanes(mask, i, j));
             for (int k = 0; k < matrix.getSize3(); ++k) {
                 matrix(i, j, k) = line[k];
             }

@@ -29,17 +29,17 @@ public:
     void maskedApply(PixelMatrix<T>& matrix);
     void maskedApply(VoxelMatrix<T>& matrix);
 
-    const Vector<T>& getKernel1() const { return kernel1_; }
+    const Vector<T>& getKernel1() const { return kernel1; }
 
-    const Vector<T>& getKernel2() const { return kernel2_; }
+    const Vector<T>& getKernel2() const { return kernel2; }
 
-    const Vector<T>& getKernel3() const { return kernel3_; }
+    const Vector<T>& getKernel3() const { return kernel3; }
 
-    const T& getScale() const { return scale_; }
+    const T& getScale() const { return scale; }
 
     /// Each element of the result is divided by this, or multiplied; the later call holds.
-    void setDivideBy(const T& scale);
-    void setMultiplyBy(const T& scale);
+    void setDivideBy(const T& value);
+    void setMultiplyBy(const T& value);
 
     /// Outer product of the kernels of the first and second index.
     Matrix<T> kernel2D() const;
@@ -58,11 +58,11 @@ protected:
 private:
     void applyScale(PixelMatrix<T>& matrix) const;
 
-    Vector<T> kernel1_;
-    Vector<T> kernel2_;
-    Vector<T> kernel3_;
-    T scale_;
-    bool divide_ = false;
+    Vector<T> kernel1;
+    Vector<T> kernel2;
+    Vector<T> kernel3;
+    T scale;
+    bool divide = false;
 };
 
 extern template class SeparableFilterBase<char>;

@@ -204,9 +204,9 @@ void clearInnerPixels(T* row,
 
 template <class T>
 Thresholding0<T>::Thresholding0()
-    : threshold_(0)
-    , foreground_(static_cast<T>(255))
-    , background_(0)
+    : threshold(0)
+    , foreground(static_cast<T>(255))
+    , background(0)
 {}
 
 template <class T>
@@ -215,11 +215,11 @@ Thresholding0<T>::~Thresholding0() = default;
 template <class T>
 void Thresholding0<T>::thresholdRow(T* row, int columns) const
 {
-    const T above = foregroundAbove_ ? foreground_ : background_;
-    const T below = foregroundAbove_ ? background_ : foreground_;
-    const T threshold = threshold_;
+    const T above = foregroundAbove ? foreground : background;
+    const T below = foregroundAbove ? background : foreground;
+    const T limit = threshold;
     for (int j = 0; j < columns; ++j) {
-        row[j] = row[j] < threshold ? below : above;
+        row[j] = row[j] < limit ? below : above;
     }
 }
 
@@ -255,7 +255,7 @@ void Thresholding0<T>::levelSetMask(PixelMatrix<T>& matrix, T level) const
     for (int i = 0; i < matrix.getSize1(); ++i) {
         T* row = matrix[i].data();
         for (int j = 0; j < matrix.getSize2(); ++j) {
-            row[j] = row[j] == level ? foreground_ : background_;
+            row[j] = row[j] == level ? foreground : background;
         }
     }
 }
@@ -285,8 +285,7 @@ void Thresholding0<T>::contours(PixelMatrix<T>& matrix) const
     for (int i = 1; i + 1 < rows; ++i) {
         T* row = matrix[i].data();
         std::copy_n(row, columns, current.begin());
-        clearInnerPixels(row, above, current, matrix[i + 1].data(), inner, foreground_,
-                         background_);
+        clearInnerPixels(row, above, current, matrix[i + 1].data(), inner, foreground, background);
         std::swap(above, current);
     }
 }
@@ -306,7 +305,7 @@ void Thresholding0<T>::extractCurve([[maybe_unused]] Curve<T>& curve,
             raise<ValueError>(where, "The start lies outside the image");
         }
         const auto isForeground = [&](const Position& p) {
-            return image.contains(p.row, p.column) && image(p.row, p.column) == foreground_;
+            return image.contains(p.row, p.column) && image(p.row, p.column) == foreground;
         };
         const Position start = {row, column};
         TraceState state = {start, 1};

@@ -18,21 +18,21 @@ public:
     Thresholding0();
     ~Thresholding0() override;
 
-    void setThreshold(const T& threshold) { threshold_ = threshold; }
+    void setThreshold(const T& value) { threshold = value; }
 
-    const T& getThreshold() const { return threshold_; }
+    const T& getThreshold() const { return threshold; }
 
-    void setForeground(const T& foreground) { foreground_ = foreground; }
+    void setForeground(const T& value) { foreground = value; }
 
-    const T& getForeground() const { return foreground_; }
+    const T& getForeground() const { return foreground; }
 
-    void setBackground(const T& background) { background_ = background; }
+    void setBackground(const T& value) { background = value; }
 
-    const T& getBackground() const { return background_; }
+    const T& getBackground() const { return background; }
 
-    void setForegroundIsAbove(bool above) { foregroundAbove_ = above; }
+    void setForegroundIsAbove(bool above) { foregroundAbove = above; }
 
-    bool foregroundIsAbove() const { return foregroundAbove_; }
+    bool foregroundIsAbove() const { return foregroundAbove; }
 
     /// A pixel strictly below the threshold gets the value for below, any other the one for above.
     void apply(PixelMatrix<T>& matrix) override;
@@ -62,10 +62,10 @@ public:
 private:
     void thresholdRow(T* row, int columns) const;
 
-    T threshold_;
-    T foreground_;
-    T background_;
-    bool foregroundAbove_ = true;
+    T threshold;
+    T foreground;
+    T background;
+    bool foregroundAbove = true;
 };
 
 extern template class Thresholding0<char>;

@@ -11,9 +11,9 @@ template <class T>
 VoxelMatrix<T>::VoxelMatrix() = default;
 
 template <class T>
-VoxelMatrix<T>::VoxelMatrix(int size1, int size2, int size3)
+VoxelMatrix<T>::VoxelMatrix(int rows, int columns, int depth)
 {
-    setSize(size1, size2, size3);
+    setSize(rows, columns, depth);
 }
 
 template <class T>
@@ -53,9 +53,9 @@ template <class T>
 Vector<int> VoxelMatrix<T>::getSize() const
 {
     Vector<int> size(3);
-    size[0] = size1_;
-    size[1] = size2_;
-    size[2] = size3_;
+    size[0] = size1;
+    size[1] = size2;
+    size[2] = size3;
     return size;
 }
 
@@ -64,11 +64,11 @@ int VoxelMatrix<T>::getSize(int dimension) const
 {
     switch (dimension) {
     case 1:
-        return size1_;
+        return size1;
     case 2:
-        return size2_;
+        return size2;
     case 3:
-        return size3_;
+        return size3;
     }
     raise<ValueError>("unsigned int VoxelMatrix<T>::getSize(...) const",
                       "Invalid argument value (neither 1, 2 or 3)");
@@ -77,35 +77,35 @@ int VoxelMatrix<T>::getSize(int dimension) const
 template <class T>
 bool VoxelMatrix<T>::sameSizeAs(const VoxelMatrix& other) const
 {
-    return size1_ == other.size1_ && size2_ == other.size2_ && size3_ == other.size3_;
+    return size1 == other.size1 && size2 == other.size2 && size3 == other.size3;
 }
 
 /// False after `loadHeader`, which knows the sizes alone.
 template <class T>
 bool VoxelMatrix<T>::hasPlanes() const
 {
-    return planes_.size() == static_cast<std::size_t>(size3_);
+    return planes.size() == static_cast<std::size_t>(size3);
 }
 
 template <class T>
-void VoxelMatrix<T>::setSize(int size1, int size2, int size3)
+void VoxelMatrix<T>::setSize(int rows, int columns, int depth)
 {
-    if (size1 < 0 || size2 < 0 || size3 < 0) {
+    if (rows < 0 || columns < 0 || depth < 0) {
         raise<SizeError>("void VoxelMatrix<T>::setSize(...)", "Negative matrix size");
     }
-    if (size1 == size1_ && size2 == size2_ && size3 == size3_ && hasPlanes()) {
+    if (rows == size1 && columns == size2 && depth == size3 && hasPlanes()) {
         return;
     }
-    planes_.clear();
-    size1_ = size2_ = size3_ = 0;
-    std::vector<PixelMatrix<T>> planes(static_cast<std::size_t>(size3));
-    for (PixelMatrix<T>& plane : planes) {
-        plane.setSize(size1, size2);
+    planes.clear();
+    size1 = size2 = size3 = 0;
+    std::vector<PixelMatrix<T>> built(static_cast<std::size_t>(depth));
+    for (PixelMatrix<T>& plane : built) {
+        plane.setSize(rows, columns);
     }
-    planes_.swap(planes);
-    size1_ = size1;
-    size2_ = size2;
-    size3_ = size3;
+    planes.swap(built);
+    size1 = rows;
+    size2 = columns;
+    size3 = depth;
 }
 
 template <class T>
@@ -146,7 +146,7 @@ void VoxelMatrix<T>::setOnes()
 template <class T>
 void VoxelMatrix<T>::fill(const T& value)
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane.fill(value);
     }
 }
@@ -154,7 +154,7 @@ void VoxelMatrix<T>::fill(const T& value)
 template <class T>
 void VoxelMatrix<T>::apply(T (*f)(T))
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane.apply(f);
     }
 }
@@ -162,23 +162,23 @@ void VoxelMatrix<T>::apply(T (*f)(T))
 template <class T>
 void VoxelMatrix<T>::reverse()
 {
-    std::reverse(planes_.begin(), planes_.end());
+    std::reverse(planes.begin(), planes.end());
 }
 
 template <class T>
 void VoxelMatrix<T>::swap(VoxelMatrix& other)
 {
-    std::swap(size1_, other.size1_);
-    std::swap(size2_, other.size2_);
-    std::swap(size3_, other.size3_);
-    planes_.swap(other.planes_);
-    std::swap(calibration_, other.calibration_);
+    std::swap(size1, other.size1);
+    std::swap(size2, other.size2);
+    std::swap(size3, other.size3);
+    planes.swap(other.planes);
+    std::swap(calibration, other.calibration);
 }
 
 template <class T>
 void VoxelMatrix<T>::operator+=(T value)
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane += value;
     }
 }
@@ -186,7 +186,7 @@ void VoxelMatrix<T>::operator+=(T value)
 template <class T>
 void VoxelMatrix<T>::operator-=(T value)
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane -= value;
     }
 }
@@ -194,7 +194,7 @@ void VoxelMatrix<T>::operator-=(T value)
 template <class T>
 void VoxelMatrix<T>::operator*=(T value)
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane *= value;
     }
 }
@@ -202,7 +202,7 @@ void VoxelMatrix<T>::operator*=(T value)
 template <class T>
 void VoxelMatrix<T>::operator/=(T value)
 {
-    for (PixelMatrix<T>& plane : planes_) {
+    for (PixelMatrix<T>& plane : planes) {
         plane /= value;
     }
 }
@@ -220,7 +220,7 @@ void VoxelMatrix<T>::requireSizeOf(const VoxelMatrix& other,
 template <class T>
 void VoxelMatrix<T>::requireElements(const char* where, const char* what) const
 {
-    if (size1_ == 0 || size2_ == 0 || planes_.empty()) {
+    if (size1 == 0 || size2 == 0 || planes.empty()) {
         raise<SizeError>(where, what);
     }
 }
@@ -230,7 +230,7 @@ void VoxelMatrix<T>::operator+=(const VoxelMatrix& other)
 {
     requireSizeOf(other, "void VoxelMatrix<T>::operator+=(const VoxelMatrix&)",
                   "This matrix and matrix argument differ in size");
-    for (int k = 0; k < size3_; ++k) {
+    for (int k = 0; k < size3; ++k) {
         (*this)[k] += other[k];
     }
 }
@@ -240,7 +240,7 @@ void VoxelMatrix<T>::operator-=(const VoxelMatrix& other)
 {
     requireSizeOf(other, "void VoxelMatrix<T>::operator-=(const VoxelMatrix&)",
                   "This matrix and matrix argument differ in size");
-    for (int k = 0; k < size3_; ++k) {
+    for (int k = 0; k < size3; ++k) {
         (*this)[k] -= other[k];
     }
 }
@@ -250,8 +250,8 @@ void VoxelMatrix<T>::operator*=(const VoxelMatrix& other)
 {
     requireSizeOf(other, "void VoxelMatrix<T>::operator*=(const VoxelMatrix&)",
                   "This matrix and matrix argument differ in size");
-    for (int k = 0; k < size3_; ++k) {
-        for (int i = 0; i < size1_; ++i) {
+    for (int k = 0; k < size3; ++k) {
+        for (int i = 0; i < size1; ++i) {
             (*this)[k][i] *= other[k][i];
         }
     }
@@ -260,7 +260,7 @@ void VoxelMatrix<T>::operator*=(const VoxelMatrix& other)
 template <class T>
 bool VoxelMatrix<T>::operator==(const VoxelMatrix& other) const
 {
-    return sameSizeAs(other) && planes_ == other.planes_;
+    return sameSizeAs(other) && planes == other.planes;
 }
 
 template <class T>
@@ -273,8 +273,8 @@ template <class T>
 Vector<T> VoxelMatrix<T>::range() const
 {
     requireElements("Vector<T> VoxelMatrix<T>::range() const", "This matrix is empty.");
-    Vector<T> range = planes_.front().range();
-    for (const PixelMatrix<T>& plane : planes_) {
+    Vector<T> range = planes.front().range();
+    for (const PixelMatrix<T>& plane : planes) {
         const Vector<T> planeRange = plane.range();
         range[0] = std::min(range[0], planeRange[0]);
         range[1] = std::max(range[1], planeRange[1]);
@@ -287,12 +287,12 @@ template <class T>
 template <class Combine>
 PixelMatrix<T> VoxelMatrix<T>::projection(Combine combine) const
 {
-    PixelMatrix<T> result(planes_.front());
-    for (std::size_t k = 1; k < planes_.size(); ++k) {
-        for (int i = 0; i < size1_; ++i) {
+    PixelMatrix<T> result(planes.front());
+    for (std::size_t k = 1; k < planes.size(); ++k) {
+        for (int i = 0; i < size1; ++i) {
             T* out = result[i].data();
-            const T* in = planes_[k][i].data();
-            for (int j = 0; j < size2_; ++j) {
+            const T* in = planes[k][i].data();
+            for (int j = 0; j < size2; ++j) {
                 out[j] = combine(out[j], in[j]);
             }
         }
@@ -324,11 +324,11 @@ PixelMatrix<T> VoxelMatrix<T>::max() const
 template <class T>
 Vector<T> VoxelMatrix<T>::cat() const
 {
-    Vector<T> result(size1_ * size2_ * static_cast<int>(planes_.size()));
+    Vector<T> result(size1 * size2 * static_cast<int>(planes.size()));
     T* out = result.data();
-    for (const PixelMatrix<T>& plane : planes_) {
-        for (int i = 0; i < size1_; ++i) {
-            out = std::copy_n(plane[i].data(), size2_, out);
+    for (const PixelMatrix<T>& plane : planes) {
+        for (int i = 0; i < size1; ++i) {
+            out = std::copy_n(plane[i].data(), size2, out);
         }
     }
     return result;
@@ -338,10 +338,10 @@ template <class T>
 VoxelMatrix<T> VoxelMatrix<T>::copy(int i1, int i2, int j1, int j2, int k1, int k2) const
 {
     VoxelMatrix result(i2 - i1 + 1, j2 - j1 + 1, k2 - k1 + 1);
-    result.setVoxelCalibration(calibration_);
+    result.setVoxelCalibration(calibration);
     for (int k = k1; k <= k2; ++k) {
         for (int i = i1; i <= i2; ++i) {
-            std::copy_n((*this)[k][i].data() + j1, result.size2_, result[k - k1][i - i1].data());
+            std::copy_n((*this)[k][i].data() + j1, result.size2, result[k - k1][i - i1].data());
         }
     }
     return result;
@@ -350,12 +350,12 @@ VoxelMatrix<T> VoxelMatrix<T>::copy(int i1, int i2, int j1, int j2, int k1, int 
 template <class T>
 void VoxelMatrix<T>::paste(int i, int j, int k, const VoxelMatrix& other)
 {
-    if (i < 0 || j < 0 || k < 0 || i > size1_ - other.size1_ || j > size2_ - other.size2_ ||
-        k > size3_ - other.size3_) {
+    if (i < 0 || j < 0 || k < 0 || i > size1 - other.size1 || j > size2 - other.size2 ||
+        k > size3 - other.size3) {
         raise<SizeError>("void VoxelMatrix<T>::paste(...)",
                          "Cannot paste matrix at specified position");
     }
-    for (int plane = 0; plane < other.size3_; ++plane) {
+    for (int plane = 0; plane < other.size3; ++plane) {
         (*this)[k + plane].paste(i, j, other[plane]);
     }
 }
@@ -367,7 +367,7 @@ Vector<unsigned int> VoxelMatrix<T>::histogram(float origin, float step, unsigne
     const T width = static_cast<T>(step);
     const int count = static_cast<int>(std::min(bins, 0x7fffffffU));
     Vector<unsigned int> counts = Vector<T>().histogram(first, width, count);
-    for (const PixelMatrix<T>& plane : planes_) {
+    for (const PixelMatrix<T>& plane : planes) {
         counts += plane.histogram(first, width, count);
     }
     return counts;
@@ -381,7 +381,7 @@ Vector<unsigned int> VoxelMatrix<T>::histogram(float origin,
 {
     requireSizeOf(mask, "Vectorui VoxelMatrix<T>::histogram(...)", "Incompatible mask size");
     Vector<unsigned int> counts = VoxelMatrix().histogram(origin, step, bins);
-    for (int k = 0; k < size3_; ++k) {
+    for (int k = 0; k < size3; ++k) {
         counts += (*this)[k].histogram(origin, step, bins, mask[k]);
     }
     return counts;
@@ -393,15 +393,15 @@ void VoxelMatrix<T>::print(const std::string& title) const
     if (!title.empty()) {
         std::cout << title << '\n';
     }
-    for (std::size_t k = 0; k < planes_.size(); ++k) {
+    for (std::size_t k = 0; k < planes.size(); ++k) {
         std::cout << "-- Plane " << k << '\n';
-        for (int i = 0; i < size1_; ++i) {
-            for (int j = 0; j < size2_; ++j) {
+        for (int i = 0; i < size1; ++i) {
+            for (int j = 0; j < size2; ++j) {
                 std::cout << (j > 0 ? " " : "");
                 if constexpr (sizeof(T) == 1) {
-                    std::cout << static_cast<int>(planes_[k](i, j));
+                    std::cout << static_cast<int>(planes[k](i, j));
                 } else {
-                    std::cout << planes_[k](i, j);
+                    std::cout << planes[k](i, j);
                 }
             }
             std::cout << '\n';

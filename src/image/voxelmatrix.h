@@ -25,7 +25,7 @@ class VoxelMatrix
 public:
     /// Empty.
     VoxelMatrix();
-    VoxelMatrix(int size1, int size2, int size3);
+    VoxelMatrix(int rows, int columns, int depth);
 
     /// Calls `load`; an error that passes has this constructor in its call trail.
     explicit VoxelMatrix(const std::string& path);
@@ -36,11 +36,11 @@ public:
     VoxelMatrix& operator=(VoxelMatrix&& other) noexcept;
 
     /// Rows, columns, planes.
-    int getSize1() const { return size1_; }
+    int getSize1() const { return size1; }
 
-    int getSize2() const { return size2_; }
+    int getSize2() const { return size2; }
 
-    int getSize3() const { return size3_; }
+    int getSize3() const { return size3; }
 
     Vector<int> getSize() const;
 
@@ -50,19 +50,22 @@ public:
 
     /// Nothing if the sizes are these already; else the elements are lost and not initialised. A
     /// negative size raises `SizeError`.
-    void setSize(int size1, int size2, int size3);
+    void setSize(int rows, int columns, int depth);
     void setSize(const Vector<int>& size);
 
-    const VoxelCalibration& getVoxelCalibration() const { return calibration_; }
+    const VoxelCalibration& getVoxelCalibration() const { return calibration; }
 
-    void setVoxelCalibration(const VoxelCalibration& calibration) { calibration_ = calibration; }
+    void setVoxelCalibration(const VoxelCalibration& newCalibration)
+    {
+        calibration = newCalibration;
+    }
 
     /// The type number that files of this element type carry.
     int dataTypeId() const;
 
-    PixelMatrix<T>& operator[](int k) { return planes_[static_cast<std::size_t>(k)]; }
+    PixelMatrix<T>& operator[](int k) { return planes[static_cast<std::size_t>(k)]; }
 
-    const PixelMatrix<T>& operator[](int k) const { return planes_[static_cast<std::size_t>(k)]; }
+    const PixelMatrix<T>& operator[](int k) const { return planes[static_cast<std::size_t>(k)]; }
 
     T& operator()(int i, int j, int k) { return (*this)[k](i, j); }
 
@@ -74,7 +77,7 @@ public:
 
     bool contains(int i, int j, int k) const
     {
-        return i >= 0 && i < size1_ && j >= 0 && j < size2_ && k >= 0 && k < size3_;
+        return i >= 0 && i < size1 && j >= 0 && j < size2 && k >= 0 && k < size3;
     }
 
     bool contains(const Vector<int>& position) const;
@@ -169,29 +172,29 @@ private:
     void readTiff(const std::string& path, bool withElements);
     Header readHeader(std::ifstream& stream, const std::string& path, const char* where) const;
     void readRows(std::ifstream& stream, const std::string& path, const char* where);
-    void takeSizes(int size1, int size2, int size3, bool withElements);
+    void takeSizes(int rows, int columns, int depth, bool withElements);
     void saveUnderFormat1(std::ofstream& stream) const;
     std::string tiffDescription() const;
     void writeTiffPage(tiff* tif, int k, const std::string& description, bool compress) const;
 
-    int size1_ = 0;
-    int size2_ = 0;
-    int size3_ = 0;
-    std::vector<PixelMatrix<T>> planes_;
-    VoxelCalibration calibration_;
+    int size1 = 0;
+    int size2 = 0;
+    int size3 = 0;
+    std::vector<PixelMatrix<T>> planes;
+    VoxelCalibration calibration;
 };
 
 template <class T>
 template <class U>
 VoxelMatrix<U> VoxelMatrix<T>::toType() const
 {
-    VoxelMatrix<U> result(size1_, size2_, size3_);
-    result.setVoxelCalibration(calibration_);
-    for (std::size_t k = 0; k < planes_.size(); ++k) {
-        for (int i = 0; i < size1_; ++i) {
-            const T* source = planes_[k][i].data();
+    VoxelMatrix<U> result(size1, size2, size3);
+    result.setVoxelCalibration(calibration);
+    for (std::size_t k = 0; k < planes.size(); ++k) {
+        for (int i = 0; i < size1; ++i) {
+            const T* source = planes[k][i].data();
             U* target = result[static_cast<int>(k)][i].data();
-            for (int j = 0; j < size2_; ++j) {
+            for (int j = 0; j < size2; ++j) {
                 target[j] = static_cast<U>(source[j]);
             }
         }

@@ -148,16 +148,16 @@ void VoxelMatrix<T>::save(const std::string& path, bool overwrite) const
 template <class T>
 void VoxelMatrix<T>::saveUnderFormat1(std::ofstream& stream) const
 {
-    for (std::int32_t word : {0, 0, 0, currentVersion, dataTypeId(), size1_, size2_, size3_}) {
+    for (std::int32_t word : {0, 0, 0, currentVersion, dataTypeId(), size1, size2, size3}) {
         writeInteger(stream, word);
     }
-    writeInteger(stream, calibration_.getLengthUnit().getScale());
+    writeInteger(stream, calibration.getLengthUnit().getScale());
     for (int i = 0; i < 3; ++i) {
-        writeFloat(stream, calibration_.getVoxelSize()[i]);
+        writeFloat(stream, calibration.getVoxelSize()[i]);
     }
-    const std::streamsize bytes = static_cast<std::streamsize>(sizeof(T)) * size2_;
-    for (const PixelMatrix<T>& plane : planes_) {
-        for (int i = 0; i < size1_; ++i) {
+    const std::streamsize bytes = static_cast<std::streamsize>(sizeof(T)) * size2;
+    for (const PixelMatrix<T>& plane : planes) {
+        for (int i = 0; i < size1; ++i) {
             stream.write(reinterpret_cast<const char*>(plane[i].data()), bytes);
         }
     }
@@ -191,23 +191,23 @@ void VoxelMatrix<T>::read(const std::string& path, bool withElements, const char
     }
     const Header header = readHeader(stream, path, where);
     takeSizes(header.size1, header.size2, header.size3, withElements);
-    calibration_ = header.calibration;
+    calibration = header.calibration;
     if (withElements) {
         readRows(stream, path, where);
     }
 }
 
 template <class T>
-void VoxelMatrix<T>::takeSizes(int size1, int size2, int size3, bool withElements)
+void VoxelMatrix<T>::takeSizes(int rows, int columns, int depth, bool withElements)
 {
     if (withElements) {
-        setSize(size1, size2, size3);
+        setSize(rows, columns, depth);
         return;
     }
-    planes_.clear();
-    size1_ = size1;
-    size2_ = size2;
-    size3_ = size3;
+    planes.clear();
+    size1 = rows;
+    size2 = columns;
+    size3 = depth;
 }
 
 template <class T>
@@ -258,9 +258,9 @@ VoxelMatrix<T>::readHeader(std::ifstream& stream, const std::string& path, const
 template <class T>
 void VoxelMatrix<T>::readRows(std::ifstream& stream, const std::string& path, const char* where)
 {
-    const std::streamsize bytes = static_cast<std::streamsize>(sizeof(T)) * size2_;
-    for (PixelMatrix<T>& plane : planes_) {
-        for (int i = 0; i < size1_; ++i) {
+    const std::streamsize bytes = static_cast<std::streamsize>(sizeof(T)) * size2;
+    for (PixelMatrix<T>& plane : planes) {
+        for (int i = 0; i < size1; ++i) {
             if (!stream.read(reinterpret_cast<char*>(plane[i].data()), bytes)) {
                 raiseFile<FileReadError>(where, "The file can't be read to its end", path);
             }
@@ -277,18 +277,18 @@ void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
     const PixelCalibration& pixel = source.getPixelCalibration();
     LengthUnit unit;
     unit.setScale(pixel.getLengthUnit().getScale());
-    calibration_.setLengthUnit(unit);
-    calibration_.setVoxelHeight(pixel.getPixelWidth());
-    calibration_.setVoxelWidth(pixel.getPixelHeight());
-    calibration_.setVoxelDepth(source.getVoxelSizeZ());
+    calibration.setLengthUnit(unit);
+    calibration.setVoxelHeight(pixel.getPixelWidth());
+    calibration.setVoxelWidth(pixel.getPixelHeight());
+    calibration.setVoxelDepth(source.getVoxelSizeZ());
     if (!withElements) {
         return;
     }
-    for (int k = 0; k < size3_; ++k) {
+    for (int k = 0; k < size3; ++k) {
         Image0 image;
         source.setPlane(k);
         ImageReader().read(image, source);
-        if (image.getHeight() != size1_ || image.getWidth() != size2_) {
+        if (image.getHeight() != size1 || image.getWidth() != size2) {
             raiseFile<FileFormatError>("void VoxelMatrix<T>::load(const string&)",
                                        "The pages have different sizes", path);
         }
@@ -299,12 +299,12 @@ void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
 template <class T>
 std::string VoxelMatrix<T>::tiffDescription() const
 {
-    const LengthUnit& unit = calibration_.getLengthUnit();
+    const LengthUnit& unit = calibration.getLengthUnit();
     std::ostringstream text;
     text.imbue(std::locale::classic());
-    text << "ImageJ=1.47v\nimages=" << size3_ << "\nslices=" << size3_
+    text << "ImageJ=1.47v\nimages=" << size3 << "\nslices=" << size3
          << "\nunit=" << (unit.getScale() == -6 ? "micron" : unit.symbol())
-         << "\nspacing=" << std::fixed << std::setprecision(6) << calibration_.getVoxelDepth()
+         << "\nspacing=" << std::fixed << std::setprecision(6) << calibration.getVoxelDepth()
          << "\nloop=false";
     return text.str();
 }
@@ -320,7 +320,7 @@ void VoxelMatrix<T>::saveAsTiff(const std::string& path, bool compress, bool ove
         raiseFile<FileWriteError>(where, "Cannot open file for writing", path);
     }
     const std::string description = tiffDescription();
-    for (int k = 0; k < size3_; ++k) {
+    for (int k = 0; k < size3; ++k) {
         writeTiffPage(file.get(), k, description, compress);
     }
     file.close();
@@ -334,16 +334,16 @@ void VoxelMatrix<T>::writeTiffPage(tiff* tif,
                                    const std::string& description,
                                    bool compress) const
 {
-    const Vector<float>& voxelSize = calibration_.getVoxelSize();
-    TIFFSetField(tif, TIFFTAG_IMAGEWIDTH, size2_);
-    TIFFSetField(tif, TIFFTAG_IMAGELENGTH, size1_);
+    const Vector<float>& voxelSize = calibration.getVoxelSize();
+    TIFFSetField(tif, TIFFTAG_IMAGEWIDTH, size2);
+    TIFFSetField(tif, TIFFTAG_IMAGELENGTH, size1);
     TIFFSetField(tif, TIFFTAG_SAMPLESPERPIXEL, 1);
     TIFFSetField(tif, TIFFTAG_BITSPERSAMPLE, 8);
     TIFFSetField(tif, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     TIFFSetField(tif, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(tif, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
     TIFFSetField(tif, TIFFTAG_SUBFILETYPE, FILETYPE_REDUCEDIMAGE);
-    TIFFSetField(tif, TIFFTAG_PAGENUMBER, k, size3_);
+    TIFFSetField(tif, TIFFTAG_PAGENUMBER, k, size3);
     TIFFSetField(tif, TIFFTAG_IMAGEDESCRIPTION, description.c_str());
     TIFFSetField(tif, TIFFTAG_XRESOLUTION, 1.0F / voxelSize[1]);
     TIFFSetField(tif, TIFFTAG_YRESOLUTION, 1.0F / voxelSize[0]);
@@ -354,7 +354,7 @@ void VoxelMatrix<T>::writeTiffPage(tiff* tif,
     }
     Image0 image;
     (*this)[k].convertToImage(image, 8);
-    for (int i = 0; i < size1_; ++i) {
+    for (int i = 0; i < size1; ++i) {
         TIFFWriteScanline(tif, image.getPixels()[i], static_cast<std::uint32_t>(i), 0);
     }
     TIFFWriteDirectory(tif);

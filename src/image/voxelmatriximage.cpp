@@ -17,17 +17,17 @@ template <class T>
 Image2 VoxelMatrix<T>::toImage() const
 {
     using Sample = SampleOf<T>;
-    Image2 image(valueTypeOf<Sample>(), size1_, size2_, size3_, 1, 1, 1);
-    SpatialCalibration calibration;
-    calibration.setLengthUnit(calibration_.getLengthUnit());
-    calibration.setSize(calibration_.getVoxelSize());
-    image.setSpatialCalibration(calibration);
+    Image2 image(valueTypeOf<Sample>(), size1, size2, size3, 1, 1, 1);
+    SpatialCalibration spatial;
+    spatial.setLengthUnit(calibration.getLengthUnit());
+    spatial.setSize(calibration.getVoxelSize());
+    image.setSpatialCalibration(spatial);
     Vector<Sample> samples = image.asVector<Sample>(0, 0);
     Sample* out = samples.data();
-    for (const PixelMatrix<T>& plane : planes_) {
-        for (int i = 0; i < size1_; ++i) {
+    for (const PixelMatrix<T>& plane : planes) {
+        for (int i = 0; i < size1; ++i) {
             const T* row = plane[i].data();
-            for (int j = 0; j < size2_; ++j) {
+            for (int j = 0; j < size2; ++j) {
                 *out++ = static_cast<Sample>(row[j]);
             }
         }
