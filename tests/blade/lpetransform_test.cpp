@@ -1,0 +1,293 @@
+#include "blade/lpetransform.h"
+#include "system/exception.h"
+
+#include <queue>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <utility>
+
+namespace {
+
+using Pixel = std::pair<int, int>;
+using Image = std::map<Pixel, int>;
+
+/// The watershed again, in the plainest form: images are maps from pixels to values, so that a
+/// pixel outside is one that the map lacks.
+class NaiveWatershed
+{
+public:
+    Image run(const Image& markers, const Image& gradient)
+    {
+        level_ = gradient;
+        label_ = markers;
+        for (auto& [pixel, value] : level_) {
+            value = std::clamp(value, 0, 255);
+        }
+        labelMarkers();
+        for (const auto& [pixel, value] : label_) {
+            if (value != 0) {
+                waiting_[level_[pixel]].push(pixel);
+            }
+        }
+        flood();
+        settleCollisions();
+        return label_;
+    }
+
+private:
+    void labelMarkers()
+    {
+        for (auto& [pixel, value] : label_) {
+            value = value > 0 ? -2 : 0;
+        }
+        int next = 1;
+        for (const auto& [pixel, value] : label_) {
+            if (value == -2) {
+                fill(pixel, next);
+                next += 2;
+            }
+        }
+    }
+
+    void fill(Pixel start, int label)
+    {
+        std::queue<Pixel> list;
+        list.push(start);
+        label_[start] = label;
+        while (!list.empty()) {
+            const auto [row, column] = list.front();
+            list.pop();
+            for (int i = row - 1; i <= row + 1; ++i) {
+                for (int j = column - 1; j <= column + 1; ++j) {
+                    const auto found = label_.find({i, j});
+                    if (found != label_.end() && found->second == -2) {
+                        found->second = label;
+                        list.push({i, j});
+                    }
+                }
+            }
+        }
+    }
+
+    void flood()
+    {
+        for (current_ = 0; current_ < 256; ++current_) {
+            serve(waiting_[current_], 1);
+            if (!deferred_.empty()) {
+                ++current_;
+                serve(deferred_, 2);
+                --current_;
+            }
+        }
+    }
+
+    void serve(std::queue<Pixel>& queue, int round)
+    {
+        while (!queue.empty()) {
+            const Pixel pixel = queue.front();
+            queue.pop();
+            if (label_[pixel] == -1) {
+                level_[pixel] = current_;
+                continue;
+            }
+            ++label_[pixel];
+            const auto [row, column] = pixel;
+            for (const Pixel& neighbour : {Pixel(row - 1, column), Pixel(row, column - 1),
+                                           Pixel(row, column + 1), Pixel(row + 1, column)}) {
+                if (label_.count(neighbour)) {
+                    visit(pixel, neighbour, round);
+                }
+            }
+            if (round > 1) {
+                level_[pixel] = current_;
+            }
+        }
+    }
+
+    void visit(Pixel pixel, Pixel neighbour, int round)
+    {
+        int& label = label_[neighbour];
+        int& level = level_[neighbour];
+        if (label == 0) {
+            label = label_[pixel] - 1;
+            if (level > current_) {
+                waiting_[level].push(neighbour);
+            } else {
+                deferred_.push(neighbour);
+                level = round + 256;
+            }
+        } else if (label % 2 == 1 && label != label_[pixel] - 1 && level != level_[pixel]) {
+            label = -1;
+            collisions_.push(neighbour);
+        }
+    }
+
+    void settleCollisions()
+    {
+        bool settled = true;
+        while (settled && !collisions_.empty()) {
+            settled = false;
+            for (std::size_t k = collisions_.size(); k > 0; --k) {
+                const Pixel pixel = collisions_.front();
+                collisions_.pop();
+                const int label = labelBeside(pixel);
+                label_[pixel] = label;
+                settled = settled || label != -1;
+                if (label == -1) {
+                    collisions_.push(pixel);
+                }
+            }
+        }
+    }
+
+    int labelBeside(Pixel pixel) const
+    {
+        for (int dj = -1; dj <= 1; ++dj) {
+            for (int di = -1; di <= 1; ++di) {
+                const auto found = label_.find({pixel.first + di, pixel.second + dj});
+                if (found != label_.end() && found->second != -1) {
+                    return found->second;
+                }
+            }
+        }
+        return -1;
+    }
+
+    Image label_;
+    Image level_;
+    std::map<int, std::queue<Pixel>> waiting_;
+    std::queue<Pixel> deferred_;
+    std::queue<Pixel> collisions_;
+    int current_ = 0;
+};
+
+Image toMap(const PixelMatrix<int>& matrix)
+{
+    Image image;
+    for (int i = 0; i < matrix.getSize1(); ++i) {
+        for (int j = 0; j < matrix.getSize2(); ++j) {
+            image[{i, j}] = matrix[i][j];
+        }
+    }
+    return image;
+}
+
+PixelMatrix<int> constant(int rows, int columns, int value)
+{
+    PixelMatrix<int> matrix(rows, columns);
+    matrix.fill(value);
+    return matrix;
+}
+
+PixelMatrix<int> watershed(PixelMatrix<int> marker, PixelMatrix<int> gradient)
+{
+    LPETransform transform;
+    transform.setMarker(marker);
+    transform.apply(gradient);
+    return gradient;
+}
+
+} // namespace
+
+TEST(LPETransform, AgreesWithThePlainFormOnRandomImages)
+{
+    std::mt19937 generator(11);
+    // Few levels make plateaus and collisions, many make none; values outside the levels count as
+    // the nearest level.
+    const std::pair<int, int> ranges[] = {{0, 0}, {0, 1}, {0, 4}, {0, 40}, {-60, 400}};
+    for (int k = 0; k < 600; ++k) {
+        const int rows = 1 + static_cast<int>(generator() % 24);
+        const int columns = 1 + static_cast<int>(generator() % 24);
+        const auto [lowest, highest] = ranges[k % 5];
+        std::uniform_int_distribution<int> values(lowest, highest);
+        PixelMatrix<int> marker(rows, columns);
+        PixelMatrix<int> gradient(rows, columns);
+        const unsigned density = 2 + generator() % 60;
+        for (int i = 0; i < rows; ++i) {
+            for (int j = 0; j < columns; ++j) {
+                marker[i][j] = generator() % density == 0 ? 1 + static_cast<int>(generator() % 7000)
+                                                          : -static_cast<int>(generator() % 3);
+                gradient[i][j] = values(generator);
+            }
+        }
+        marker[0][0] = 6000;
+        const Image expected = NaiveWatershed().run(toMap(marker), toMap(gradient));
+        ASSERT_EQ(toMap(watershed(marker, gradient)), expected)
+            << "image " << k << ", " << rows << " x " << columns;
+    }
+}
+
+TEST(LPETransform, ASecondApplicationStartsAfresh)
+{
+    PixelMatrix<int> marker = constant(6, 9, 0);
+    marker[2][1] = 1;
+    marker[4][7] = 1;
+    PixelMatrix<int> gradient = constant(6, 9, 12);
+    gradient[3][4] = 200;
+    LPETransform transform;
+    PixelMatrix<int> first = gradient;
+    transform.setMarker(marker);
+    transform.apply(first);
+    PixelMatrix<int> second = gradient;
+    transform.setMarker(marker);
+    transform.apply(second);
+    EXPECT_EQ(toMap(first), toMap(second));
+}
+
+TEST(LPETransform, BasinsMeetOnTheCrestBetweenTheirMarkers)
+{
+    PixelMatrix<int> marker = constant(20, 41, 0);
+    PixelMatrix<int> gradient = constant(20, 41, 5);
+    for (int i = 0; i < 20; ++i) {
+        gradient[i][20] = 90;
+        gradient[i][19] = gradient[i][21] = 40;
+    }
+    marker[3][2] = marker[15][38] = 255;
+    const PixelMatrix<int> labels = watershed(marker, gradient);
+    for (int i = 0; i < 20; ++i) {
+        for (int j = 0; j < 41; ++j) {
+            if (j != 20) {
+                EXPECT_EQ(labels[i][j], j < 20 ? 2 : 4) << i << ", " << j;
+            }
+        }
+    }
+}
+
+TEST(LPETransform, EveryPixelEndsInABasinAndASingleMarkerTakesAll)
+{
+    std::mt19937 generator(3);
+    PixelMatrix<int> gradient(40, 30);
+    PixelMatrix<int> marker = constant(40, 30, 0);
+    for (int i = 0; i < 40; ++i) {
+        for (int j = 0; j < 30; ++j) {
+            gradient[i][j] = static_cast<int>(generator() % 256);
+        }
+    }
+    marker[39][0] = marker[38][1] = 7; // one marker: they touch at a corner
+    EXPECT_EQ(toMap(watershed(marker, gradient)), toMap(constant(40, 30, 2)));
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(toMap(watershed(constant(9, 8, 1), constant(9, 8, 5))), toMap(constant(9, 8, 2)));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    marker[0][29] = marker[20][15] = 7;
+    for (const auto& [pixel, label] : toMap(watershed(marker, constant(40, 30, 9)))) {
+        EXPECT_TRUE(label == 2 || label == 4 || label == 6) << label;
+    }
+}
+
+TEST(LPETransform, WithoutAMarkerItSaysSoAndLabelsNothing)
+{
+    testing::internal::CaptureStdout();
+    const PixelMatrix<int> labels = watershed(constant(4, 5, 0), constant(4, 5, 3));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "fonction LPE : pas de pixel empiler lors de l'initialisation\n");
+    EXPECT_EQ(toMap(labels), toMap(constant(4, 5, 0)));
+}
+
+TEST(LPETransform, AMarkerImageOfAnotherSizeIsRefused)
+{
+    EXPECT_THROW(watershed(constant(4, 5, 1), constant(5, 4, 1)), SizeError);
+}
