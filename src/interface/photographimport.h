@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+/// Takes photographs that are not TIFF files, which is all that slices can be made of: a PNG or JPEG
+/// photograph is converted once, to a TIFF file beside the stack.
+class PhotographImport
+{
+public:
+    /// The file has a TIFF file's suffix, "tif" or "tiff" in either case, and is used where it lies.
+    static bool isTiff(const std::string& path);
+
+    /// Where the conversion of a photograph goes: its full file name and ".tif", in `folder`.
+    static std::string convertedName(const std::string& photograph, const std::string& folder);
+
+    /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file.
+    /// A resolution that the photograph states becomes the TIFF file's calibration, in centimetres.
+    ///
+    /// A conversion that is newer than the photograph is used as it stands; `note` then tells if it
+    /// holds another picture, and is empty in all other cases. Raises `FileReadError` for a file
+    /// that can't be read, `FileFormatError` for one that is damaged or neither PNG nor JPEG,
+    /// `FileWriteError` for a conversion that can't be written.
+    static std::string
+    convert(const std::string& photograph, const std::string& folder, std::string& note);
+};

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "image/lengthunit.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+class LMXStack;
+class PixelCalibration;
+class Stack;
+
+/// Makes a stack of photographs: one slice per file in the order given, each named after its file
+/// without suffix. TIFF files are used where they lie, others are converted (`PhotographImport`).
+///
+/// All slices of a stack have one length unit, to which the calibration of each file is converted.
+/// A calibration counts if it has a unit and a width above 0; a slice without one has pixels of
+/// width 1. Pixels that are not square keep their aspect ratio, and their width is that of the
+/// square pixels which a slice shows. A width is rounded to what a stack file holds, so that a stack
+/// just made gives the same measures as one read from its file.
+class StackBuilder
+{
+public:
+    StackBuilder();
+
+    /// Micrometres unless set.
+    void setLengthUnit(const LengthUnit& unit) { unit_ = unit; }
+
+    /// The width of the pixels of all photographs, in the unit, in place of what the files state.
+    void setPixelWidth(float width) { pixelWidth_ = width; }
+
+    /// The folder for conversions, that of the stack file; the current one if empty.
+    void setFolder(const std::string& folder) { folder_ = folder; }
+
+    /// Appends the slices to the stack. Raises `NameError` for two photographs of one name,
+    /// `ValueError` for a name that a stack file can't hold, and the errors of the image readers; the
+    /// stack then has the slices up to there.
+    void build(LMXStack& stack, const std::vector<std::string>& photographs);
+
+    /// What the last `build` has to tell about its files, a sentence each.
+    const std::vector<std::string>& getNotes() const { return notes_; }
+
+    /// What a user should know about the pixel sizes of a stack, a sentence each: slices without
+    /// one, and sizes or units that differ in kind.
+    static std::vector<std::string> calibrationNotes(const Stack& stack);
+
+    /// The slice has a pixel size of its own.
+    static bool isCalibrated(const PixelCalibration& calibration);
+
+private:
+    void append(LMXStack& stack, const std::string& photograph);
+    PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
+
+    LengthUnit unit_;
+    std::optional<float> pixelWidth_;
+    std::string folder_;
+    std::vector<std::string> notes_;
+};
