@@ -112,7 +112,7 @@ public:
 
 protected:
     /// Ends each statement, behind the semicolon.
-    static const std::string EOL;
+    static constexpr const char* EOL = "\n";
 
     std::vector<std::string> log;
     int numFatalErrors = 0;

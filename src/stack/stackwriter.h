@@ -5,8 +5,11 @@
 #include <ostream>
 #include <string>
 
+class Model;
+class ModelItem;
 class PixelCalibration;
 class Stack;
+class StackSlice;
 
 template <class T>
 class VoxelMatrix;
@@ -14,9 +17,10 @@ class VoxelMatrix;
 /// Writes stack description files.
 ///
 /// Numbers have up to 6 significant digits and a decimal point in every locale. What the format has
-/// no form for raises an error before it could spoil the file: a name that holds a double quote or a
-/// line feed, and a number that is not finite, `ValueError`; a slice without an image source or on a
-/// plane of an LSM file, `ProgramError`; an item without a slice, `ProgramError`.
+/// no form for raises an error: `ValueError` a name that holds a double quote or a line break (or a
+/// semicolon, of a mosaic's tile) and a number that is not finite; `ProgramError` a slice without an
+/// image source or on a plane of an LSM file. An item whose slice is not in the stack is left out,
+/// with a message in the log.
 class StackWriter : public StackIO
 {
 public:
@@ -35,9 +39,9 @@ public:
     void writePoses(const Stack& stack, std::ostream& stream);
 
     /// Turns a volume into a stack on disk, one slice per plane: the planes as 8-bit files
-    /// `<imagesFolder><name>_000.tif` and so on, each from the smallest value as 0 to the largest
-    /// as 255, over older ones, and the description `<stackFolder><name>.sdf`. `spacing` is the
-    /// distance of the slices. `FileWriteError` where one of them can't be written.
+    /// `<imagesFolder><name>_000.tif` and so on, their values truncated to bytes, and the
+    /// description `<stackFolder><name>.sdf`, all of them over older ones. `spacing` is the distance
+    /// of the slices. `FileWriteError` where one of the files can't be written.
     template <class T>
     void saveAsStack(const VoxelMatrix<T>& matrix,
                      const std::string& name,
@@ -45,11 +49,39 @@ public:
                      const std::string& stackFolder,
                      const PixelCalibration& calibration,
                      float spacing);
+
+private:
+    void writeHeader(const Stack& stack, std::ostream& stream);
+    void writeSource(const StackSlice& slice,
+                     const Stack& stack,
+                     const std::string& folder,
+                     std::string& lastFolder,
+                     std::ostream& stream);
+    void writeModel(const Model& model, std::ostream& stream);
+    void writeItem(const ModelItem& item, const Model& model, std::ostream& stream);
 };
 
-// clang-format off
-extern template void StackWriter::saveAsStack(const VoxelMatrix<int>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
-extern template void StackWriter::saveAsStack(const VoxelMatrix<float>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
-extern template void StackWriter::saveAsStack(const VoxelMatrix<double>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
-extern template void StackWriter::saveAsStack(const VoxelMatrix<long double>&, const std::string&, const std::string&, const std::string&, const PixelCalibration&, float);
-// clang-format on
+extern template void StackWriter::saveAsStack(const VoxelMatrix<int>&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const PixelCalibration&,
+                                              float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<float>&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const PixelCalibration&,
+                                              float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<double>&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const PixelCalibration&,
+                                              float);
+extern template void StackWriter::saveAsStack(const VoxelMatrix<long double>&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const std::string&,
+                                              const PixelCalibration&,
+                                              float);
