@@ -33,7 +33,7 @@ public:
             destroySlice(slices_.begin()->first);
         }
         for (auto& entry : items_) {
-            delete entry.second.item;
+            delete entry.second;
         }
     }
 
@@ -51,7 +51,7 @@ public:
         } else if (operation == 3 && draw(2) == 0) {
             destroySlice(any(slices_));
         } else if (operation <= 5 || items_.empty()) {
-            items_[next_++].item = new ModelItem;
+            items_[next_++] = new ModelItem;
         } else {
             changeItem(operation, any(items_));
         }
@@ -80,19 +80,19 @@ private:
         std::vector<int> list;
     };
 
-    struct Item
-    {
-        ModelItem* item = nullptr;
-        int model = -1;
-        int slice = -1;
-    };
-
     int draw(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
 
     template <class Map>
     int any(const Map& map)
     {
         return std::next(map.begin(), draw(static_cast<int>(map.size())))->first;
+    }
+
+    template <class Map, class Owner>
+    static auto find(Map& owners, const Owner* owner)
+    {
+        return std::find_if(owners.begin(), owners.end(),
+                            [owner](const auto& entry) { return entry.second.owner == owner; });
     }
 
     static void add(std::vector<int>& list, int id)
@@ -124,8 +124,8 @@ private:
         const std::vector<int> doomed = owners[id].list;
         delete owners[id].owner;
         owners.erase(id);
-        for (const int item : doomed) {
-            forget(item);
+        for (const int itemId : doomed) {
+            forget(itemId);
         }
     }
 
@@ -135,9 +135,10 @@ private:
 
     void changeItem(int operation, int id)
     {
-        Item& entry = items_[id];
-        const auto model = models_.find(entry.model);
-        const auto slice = slices_.find(entry.slice);
+        ModelItem& item = *items_[id];
+        // By address: a new owner may stand where the one that the item names has died.
+        const auto model = find(models_, item.getModel());
+        const auto slice = find(slices_, item.getSlice());
         const bool modelLives = model != models_.end();
         const bool sliceLives = slice != slices_.end();
         switch (operation) {
@@ -145,29 +146,27 @@ private:
             if (modelLives) {
                 remove(model->second.list, id);
             }
-            entry.model = any(models_);
-            entry.item->setModel(*models_[entry.model].owner);
+            item.setModel(*models_[any(models_)].owner);
             break;
         case 7:
             if (sliceLives) {
                 remove(slice->second.list, id);
             }
-            entry.slice = any(slices_);
-            entry.item->setSlice(*slices_[entry.slice].owner);
+            item.setSlice(*slices_[any(slices_)].owner);
             break;
         case 8:
-            delete entry.item;
+            delete &item;
             forget(id);
             break;
         case 9: {
             const int target = any(slices_);
-            slices_[target].owner->addItem(*entry.item);
+            slices_[target].owner->addItem(item);
             add(slices_[target].list, id);
             break;
         }
         case 10: {
             const int target = any(models_);
-            models_[target].owner->removeItem(*entry.item);
+            models_[target].owner->removeItem(item);
             remove(models_[target].list, id);
             break;
         }
@@ -179,11 +178,10 @@ private:
             }
             break;
         case 12:
-            items_[next_] = {new ModelItem(*entry.item), entry.model, entry.slice};
-            ++next_;
+            items_[next_++] = new ModelItem(item);
             break;
         case 13: // also with a model or slice that is gone
-            entry.item->detach();
+            item.detach();
             if (modelLives) {
                 remove(model->second.list, id);
             }
@@ -192,8 +190,8 @@ private:
             }
             break;
         default:
-            if ((entry.model < 0 || modelLives) && (entry.slice < 0 || sliceLives)) {
-                entry.item->attach();
+            if ((!item.getModel() || modelLives) && (!item.getSlice() || sliceLives)) {
+                item.attach();
                 if (modelLives) {
                     add(model->second.list, id);
                 }
@@ -209,7 +207,7 @@ private:
     {
         ASSERT_EQ(listed.owner->getNumItems(), static_cast<int>(listed.list.size()));
         for (std::size_t i = 0; i < listed.list.size(); ++i) {
-            ASSERT_EQ(&listed.owner->getItem(static_cast<int>(i)), items_.at(listed.list[i]).item);
+            ASSERT_EQ(&listed.owner->getItem(static_cast<int>(i)), items_.at(listed.list[i]));
         }
     }
 
@@ -218,7 +216,7 @@ private:
         std::vector<ModelItem*> expected;
         for (const int id : model.list) {
             if (std::find(slice.list.begin(), slice.list.end(), id) != slice.list.end()) {
-                expected.push_back(items_.at(id).item);
+                expected.push_back(items_.at(id));
             }
         }
         std::sort(expected.begin(), expected.end(), std::less<ModelItem*>());
@@ -229,7 +227,7 @@ private:
     int next_ = 0;
     std::map<int, Listed<Model>> models_;
     std::map<int, Listed<StackSlice>> slices_;
-    std::map<int, Item> items_;
+    std::map<int, ModelItem*> items_;
 };
 
 ModelItem& newItem(Model& model, StackSlice& slice)
