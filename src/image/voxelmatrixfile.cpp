@@ -273,7 +273,6 @@ void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
 {
     ImageSourceTiffStackPlane source;
     source.setTiffStackFilename(path);
-    takeSizes(source.getSize1(), source.getSize2(), source.getNumImages(), withElements);
     const PixelCalibration& pixel = source.getPixelCalibration();
     LengthUnit unit;
     unit.setScale(pixel.getLengthUnit().getScale());
@@ -281,13 +280,19 @@ void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
     calibration.setVoxelHeight(pixel.getPixelWidth());
     calibration.setVoxelWidth(pixel.getPixelHeight());
     calibration.setVoxelDepth(source.getVoxelSizeZ());
+    const int pages = source.getNumImages();
     if (!withElements) {
+        takeSizes(source.getSize1(), source.getSize2(), pages, false);
         return;
     }
-    for (int k = 0; k < size3; ++k) {
+    for (int k = 0; k < pages; ++k) {
         Image0 image;
         source.setPlane(k);
         ImageReader().read(image, source);
+        // The first page has shown by now that the file holds what it claims.
+        if (k == 0) {
+            setSize(image.getHeight(), image.getWidth(), pages);
+        }
         if (image.getHeight() != size1 || image.getWidth() != size2) {
             raiseFile<FileFormatError>("void VoxelMatrix<T>::load(const string&)",
                                        "The pages have different sizes", path);
