@@ -1,0 +1,162 @@
+#include "interface/photographimport.h"
+
+#include "image/image0.h"
+#include "image/imagereader.h"
+#include "image/imagewriter.h"
+#include "interface/qimageconversion.h"
+#include "system/exception.h"
+#include "system/fileinfo.h"
+
+#include <QImage>
+#include <QImageReader>
+#include <QString>
+
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* const where = "string PhotographImport::convert(const string&, const string&, string&)";
+
+/// Keeps what Qt's image readers say of a damaged file, which they read to its end all the same.
+/// libjpeg tells of missing data by a warning and makes up the rest.
+class DecoderWarnings
+{
+public:
+    DecoderWarnings()
+        : outer_(qInstallMessageHandler(take))
+    {
+        damage_.clear();
+    }
+
+    ~DecoderWarnings() { qInstallMessageHandler(outer_); }
+
+    DecoderWarnings(const DecoderWarnings&) = delete;
+    DecoderWarnings& operator=(const DecoderWarnings&) = delete;
+
+    const QString& damage() const { return damage_; }
+
+private:
+    static void take(QtMsgType, const QMessageLogContext&, const QString& text)
+    {
+        if (damage_.isEmpty() && (text.startsWith("Premature end") || text.contains("Corrupt"))) {
+            damage_ = text;
+        }
+    }
+
+    static QString damage_;
+    QtMessageHandler outer_;
+};
+
+QString DecoderWarnings::damage_;
+
+QImage decode(const std::string& photograph)
+{
+    QImageReader reader;
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoDetectImageFormat(true);
+    reader.setAutoTransform(true);
+    reader.setFileName(QString::fromStdString(photograph));
+    const QByteArray format = reader.format();
+    if (!reader.device() || !reader.device()->isOpen()) {
+        raiseFile<FileReadError>(
+            where, "Cannot open the photograph: no such file, or no permission", photograph);
+    }
+    if (format != "png" && format != "jpeg") {
+        raiseFile<FileFormatError>(where, "The photograph is neither TIFF, PNG nor JPEG",
+                                   photograph);
+    }
+    const DecoderWarnings warnings;
+    const QImage picture = reader.read();
+    if (picture.isNull()) {
+        raiseFile<FileFormatError>(
+            where, "Cannot read the photograph: " + reader.errorString().toStdString(), photograph);
+    }
+    if (!warnings.damage().isEmpty()) {
+        raiseFile<FileFormatError>(
+            where, "The photograph is damaged: " + warnings.damage().toStdString(), photograph);
+    }
+    return picture;
+}
+
+/// In centimetres if the picture states its resolution. One that it does not state is that of a
+/// picture made from nothing.
+PixelCalibration statedCalibration(const QImage& picture)
+{
+    PixelCalibration calibration;
+    const QImage fresh(1, 1, picture.format());
+    const int across = picture.dotsPerMeterX();
+    const int down = picture.dotsPerMeterY();
+    if (across <= 0 || down <= 0 ||
+        (across == fresh.dotsPerMeterX() && down == fresh.dotsPerMeterY())) {
+        return calibration;
+    }
+    LengthUnit centimetre;
+    centimetre.setScale(-2);
+    calibration.setLengthUnit(centimetre);
+    calibration.setPixelWidth(100.0F / static_cast<float>(across));
+    calibration.setPixelHeight(100.0F / static_cast<float>(down));
+    calibration.compute();
+    return calibration;
+}
+
+bool samePixels(const Image0& a, const Image0& b)
+{
+    return a.getWidth() == b.getWidth() && a.getHeight() == b.getHeight() &&
+           a.getDepth() == b.getDepth() &&
+           std::memcmp(a.getData(), b.getData(), a.dataLength()) == 0;
+}
+
+bool isNewer(const std::string& file, const std::string& than)
+{
+    std::error_code missing;
+    const auto own = fs::last_write_time(file, missing);
+    if (missing) {
+        return false;
+    }
+    const auto other = fs::last_write_time(than, missing);
+    return !missing && own > other;
+}
+
+} // namespace
+
+bool PhotographImport::isTiff(const std::string& path)
+{
+    const QString suffix = QString::fromStdString(FileInfo::suffixName(path)).toLower();
+    return suffix == "tif" || suffix == "tiff";
+}
+
+std::string PhotographImport::convertedName(const std::string& photograph,
+                                            const std::string& folder)
+{
+    const std::string name = FileInfo::fileName(photograph) + ".tif";
+    const bool separated = folder.empty() || folder.back() == '/';
+    return folder + (separated ? "" : "/") + name;
+}
+
+std::string PhotographImport::convert(const std::string& photograph,
+                                      const std::string& folder,
+                                      std::string& note)
+{
+    note.clear();
+    const QImage picture = decode(photograph);
+    Image0 image = toImage0(picture);
+    const std::string path = convertedName(photograph, folder);
+    if (isNewer(path, photograph)) {
+        Image0 present;
+        ImageReader().read(present, path);
+        if (!samePixels(image, present)) {
+            note = path + " is newer than " + photograph +
+                   " and holds another picture; it is used as it stands";
+        }
+        return path;
+    }
+    ImageHeader header = image.getHeader();
+    header.setPixelCalibration(statedCalibration(picture));
+    image.setHeader(header);
+    ImageWriter().write(image, path, true);
+    return path;
+}

@@ -1,0 +1,159 @@
+#include "interface/stackbuilder.h"
+
+#include "image/imagesourcefile.h"
+#include "image/pixelcalibration.h"
+#include "interface/lmxstack.h"
+#include "interface/photographimport.h"
+#include "stack/stackslice.h"
+#include "system/exception.h"
+#include "system/fileinfo.h"
+
+#include <charconv>
+#include <cmath>
+#include <memory>
+
+namespace {
+
+constexpr int micrometres = -6;
+const char* const where = "void StackBuilder::build(LMXStack&, const vector<string>&)";
+
+/// The value as the text of a stack file brings it back.
+float asWritten(double value)
+{
+    char text[64];
+    const auto end = std::to_chars(text, text + sizeof text, static_cast<float>(value),
+                                   std::chars_format::general, 6);
+    float read = 0.0F;
+    std::from_chars(text, end.ptr, read);
+    return read;
+}
+
+bool isSize(float value)
+{
+    return std::isfinite(value) && value > 0.0F;
+}
+
+std::string list(const std::vector<std::string>& names)
+{
+    constexpr std::size_t shown = 5;
+    std::string text;
+    for (std::size_t i = 0; i < names.size() && i < shown; ++i) {
+        text += (i == 0 ? "" : ", ") + names[i];
+    }
+    return names.size() > shown ? text + " and " + std::to_string(names.size() - shown) + " more"
+                                : text;
+}
+
+void checkName(const std::string& name, const std::string& photograph)
+{
+    if (name.find_first_of("\"\n\r") != std::string::npos) {
+        raise<ValueError>(where, photograph + ": a stack file can't hold a name with a double "
+                                              "quote or a line break");
+    }
+}
+
+} // namespace
+
+StackBuilder::StackBuilder()
+{
+    unit_.setScale(micrometres);
+}
+
+void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photographs)
+{
+    notes_.clear();
+    stack.setLengthUnit(unit_);
+    for (const std::string& photograph : photographs) {
+        append(stack, photograph);
+    }
+    // What the slices have in common is the default of the stack.
+    if (stack.getNumSlices() > 0) {
+        const PixelCalibration& first = stack.getFirstSlice().getPixelCalibration();
+        bool common = true;
+        for (int i = 1; i < stack.getNumSlices(); ++i) {
+            common = common && stack.getSlice(i).getPixelCalibration() == first;
+        }
+        if (common) {
+            stack.setDefaultPixelCalibration(first);
+        }
+    }
+}
+
+void StackBuilder::append(LMXStack& stack, const std::string& photograph)
+{
+    const std::string name = FileInfo::baseName(photograph);
+    checkName(name, photograph);
+    checkName(FileInfo::fileName(photograph), photograph);
+    if (stack.findSlice(name) >= 0) {
+        raise<NameError>(where, photograph + ": the stack has a slice \"" + name +
+                                    "\" already; two photographs can't have one name");
+    }
+    std::string file = photograph;
+    if (!PhotographImport::isTiff(photograph)) {
+        std::string note;
+        file = PhotographImport::convert(photograph, folder_, note);
+        if (!note.empty()) {
+            notes_.push_back(note);
+        }
+    }
+    const ImageSourceFile source(file);
+    auto slice = std::make_unique<StackSlice>();
+    slice->setName(name);
+    slice->setImageSource(source);
+    slice->setPixelCalibration(sliceCalibration(source.getPixelCalibration()));
+    slice->setStack(stack);
+    stack.addSlice(*slice.release());
+}
+
+PixelCalibration StackBuilder::sliceCalibration(const PixelCalibration& stated) const
+{
+    PixelCalibration calibration;
+    calibration.setLengthUnit(unit_);
+    const float ratio = isSize(stated.getAspectRatio()) ? stated.getAspectRatio() : 1.0F;
+    double width = 1.0;
+    if (pixelWidth_) {
+        width = double(*pixelWidth_) * std::max(1.0F, ratio);
+    } else if (isCalibrated(stated)) {
+        const int powers = stated.getLengthUnit().getScale() - unit_.getScale();
+        width = double(stated.getPixelWidth()) * std::max(1.0F, ratio) * std::pow(10.0, powers);
+    }
+    calibration.setPixelWidth(asWritten(width));
+    calibration.setAspectRatio(asWritten(ratio));
+    calibration.compute();
+    return calibration;
+}
+
+bool StackBuilder::isCalibrated(const PixelCalibration& calibration)
+{
+    return calibration.getLengthUnit().getScale() != 0 && isSize(calibration.getPixelWidth());
+}
+
+std::vector<std::string> StackBuilder::calibrationNotes(const Stack& stack)
+{
+    std::vector<std::string> notes;
+    std::vector<std::string> uncalibrated;
+    std::vector<std::string> otherUnit;
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const StackSlice& slice = stack.getSlice(i);
+        const PixelCalibration& calibration = slice.getPixelCalibration();
+        // A stack file can't tell "no size" from "1".
+        if (!isSize(calibration.getPixelWidth()) || calibration.getPixelWidth() == 1.0F) {
+            uncalibrated.push_back(slice.getName());
+        } else if (calibration.getLengthUnit() != stack.getLengthUnit()) {
+            otherUnit.push_back(slice.getName());
+        }
+    }
+    const auto slices = static_cast<std::size_t>(stack.getNumSlices());
+    for (const std::string& name : uncalibrated) {
+        notes.push_back("slice " + name + " has no pixel size; its lengths are in pixels");
+    }
+    if (!uncalibrated.empty() && uncalibrated.size() < slices) {
+        notes.push_back("the stack mixes slices with and without pixel size; its lengths can't be "
+                        "compared");
+    }
+    if (!otherUnit.empty()) {
+        notes.push_back("the stack mixes length units: " + list(otherUnit) +
+                        " not in its own unit, " + stack.getLengthUnit().symbol());
+    }
+    return notes;
+}
