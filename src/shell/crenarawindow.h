@@ -1,5 +1,6 @@
 #pragma once
 
+#include "blade/stagegates.h"
 #include "shell/extractsinuslocalcurvatureconfig.h"
 #include "shell/hierarchyarabidoconfig.h"
 #include "shell/hierarchyiterativeconfig.h"
@@ -9,7 +10,6 @@
 
 #include <QDialog>
 
-#include <functional>
 #include <string>
 
 class AveragingConfigPage;
@@ -89,11 +89,7 @@ private:
     void initializeAveraging();
     void initializeExportShapes();
 
-    bool verifiedModel(const std::string& name) const;
-    bool verifiedSizeModelContours(const std::string& name, int least);
-    bool verifiedSizeModelPetiole(const std::string& name, int exact);
-    bool verifiedSizes(const std::string& name, const std::function<bool(int)>& isGood);
-    bool passesGate(QWidget* page, const QString& title, const QString& text, bool passed);
+    bool passesGate(QWidget* page, GatedStage stage);
 
     bool kineticParametersEnabled = false;
     QListWidget* iconsList = nullptr;

@@ -16,65 +16,23 @@
 #include "shell/newproject.h"
 #include "shell/projectloader.h"
 #include "shell/projectloaderconfigpage.h"
-#include "stack/model.h"
-#include "stack/modelitem.h"
-#include "stack/stackslice.h"
 
 #include <QMessageBox>
 #include <QProgressBar>
 
-bool CrenaraWindow::verifiedModel(const std::string& name) const
+/// Tests the stage's gate; a failed one closes the page and is told in boxes: which slice lacks what,
+/// if one does, and what to do.
+bool CrenaraWindow::passesGate(QWidget* page, GatedStage stage)
 {
-    return stack->findModel(name) >= 0;
-}
-
-bool CrenaraWindow::verifiedSizeModelContours(const std::string& name, int least)
-{
-    return verifiedSizes(name, [least](int size) { return size >= least; });
-}
-
-bool CrenaraWindow::verifiedSizeModelPetiole(const std::string& name, int exact)
-{
-    return verifiedSizes(name, [exact](int size) { return size == exact; });
-}
-
-/// Each slice must have an item of the model, and each of these a good number of vertices; the
-/// first slice that fails is named in a warning.
-bool CrenaraWindow::verifiedSizes(const std::string& name, const std::function<bool(int)>& isGood)
-{
-    for (int i = 0; i < stack->getNumSlices(); ++i) {
-        const StackSlice& slice = stack->getSlice(i);
-        bool good = false;
-        for (int k = 0; k < slice.getNumItems(); ++k) {
-            const ModelItem& item = slice.getItem(k);
-            if (!item.getModel() || item.getModel()->getName() != name) {
-                continue;
-            }
-            good = isGood(item.getSize());
-            if (!good) {
-                break;
-            }
-        }
-        if (!good) {
-            QMessageBox::warning(this, "Warning",
-                                 "Missing " + QString::fromStdString(name) + " in slice number :" +
-                                     QString::fromStdString(slice.getName()));
-            return false;
-        }
+    const GateResult result = evaluateGate(stage, *stack);
+    if (!result.missing.empty()) {
+        QMessageBox::warning(this, "Warning", QString::fromStdString(result.missing));
     }
-    return true;
-}
-
-bool CrenaraWindow::passesGate(QWidget* page,
-                               const QString& title,
-                               const QString& text,
-                               bool passed)
-{
-    page->setEnabled(passed);
-    if (!passed) {
-        QMessageBox::warning(this, title, text);
+    page->setEnabled(result.passed);
+    if (!result.passed) {
+        QMessageBox::warning(this, stageGate(stage).title, stageGate(stage).text);
     }
-    return passed;
+    return result.passed;
 }
 
 void CrenaraWindow::initializeProjectLoader()
@@ -132,12 +90,7 @@ void CrenaraWindow::runExtractContour()
 
 void CrenaraWindow::initializeExtractSinus()
 {
-    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
-                        verifiedSizeModelContours("Contour", 5) &&
-                        verifiedSizeModelPetiole("Petiole", 2);
-    if (passesGate(sinusPage, "Extract Sinus",
-                   "After Extract Contour, don't forget draw the blade-petiole junctions",
-                   passed)) {
+    if (passesGate(sinusPage, GatedStage::ExtractSinus)) {
         sinusPage->setConfig(__configLCMethod);
         connect(sinusPage, &ExtractSinusConfigEditor::processExtractSinusClicked, this,
                 &CrenaraWindow::runExtractSinus);
@@ -177,12 +130,7 @@ void CrenaraWindow::runExtractSinus()
 
 void CrenaraWindow::initializeExtractPeaks()
 {
-    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
-                        verifiedModel("Primary Sinus") && verifiedModel("Apex") &&
-                        verifiedSizeModelContours("Contour", 5) &&
-                        verifiedSizeModelPetiole("Petiole", 2);
-    if (passesGate(peaksPage, "Extract Peaks", "Please run Extract Sinus before Extract Tips",
-                   passed)) {
+    if (passesGate(peaksPage, GatedStage::ExtractPeaks)) {
         peaksPage->setMethodToExtract(LocalCurvature);
         peaksPage->setExcludeNeighboorhood(10);
         connect(peaksPage, &ExtractPeaksConfigEditor::processExtractPeaksClicked, this,
@@ -203,10 +151,7 @@ void CrenaraWindow::runExtractPeaks()
 
 void CrenaraWindow::initializeLeafMeasures()
 {
-    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
-                        verifiedModel("Apex") && verifiedSizeModelContours("Contour", 5) &&
-                        verifiedSizeModelPetiole("Petiole", 2);
-    if (passesGate(measuresPage, "Analysis", "Please run Extract Sinus before Analysis", passed)) {
+    if (passesGate(measuresPage, GatedStage::LeafMeasures)) {
         measuresPage->setConfig(__projectConfig);
         connect(measuresPage, &LeafMeasuresConfigEditor::processLeafMeasuresClicked, this,
                 &CrenaraWindow::runLeafMeasures);
@@ -232,11 +177,7 @@ void CrenaraWindow::runLeafMeasures()
 
 void CrenaraWindow::initializeAveraging()
 {
-    const bool passed = verifiedModel("Petiole") && verifiedModel("Contour") &&
-                        verifiedModel("Apex") && verifiedSizeModelContours("Contour", 5) &&
-                        verifiedSizeModelPetiole("Petiole", 2);
-    if (passesGate(averagingPage, "Averaging", "Please run Extract Sinus before averaging",
-                   passed)) {
+    if (passesGate(averagingPage, GatedStage::Averaging)) {
         averagingPage->setPath(__projectConfig.getProjectPath());
         averagingPage->setFile("");
         connect(averagingPage, &AveragingConfigPage::averagingClicked, this,
