@@ -45,7 +45,8 @@ void LeafAnalysis::run()
 
 std::string LeafAnalysis::process(int slice)
 {
-    const int firstRow = peakTable.numRows();
+    const int row = leafTable.numRows();
+    const int firstToothRow = peakTable.numRows();
     getModels(slice);
     if (!contour || !petiole || petiole->getSize() != 2 || !apex || apex->getSize() == 0) {
         return "";
@@ -57,17 +58,17 @@ std::string LeafAnalysis::process(int slice)
         sinuses = indexesPrimarySinuses();
         sinuses.sort();
     }
-    Leaf leaf = measureLeaf(slice, junctions, apexPosition);
+    Leaf leaf = measureLeaf(row, slice, junctions, apexPosition);
     leaf.sinusWidth = comptuteWidthBlade(sinuses, junctions, apexPosition) * leaf.calibration;
-    writeToothCounts(slice, leaf, sinuses, apexPosition);
+    writeToothCounts(row, leaf, sinuses, apexPosition);
     if (sinuses.getSize() != 0) {
-        measureTeeth(firstRow, leaf, sinuses, junctions, apexPosition);
+        measureTeeth(firstToothRow, leaf, sinuses, junctions, apexPosition);
     }
     return "";
 }
 
 LeafAnalysis::Leaf
-LeafAnalysis::measureLeaf(int slice, const Vector<int>& junctions, int apexPosition)
+LeafAnalysis::measureLeaf(int row, int slice, const Vector<int>& junctions, int apexPosition)
 {
     const StackSlice& picture = stack->getSlice(slice);
     const float w = picture.getPixelCalibration().getPixelWidth();
@@ -87,24 +88,24 @@ LeafAnalysis::measureLeaf(int slice, const Vector<int>& junctions, int apexPosit
     const float leafDissection = computeReversedCircularity(leaf.perimeter, leaf.area);
     const float hullDissection = computeReversedCircularity(hullPerimeter, hullArea);
 
-    leafTable.setValue<std::string>("Slice_Name", slice, leaf.name);
-    leafTable.setValue<float>("Calibration", slice, w);
-    leafTable.setValue<float>("Blade_Length", slice, leaf.length);
-    leafTable.setValue<float>("Age(day)", slice, leaf.ageDays);
-    leafTable.setValue<float>("Age(hours)", slice, 24.0f * leaf.ageDays);
-    leafTable.setValue<float>("Blade_Width(BB)", slice, leaf.boundingWidth);
-    leafTable.setValue<float>("Blade_Area", slice, leaf.area);
-    leafTable.setValue<float>("Blade_Perimeter", slice, leaf.perimeter);
-    leafTable.setValue<float>("HullPerimeter", slice, hullPerimeter);
-    leafTable.setValue<float>("HullArea", slice, hullArea);
-    leafTable.setValue<float>("Petiole_Width", slice, leaf.petioleWidth);
-    leafTable.setValue<float>("LeafDI", slice, leafDissection);
-    leafTable.setValue<float>("aHullDI", slice, hullDissection);
-    leafTable.setValue<float>("DI", slice, leafDissection / hullDissection);
+    leafTable.setValue<std::string>("Slice_Name", row, leaf.name);
+    leafTable.setValue<float>("Calibration", row, w);
+    leafTable.setValue<float>("Blade_Length", row, leaf.length);
+    leafTable.setValue<float>("Age(day)", row, leaf.ageDays);
+    leafTable.setValue<float>("Age(hours)", row, 24.0f * leaf.ageDays);
+    leafTable.setValue<float>("Blade_Width(BB)", row, leaf.boundingWidth);
+    leafTable.setValue<float>("Blade_Area", row, leaf.area);
+    leafTable.setValue<float>("Blade_Perimeter", row, leaf.perimeter);
+    leafTable.setValue<float>("HullPerimeter", row, hullPerimeter);
+    leafTable.setValue<float>("HullArea", row, hullArea);
+    leafTable.setValue<float>("Petiole_Width", row, leaf.petioleWidth);
+    leafTable.setValue<float>("LeafDI", row, leafDissection);
+    leafTable.setValue<float>("aHullDI", row, hullDissection);
+    leafTable.setValue<float>("DI", row, leafDissection / hullDissection);
     return leaf;
 }
 
-void LeafAnalysis::writeToothCounts(int slice,
+void LeafAnalysis::writeToothCounts(int row,
                                     Leaf& leaf,
                                     const Vector<int>& sinuses,
                                     int apexPosition)
@@ -119,20 +120,19 @@ void LeafAnalysis::writeToothCounts(int slice,
     const bool hasSinuses = sinuses.getSize() != 0;
     const int terminal = venation == PALMATE && hasSinuses ? 1 : 0;
 
-    leafTable.setValue<int>("Upper_Peak_Number", slice, leaf.upperTeeth);
-    leafTable.setValue<int>("Lower_Peak_Number", slice, leaf.lowerTeeth);
+    leafTable.setValue<int>("Upper_Peak_Number", row, leaf.upperTeeth);
+    leafTable.setValue<int>("Lower_Peak_Number", row, leaf.lowerTeeth);
     // The columns stand in the order of their first write, and a leaf without sinuses writes its
     // missing width last.
     if (hasSinuses) {
-        leafTable.setValue<float>("Blade_Width(IS)", slice, leaf.sinusWidth);
+        leafTable.setValue<float>("Blade_Width(IS)", row, leaf.sinusWidth);
     }
     if (venation == PALMATE) {
-        leafTable.setValue<int>("Terminal_Peak_Number", slice, terminal);
+        leafTable.setValue<int>("Terminal_Peak_Number", row, terminal);
     }
-    leafTable.setValue<int>("Total_Peak_Number", slice,
-                            leaf.upperTeeth + leaf.lowerTeeth + terminal);
+    leafTable.setValue<int>("Total_Peak_Number", row, leaf.upperTeeth + leaf.lowerTeeth + terminal);
     if (!hasSinuses) {
-        leafTable.setValue<float>("Blade_Width(IS)", slice, leaf.sinusWidth);
+        leafTable.setValue<float>("Blade_Width(IS)", row, leaf.sinusWidth);
     }
 }
 

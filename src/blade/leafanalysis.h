@@ -141,8 +141,8 @@ private:
 
     Curve<float> bladeCurve(const Vector<int>& petiole, const Curve<float>& contour) const;
     Curve<float> bladeHull(const Vector<int>& petiole, const Curve<float>& contour) const;
-    Leaf measureLeaf(int slice, const Vector<int>& petiole, int apex);
-    void writeToothCounts(int slice, Leaf& leaf, const Vector<int>& sinuses, int apex);
+    Leaf measureLeaf(int row, int slice, const Vector<int>& petiole, int apex);
+    void writeToothCounts(int row, Leaf& leaf, const Vector<int>& sinuses, int apex);
 
     void measureTeeth(int firstRow,
                       const Leaf& leaf,
