@@ -232,3 +232,55 @@ void StackFileScanner::end()
     ++position_;
     open_ = false;
 }
+
+int StackFileScanner::lastInteger(int lowest, int highest)
+{
+    const int value = integer(lowest, highest);
+    end();
+    return value;
+}
+
+int StackFileScanner::lastInteger()
+{
+    const int value = integer();
+    end();
+    return value;
+}
+
+float StackFileScanner::lastNumber()
+{
+    const float value = number();
+    end();
+    return value;
+}
+
+float StackFileScanner::lastPositive()
+{
+    const float value = number();
+    if (value <= 0.0f) {
+        fail("the number must be positive");
+    }
+    end();
+    return value;
+}
+
+bool StackFileScanner::lastBoolean()
+{
+    const bool value = boolean();
+    end();
+    return value;
+}
+
+std::string StackFileScanner::lastQuoted()
+{
+    std::string value = quoted();
+    end();
+    return value;
+}
+
+std::string StackFileScanner::lastWord()
+{
+    std::string value = word();
+    end();
+    return value;
+}

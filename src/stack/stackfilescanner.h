@@ -55,6 +55,17 @@ public:
     /// Expects the semicolon.
     void end();
 
+    /// The last value of a statement: the value and the semicolon.
+    int lastInteger(int lowest, int highest);
+    int lastInteger();
+    float lastNumber();
+
+    /// Greater than 0.
+    float lastPositive();
+    bool lastBoolean();
+    std::string lastQuoted();
+    std::string lastWord();
+
 private:
     void skipBlanks();
     void skipStatement();
