@@ -265,6 +265,15 @@ public:
     /// An iterator over the elements, for the number of dimensions.
     std::unique_ptr<Iterator> newIterator() const;
 
+    /// An iterator over the elements around an element: all that touch it; along one axis, 0 for
+    /// rows, 1 for columns, 2 for planes, up to `radius` away; and one of these for each axis. The
+    /// image must outlive them. Raise `ValueError` for an axis that is not there or a radius below 0.
+    std::unique_ptr<AbstractNeighbourhoodIterator> newMappedNeighbourhoodIterator() const;
+    std::unique_ptr<AbstractNeighbourhoodIterator> newAxialNeighbourhoodIterator(int axis,
+                                                                                 int radius) const;
+    std::vector<std::unique_ptr<AbstractNeighbourhoodIterator>>
+    newAxialNeighbourhoodIterators(int radius) const;
+
     /// Writes a file with `ImageWriter`; with `compress` the file compression becomes "lzw".
     void saveAsTiff(const std::string& path, bool compress, bool overwrite);
 

@@ -1,3 +1,4 @@
+#include "image/abstractneighbourhooditerator.h"
 #include "image/image2.h"
 #include "image/image2iterator.h"
 #include "image/image2mapper.h"
@@ -280,4 +281,25 @@ TEST(Image2, OperatorsWorkOnAllFramesInTheValueType)
     sum /= sum;
     EXPECT_EQ(sum.asVector<unsigned char>(0, 1)[2], 1);
     EXPECT_THROW(image * numbered<int>(2, 2, 1, 1, 2, 2), UsageError);
+}
+
+TEST(Image2, NeighbourhoodIteratorsFollowTheDimensions)
+{
+    const auto visited = [](AbstractNeighbourhoodIterator& iterator, int centre) {
+        std::vector<int> indices;
+        for (iterator.setCentre(centre); !iterator.atEnd(); iterator.next()) {
+            indices.push_back(iterator.index());
+        }
+        return indices;
+    };
+    const Image2 flat(ValueType::Float, 3, 4, 1, 3, 1, 1);
+    const Image2 deep(ValueType::Float, 3, 4, 5, 1, 1, 1);
+    EXPECT_EQ(visited(*flat.newMappedNeighbourhoodIterator(), 0), (std::vector<int>{0, 1, 4, 5}));
+    EXPECT_EQ(visited(*deep.newMappedNeighbourhoodIterator(), 17).size(), 27U);
+    EXPECT_EQ(visited(*flat.newAxialNeighbourhoodIterator(1, 2), 5),
+              (std::vector<int>{4, 5, 6, 7}));
+    const auto axes = deep.newAxialNeighbourhoodIterators(1);
+    ASSERT_EQ(axes.size(), 3U);
+    EXPECT_EQ(visited(*axes[2], 17), (std::vector<int>{5, 17, 29}));
+    EXPECT_THROW(flat.newAxialNeighbourhoodIterator(2, 1), ValueError);
 }
