@@ -11,14 +11,16 @@
 #include "system/fileinfo.h"
 
 #include <algorithm>
-#include <limits>
+#include <filesystem>
 
 namespace {
 
 using Keyword = StackIO::Keyword;
 
 constexpr int fatalLimit = 100;
-constexpr int highest = std::numeric_limits<int>::max();
+// Far beyond what an image has of rows or columns.
+constexpr int longestSide = 1000000;
+constexpr int highestPower = 100;
 
 [[noreturn]] void refuse(const std::string& reason)
 {
@@ -107,7 +109,7 @@ bool StackFileParser::readHeader(Keyword keyword)
         return true;
     case Keyword::LengthUnitScale: {
         LengthUnit unit;
-        unit.setScale(scanner_.lastInteger());
+        unit.setScale(scanner_.lastInteger(-highestPower, highestPower));
         stack_.setLengthUnit(unit);
         return true;
     }
@@ -126,7 +128,7 @@ bool StackFileParser::readHeader(Keyword keyword)
     case Keyword::ImagesPath:
         imagesFolder_ = scanner_.lastQuoted();
         if (stack_.getImagesPath().empty()) {
-            stack_.setImagesPath(FileInfo::dirName(imagePath("")));
+            stack_.setImagesPath(FileInfo::dirName(imagePath("x")));
         }
         return true;
     default:
@@ -327,10 +329,10 @@ bool StackFileParser::readSlice(Keyword keyword)
     Registration registration = target.getRegistration();
     switch (keyword) {
     case Keyword::SliceSize1:
-        slice_->size1 = scanner_.lastInteger(0, highest);
+        slice_->size1 = scanner_.lastInteger(0, longestSide);
         return true;
     case Keyword::SliceSize2:
-        slice_->size2 = scanner_.lastInteger(0, highest);
+        slice_->size2 = scanner_.lastInteger(0, longestSide);
         return true;
     case Keyword::RelPosition:
         target.setRelativePosition(scanner_.lastNumber());
@@ -349,8 +351,8 @@ bool StackFileParser::readSlice(Keyword keyword)
         target.setRegistration(registration);
         return true;
     case Keyword::Shift:
-        registration.horShift = scanner_.integer();
-        registration.verShift = scanner_.lastInteger();
+        registration.horShift = scanner_.integer(-longestSide, longestSide);
+        registration.verShift = scanner_.lastInteger(-longestSide, longestSide);
         target.setRegistration(registration);
         return true;
     case Keyword::Annotation:
@@ -458,7 +460,12 @@ std::string StackFileParser::imagePath(const std::string& file) const
     if (!folder.empty() && folder.back() != '/') {
         folder += '/';
     }
-    return (FileInfo::isAbsolutePath(folder) ? "" : FileInfo::dirName(filename_)) + folder + file;
+    if (FileInfo::isAbsolutePath(folder)) {
+        return folder + file;
+    }
+    const std::string path = FileInfo::dirName(filename_) + folder + file;
+    // Names that will be written as they are must not hang on the current folder.
+    return stack_.getAbsoluteImagesPathPolicy() ? std::filesystem::absolute(path).string() : path;
 }
 
 std::string StackFileParser::context() const

@@ -8,6 +8,8 @@
 #include "stack/stackfilescanner.h"
 #include "system/exception.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -19,6 +21,13 @@ using Keyword = StackIO::Keyword;
 
 constexpr int highest = std::numeric_limits<int>::max();
 
+// Bounds that leave room for sums and squares of what is read, and for its conversion to other
+// number types.
+constexpr float largestExtent = 1e6f;
+constexpr int largestAngle = 1000000;
+constexpr int farthest = 100000000;
+constexpr std::int64_t mostPixels = 100000000;
+
 [[noreturn]] void refuse(const std::string& reason)
 {
     raise<FileFormatError>("bool StackReader::read(Stack&, const string&)", reason);
@@ -27,6 +36,22 @@ constexpr int highest = std::numeric_limits<int>::max();
 [[noreturn]] void refuseName(const std::string& kind, const std::string& name)
 {
     refuse("there is no " + kind + " \"" + name + "\"");
+}
+
+float readExtent(StackFileScanner& scanner)
+{
+    const float extent = scanner.lastNumber();
+    if (std::abs(extent) > largestExtent) {
+        refuse("the number is out of range");
+    }
+    return extent;
+}
+
+void requireNear(int coordinate)
+{
+    if (coordinate < -farthest || coordinate > farthest) {
+        refuse("the coordinate " + std::to_string(coordinate) + " is out of range");
+    }
 }
 
 } // namespace
@@ -106,10 +131,10 @@ bool readDrawingStatement(StackIO::Keyword keyword,
         properties.setRenderingVisibility(!scanner.lastBoolean());
         return true;
     case Keyword::PointSize:
-        properties.setPointSize(scanner.lastNumber());
+        properties.setPointSize(readExtent(scanner));
         return true;
     case Keyword::Thickness:
-        properties.setLineWidth(scanner.lastNumber());
+        properties.setLineWidth(readExtent(scanner));
         return true;
     case Keyword::VertexSymbol: {
         const std::string name = scanner.lastWord();
@@ -129,6 +154,7 @@ Vertices<int> readVertices(StackFileScanner& scanner)
 {
     const std::vector<int> coordinates = scanner.groups(2);
     scanner.end();
+    std::for_each(coordinates.begin(), coordinates.end(), requireNear);
     const int count = static_cast<int>(coordinates.size() / 2);
     Vertices<int> vertices(2, count, 0, 1);
     for (int i = 0; i < count; ++i) {
@@ -147,12 +173,11 @@ RLEItemSet0 readRegion(StackFileScanner& scanner)
     std::int64_t pixels = 0;
     for (std::size_t i = 0; i < runs.size(); i += 3) {
         const int length = runs[i + 2];
-        const std::int64_t begin = runs[i + 1];
+        requireNear(runs[i]);
+        requireNear(runs[i + 1]);
         pixels += length;
-        if (length < 1 || begin <= std::numeric_limits<int>::min() || begin + length >= highest ||
-            pixels > highest) {
-            refuse("the run " + std::to_string(runs[i]) + "," + std::to_string(begin) + "," +
-                   std::to_string(length) + " is out of range");
+        if (length < 1 || pixels > mostPixels) {
+            refuse("the length " + std::to_string(length) + " is out of range");
         }
         region.add(RLEItem0(runs[i], runs[i + 1], length));
     }
@@ -163,9 +188,9 @@ bool readPoseStatement(StackIO::Keyword keyword, StackFileScanner& scanner, Pose
 {
     switch (keyword) {
     case Keyword::PoseRotation: {
-        const int x = scanner.integer();
-        const int y = scanner.integer();
-        pose.setZRotation(scanner.lastInteger());
+        const int x = scanner.integer(-largestAngle, largestAngle);
+        const int y = scanner.integer(-largestAngle, largestAngle);
+        pose.setZRotation(scanner.lastInteger(-largestAngle, largestAngle));
         pose.setXRotation(x);
         pose.setYRotation(y);
         return true;

@@ -4,6 +4,9 @@
 #include "stack/stack.h"
 #include "stack/stackfileparser.h"
 
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
@@ -12,9 +15,17 @@
 
 namespace {
 
-/// The bytes of a file; nothing if it can't be read.
+/// The bytes of a file; nothing if it can't be read, with the reason in `errno`. Only plain files
+/// are read: a device may have no end.
 std::optional<std::string> contentOf(const std::string& path)
 {
+    std::error_code unknown;
+    const std::filesystem::file_status status = std::filesystem::status(path, unknown);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        errno = std::filesystem::is_directory(status) ? EISDIR : EINVAL;
+        return std::nullopt;
+    }
+    errno = 0;
     std::ifstream stream(path, std::ios_base::binary);
     std::string content;
     std::vector<char> block(1 << 16);
@@ -52,7 +63,7 @@ bool StackReader::read(Stack& stack, const std::string& path)
     fileFormatVersion = StackIO().getFileFormatVersion();
     std::optional<std::string> content = contentOf(path);
     if (!content) {
-        fail(path + ": the file can't be read");
+        fail(path + ": the file can't be read: " + std::strerror(errno));
         return false;
     }
     StackFileParser parser(*this, stack, path, std::move(*content));

@@ -28,7 +28,8 @@ public:
     /// opened, or that does not begin as a stack description file does, leaves the stack as it was.
     /// After 100 fatal errors the rest of the file is left out.
     ///
-    /// Relative folders count from the folder of the description file. The tile of a mosaic that is
+    /// Relative folders count from the folder of the description file; under the absolute policy the
+    /// names of image files become absolute. The tile of a mosaic that is
     /// not found under its name is looked for in the folder of the images. Files of volumes are told
     /// from TIFF files by their suffix "vm".
     bool read(Stack& stack, const std::string& path);
