@@ -51,6 +51,9 @@ CrenaraWindow::CrenaraWindow(QWidget* parent)
     iconsList->setFixedWidth(150);
     iconsList->setSpacing(5);
     iconsList->setMovement(QListView::Static);
+    // One column as wide as the list leaves beside its scroll bar, so that no text is cut.
+    iconsList->setGridSize(QSize(124, 130));
+    iconsList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     iconsList->setFrameStyle(QFrame::Raised);
     iconsList->setFrameShape(QFrame::StyledPanel);
     pagesStack->setFrameStyle(QFrame::Raised);
