@@ -1,5 +1,6 @@
 #include "shape/boundingbox.h"
 
+#include "shape/quadmesh.h"
 #include "shape/vertices.h"
 #include "system/exception.h"
 
@@ -256,6 +257,24 @@ Vertices<T> BoundingBox<T>::asVertices() const
         }
     }
     return corners;
+}
+
+template <class T>
+QuadMesh<T> BoundingBox<T>::asQuadMesh() const
+{
+    const int space = vertex1_.getSize();
+    if (space == 0) {
+        return QuadMesh<T>();
+    }
+    const Vertices<T> corners = asVertices();
+    const int width = 1 << (space - 1);
+    QuadMesh<T> mesh(space, 2, width, 0, 0, space < 3);
+    for (int i = 0; i < width; ++i) {
+        const int grayCode = i ^ (i >> 1);
+        mesh[0][i] = corners[grayCode];
+        mesh[1][i] = corners[width + grayCode];
+    }
+    return mesh;
 }
 
 template class BoundingBox<int>;

@@ -3,6 +3,8 @@
 #include "numerics/vector.h"
 
 template <class T>
+class QuadMesh;
+template <class T>
 class Shape;
 template <class T>
 class Vertices;
@@ -89,6 +91,10 @@ public:
 
     /// The `2^space` corners. Bit `d` of a position chooses the corner that gives coordinate `d`.
     Vertices<T> asVertices() const;
+
+    /// The corners as two curves, one for each end of the last coordinate, in an order in which
+    /// neighbours differ in one coordinate: closed rings in three dimensions, open in two.
+    QuadMesh<T> asQuadMesh() const;
 
 private:
     bool

@@ -2,6 +2,7 @@
 
 #include "numerics/matrix.h"
 #include "shape/vertexdistance.h"
+#include "shape/vertexstack.h"
 #include "system/exception.h"
 
 #include <cmath>
@@ -13,8 +14,17 @@ KDTree<T>::KDTree() = default;
 template <class T>
 void KDTree<T>::setShape(Shape<T>& shape)
 {
+    const char* where = "void KDTree<T>::setShape(Shape<T>&)";
     if (shape.getSize() == 0) {
-        raise<UsageError>("void KDTree<T>::setShape(Shape<T>&)", "The shape is empty");
+        raise<UsageError>(where, "The shape is empty");
+    }
+    if (shape.isComposite()) {
+        const auto* stack = dynamic_cast<VertexStack<T>*>(&shape);
+        for (int k = 0; stack == nullptr || k < stack->getHeight(); ++k) {
+            if (stack == nullptr || (*stack)[k].getServer() != (*stack)[0].getServer()) {
+                raise<UsageError>(where, "The shape is indexed on several servers");
+            }
+        }
     }
     shape_ = &shape;
 }
@@ -22,18 +32,23 @@ void KDTree<T>::setShape(Shape<T>& shape)
 template <class T>
 void KDTree<T>::build()
 {
+    const char* where = "void KDTree<T>::build()";
     if (shape_ == nullptr) {
-        raise<UsageError>("void KDTree<T>::build()", "No shape has been set");
+        raise<UsageError>(where, "No shape has been set");
     }
-    const int size = shape_->getSize();
-    if (size == 0) {
-        raise<UsageError>("void KDTree<T>::build()", "The shape is empty");
+    std::vector<int> slots;
+    for (VertexIterator<T> walk = shape_->vertexIterator(); walk.current() != nullptr; walk++) {
+        slots.push_back(walk.currentServerIndex());
     }
-    ConstVertexIterator<T> walk = std::as_const(*shape_).vertexIterator();
-    vertices_.setServer(*shape_->getServer());
+    if (slots.empty()) {
+        raise<UsageError>(where, "The shape is empty");
+    }
+    auto* stack = dynamic_cast<VertexStack<T>*>(shape_);
+    vertices_.setServer(stack == nullptr ? *shape_->getServer() : *(*stack)[0].getServer());
+    const int size = static_cast<int>(slots.size());
     vertices_.setSize(size, false);
-    for (int i = 0; i < size; ++i, walk++) {
-        vertices_.setIndex(i, walk.currentServerIndex());
+    for (int i = 0; i < size; ++i) {
+        vertices_.setIndex(i, slots[static_cast<std::size_t>(i)]);
     }
 
     const double levels = std::floor(std::log(size + 1.0) / std::log(2.0)) + 1;

@@ -21,7 +21,7 @@ public:
     KDTree();
 
     /// Takes the shape, which must outlive the tree; does not build. Raises `UsageError` for a
-    /// shape without vertices.
+    /// shape without vertices, and for a stack whose levels do not all stand on one server.
     void setShape(Shape<T>& shape);
 
     /// The shape, or null.

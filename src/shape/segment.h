@@ -9,6 +9,18 @@
 template <class T>
 using Widened = std::conditional_t<std::is_integral_v<T>, long double, T>;
 
+/// The scalar product, wide enough for integers.
+template <class T>
+inline Widened<T> widenedProduct(const Vector<T>& a, const Vector<T>& b)
+{
+    requireEqualSizes(a, b);
+    Widened<T> product = 0;
+    for (int i = 0; i < a.getSize(); ++i) {
+        product += Widened<T>(a[i]) * Widened<T>(b[i]);
+    }
+    return product;
+}
+
 /// An edge seen in a plane of two coordinates.
 template <class T>
 struct Segment

@@ -4,6 +4,8 @@
 #include "numerics/squarematrix.h"
 #include "shape/boundingbox.h"
 #include "shape/curve.h"
+#include "shape/quadmesh.h"
+#include "shape/shapeset.h"
 #include "shape/vertexdistance.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -196,6 +198,27 @@ std::string Shape<T>::getShapeTypeName() const
 }
 
 template <class T>
+bool Shape<T>::hasExtensions() const
+{
+    return extensions_ != nullptr && extensions_->getSize() > 0;
+}
+
+template <class T>
+ShapeSet<T>& Shape<T>::getExtensions()
+{
+    if (extensions_ == nullptr) {
+        extensions_ = std::make_unique<ShapeSet<T>>();
+    }
+    return *extensions_;
+}
+
+template <class T>
+const ShapeSet<T>& Shape<T>::getExtensions() const
+{
+    return const_cast<Shape*>(this)->getExtensions();
+}
+
+template <class T>
 void Shape<T>::operator*=(T factor)
 {
     for (VertexIterator<T> walk = vertexIterator(); walk.current() != nullptr; walk++) {
@@ -211,6 +234,11 @@ void Shape<T>::operator/=(T divisor)
     }
     for (VertexIterator<T> walk = vertexIterator(); walk.current() != nullptr; walk++) {
         *walk.current() /= divisor;
+    }
+    for (int i = 0; hasExtensions() && i < extensions_->getSize(); ++i) {
+        if ((*extensions_)[i] != nullptr) {
+            *(*extensions_)[i] /= divisor;
+        }
     }
 }
 
@@ -278,6 +306,7 @@ template <class T>
 Vector<T> Shape<T>::toVector() const
 {
     Vector<T> coordinates(getSize() * getSpace());
+    coordinates.setZeros();
     int position = 0;
     for (ConstVertexIterator<T> walk = vertexIterator(); walk.current() != nullptr; walk++) {
         coordinates.paste(position, *walk.current());
@@ -359,11 +388,12 @@ Vector<T> Shape<T>::squareDistances(const Shape& shape) const
     if (getSize() != shape.getSize()) {
         raise<SizeError>(where, "The two shapes have distinct sizes");
     }
-    Vector<T> distances(getSize());
-    ConstVertexIterator<T> other = shape.vertexIterator();
-    ConstVertexIterator<T> walk = vertexIterator();
-    for (int i = 0; i < distances.getSize(); ++i, walk++, other++) {
-        distances[i] = squaredDistance(*walk.current(), *other.current());
+    const std::vector<const Vector<T>*> vertices = vertexPointers(*this);
+    const std::vector<const Vector<T>*> others = vertexPointers(shape);
+    Vector<T> distances(static_cast<int>(std::min(vertices.size(), others.size())));
+    for (int i = 0; i < distances.getSize(); ++i) {
+        const auto place = static_cast<std::size_t>(i);
+        distances[i] = squaredDistance(*vertices[place], *others[place]);
     }
     return distances;
 }
@@ -401,11 +431,14 @@ Vector<T> Shape<T>::squareNearestNeighborDistances(const Shape& shape) const
     }
     const std::vector<const Vector<T>*> others = vertexPointers(shape);
     Vector<T> distances(getSize());
-    ConstVertexIterator<T> walk = vertexIterator();
-    for (int i = 0; i < distances.getSize(); ++i, walk++) {
-        const Vector<T>* nearest = firstNearest(others, *walk.current());
-        distances[i] = nearest == nullptr ? std::numeric_limits<T>::max()
-                                          : squaredDistance(*walk.current(), *nearest);
+    distances.fill(std::numeric_limits<T>::max());
+    int i = 0;
+    for (const Vector<T>* vertex : vertexPointers(*this)) {
+        const Vector<T>* nearest = firstNearest(others, *vertex);
+        if (nearest != nullptr) {
+            distances[i] = squaredDistance(*vertex, *nearest);
+        }
+        ++i;
     }
     return distances;
 }
@@ -492,6 +525,119 @@ SquareMatrix<T> Shape<T>::inertia(Vector<T>& centre) const
 }
 
 template <class T>
+SquareMatrix<T> Shape<T>::principalAxes() const
+{
+    Vector<T> eigenvalues;
+    return principalAxes(eigenvalues);
+}
+
+template <class T>
+SquareMatrix<T> Shape<T>::principalAxes(Vector<T>& eigenvalues) const
+{
+    SquareMatrix<T> covariance = inertia();
+    if (getSize() > 0) {
+        covariance /= static_cast<T>(getSize());
+    }
+    SquareMatrix<T> axes;
+    covariance.eigenJacobi(eigenvalues, axes, true);
+    return axes;
+}
+
+template <class T>
+void Shape<T>::computePAT(Vector<T>& translation, SquareMatrix<T>& rotation) const
+{
+    Vector<T> centre = cog();
+    Vector<T> eigenvalues;
+    SquareMatrix<T> axes;
+    inertia(centre).eigenJacobi(eigenvalues, axes, true);
+    rotation = axes.transpose();
+    translation = -centre;
+}
+
+template <class T>
+void Shape<T>::applyPAT()
+{
+    Vector<T> translation;
+    SquareMatrix<T> rotation;
+    computePAT(translation, rotation);
+    translate(translation);
+    multiply(rotation);
+}
+
+template <class T>
+void Shape<T>::computeLSRegistration(Vector<T>& translation,
+                                     SquareMatrix<T>& rotation,
+                                     const Shape& target) const
+{
+    registerPoints(vertexPointers(*this), vertexPointers(target), target.cog(), translation,
+                   rotation);
+}
+
+template <class T>
+void Shape<T>::computeLSRegistration(Vector<T>& translation,
+                                     SquareMatrix<T>& rotation,
+                                     const Shape& target,
+                                     const std::vector<Vector<unsigned int>>& correspondences) const
+{
+    std::vector<const Vector<T>*> targets;
+    targets.reserve(correspondences.size());
+    for (const Vector<unsigned int>& locator : correspondences) {
+        targets.push_back(&target[locator]);
+    }
+    registerPoints(vertexPointers(*this), targets, target.cog(), translation, rotation);
+}
+
+template <class T>
+void Shape<T>::registerPoints(const std::vector<const Vector<T>*>& points,
+                              const std::vector<const Vector<T>*>& targets,
+                              const Vector<T>& targetCentre,
+                              Vector<T>& translation,
+                              SquareMatrix<T>& rotation) const
+{
+    if (targets.size() < points.size()) {
+        raise<SizeError>("void Shape<T>::computeLSRegistration(...) const",
+                         "The target contains less vertices than this shape");
+    }
+    const Vector<T> centre = cog();
+    SquareMatrix<T> covariance(getSpace());
+    covariance.setZeros();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        covariance += (*points[i] - centre).outerProduct(*targets[i] - targetCentre);
+    }
+    SquareMatrix<T> u;
+    SquareMatrix<T> v;
+    covariance.svd(&u, &v);
+    SquareMatrix<T> best = v * u;
+    if (best.det() < 0) {
+        SquareMatrix<T> mirror;
+        mirror.setIdentity(getSpace());
+        mirror(getSpace() - 1, getSpace() - 1) = SquareMatrix<T>(u * v).det();
+        best = v * mirror * u;
+    }
+    translation = targetCentre - best * centre;
+    rotation = best;
+}
+
+template <class T>
+CurveStack<T> Shape<T>::deformations(const Shape& shape) const
+{
+    if (getSpace() != shape.getSpace() || getSize() != shape.getSize()) {
+        raise<SizeError>("CurveStack<T> Shape<T>::deformations(const Shape&) const",
+                         "Space or size mismatch between shapes");
+    }
+    CurveStack<T> steps(getSpace(), getSize(), 2, 0, 0, true);
+    ConstVertexIterator<T> other = shape.vertexIterator();
+    ConstVertexIterator<T> walk = vertexIterator();
+    for (int i = 0; walk.current() != nullptr && other.current() != nullptr; ++i) {
+        steps[i][0] = *walk.current();
+        steps[i][1] = *other.current();
+        walk++;
+        other++;
+    }
+    return steps;
+}
+
+template <class T>
 void Shape<T>::load(const std::string& filename)
 {
     const char* where = "Shape<T>::load(const string&)";
@@ -533,6 +679,17 @@ Shape<T>* Shape<T>::loadFile(const std::string& filename)
     case 0:
     case 1:
         shape = std::make_unique<Curve<T>>(filename);
+        break;
+    case 2:
+    case 3:
+        shape = std::make_unique<CurveStack<T>>(filename);
+        break;
+    case 4:
+    case 5:
+        shape = std::make_unique<QuadMesh<T>>(filename);
+        break;
+    case 7:
+        shape = std::make_unique<VertexStack<T>>(filename);
         break;
     case 6:
         shape = std::make_unique<Vertices<T>>(filename);

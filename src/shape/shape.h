@@ -16,13 +16,16 @@ class BoundingBox;
 template <class T>
 class Matrix;
 template <class T>
+class CurveStack;
+template <class T>
+class ShapeSet;
+template <class T>
 class SquareMatrix;
 
 /// Base of every geometric object: a name, a type number, walks over vertices and edges, arithmetic
 /// and statistics over all vertices, text files.
 ///
-/// A copy shares the vertices (see `VertexClient`) but neither the name nor anything else that
-/// belongs to the object itself. All arithmetic writes to the shared vertices.
+/// A copy shares the vertices (see `VertexClient`) but has neither name nor extensions. All arithmetic writes to the shared vertices.
 ///
 /// Type numbers, names and file suffixes: 0 "ClosedCurve" and 1 "OpenCurve" (cv), 2
 /// "ClosedCurveStack" and 3 "OpenCurveStack" (cs), 4 "ClosedQuadMesh" and 5 "OpenQuadMesh" (qm),
@@ -94,7 +97,13 @@ public:
     /// Name of the type, "UnkwownShape" for a number that no class has.
     std::string getShapeTypeName() const;
 
-    /// Multiplies or divides every coordinate.
+    /// Companion shapes that transforms carry along, see `ShapeSet`. The shape owns the set, but not
+    /// the shapes in it.
+    bool hasExtensions() const;
+    ShapeSet<T>& getExtensions();
+    const ShapeSet<T>& getExtensions() const;
+
+    /// Multiplies or divides every coordinate. Division alone visits the extensions too.
     void operator*=(T factor);
     void operator/=(T divisor);
 
@@ -163,6 +172,37 @@ public:
     SquareMatrix<T> inertia() const;
     SquareMatrix<T> inertia(Vector<T>& cog) const;
 
+    /// Unit vectors along the principal axes, in the columns of the result, by decreasing
+    /// eigenvalue of `inertia` divided by the number of vertices. `TypeError` for `int`.
+    SquareMatrix<T> principalAxes() const;
+    SquareMatrix<T> principalAxes(Vector<T>& eigenvalues) const;
+
+    /// The motion that brings the centre to the origin (`translation`, done first) and then the
+    /// principal axes to the coordinate axes (`rotation`). Raises `SizeError` for no vertex.
+    void computePAT(Vector<T>& translation, SquareMatrix<T>& rotation) const;
+
+    /// Applies that motion.
+    void applyPAT();
+
+    /// The rotation, without reflection, and the translation after it that bring this shape onto
+    /// `target` with the least sum of squared distances of corresponding vertices: those at equal
+    /// places, or for each vertex of this shape the one that `correspondences` tells. Raises
+    /// `SizeError` where there are fewer of these than vertices, or none; `TypeError` for `int`.
+    ///
+    /// Source: K. S. Arun, T. S. Huang and S. D. Blostein, Least-squares fitting of two 3-D point
+    /// sets, IEEE Transactions on Pattern Analysis and Machine Intelligence 9, 1987.
+    void computeLSRegistration(Vector<T>& translation,
+                               SquareMatrix<T>& rotation,
+                               const Shape& target) const;
+    void computeLSRegistration(Vector<T>& translation,
+                               SquareMatrix<T>& rotation,
+                               const Shape& target,
+                               const std::vector<Vector<unsigned int>>& correspondences) const;
+
+    /// For each vertex an open curve of two, from it to the vertex of `shape` at the same place.
+    /// Raises `SizeError` where dimension or size differ.
+    CurveStack<T> deformations(const Shape& shape) const;
+
     /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and
     /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces. The
     /// marks at the beginning of the lines are not looked at.
@@ -185,6 +225,14 @@ public:
     saveDeformations(const Shape& shape, const std::string& filename, bool overwrite = false) const;
 
 private:
+    void registerPoints(const std::vector<const Vector<T>*>& points,
+                        const std::vector<const Vector<T>*>& targets,
+                        const Vector<T>& targetCentre,
+                        Vector<T>& translation,
+                        SquareMatrix<T>& rotation) const;
+
+    // Made when first asked for: most shapes, edges above all, never have any.
+    mutable std::unique_ptr<ShapeSet<T>> extensions_;
     std::string name_;
 };
 

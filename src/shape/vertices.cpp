@@ -1,13 +1,12 @@
 #include "shape/vertices.h"
 
 #include "shape/segment.h"
+#include "shape/shapestream.h"
 #include "system/exception.h"
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
-#include <limits>
-#include <locale>
 #include <sstream>
 
 namespace {
@@ -29,69 +28,6 @@ void guarded(Edit&& edit)
     if (failure) {
         std::rethrow_exception(failure);
     }
-}
-
-/// The stream with the number format of the classic locale; its own comes back at the end.
-class ClassicFormat
-{
-public:
-    explicit ClassicFormat(std::istream& stream)
-        : stream_(stream)
-        , former_(stream.getloc())
-    {
-        if (former_ != std::locale::classic()) {
-            stream_.imbue(std::locale::classic());
-        }
-    }
-
-    ~ClassicFormat()
-    {
-        if (former_ != std::locale::classic()) {
-            stream_.imbue(former_);
-        }
-    }
-
-    ClassicFormat(const ClassicFormat&) = delete;
-    ClassicFormat& operator=(const ClassicFormat&) = delete;
-
-private:
-    std::istream& stream_;
-    std::locale former_;
-};
-
-/// Number of bytes between the read position and the end; -1 where the stream can't tell, like a pipe.
-std::streamoff bytesLeft(std::istream& stream)
-{
-    std::streambuf& buffer = *stream.rdbuf();
-    const std::streamoff here = buffer.pubseekoff(0, std::ios::cur, std::ios::in);
-    if (here < 0) {
-        return -1;
-    }
-    const std::streamoff end = buffer.pubseekoff(0, std::ios::end, std::ios::in);
-    buffer.pubseekpos(here, std::ios::in);
-    return end - here;
-}
-
-/// Whether the rest of the stream can hold so many vertices: each number takes two bytes at least,
-/// a digit and a separator. A small shape may be announced by any stream, a moderate one by a
-/// stream that can't tell its length.
-bool canHold(std::istream& stream, int space, int size)
-{
-    constexpr std::streamoff smallShape = 4096;
-    constexpr std::streamoff moderateShape = 1 << 24;
-    if (space < 0 || size < 0) {
-        return false;
-    }
-    const std::streamoff numbers = std::streamoff(size) * std::max(space, 1);
-    const std::streamoff left = bytesLeft(stream);
-    return numbers <= (left < 0 ? moderateShape : std::max(smallShape, left / 2 + 1));
-}
-
-/// Reads "# " and a number, whatever the mark is.
-bool readHeaderLine(std::istream& stream, int& number)
-{
-    char mark = 0;
-    return static_cast<bool>(stream >> mark >> number);
 }
 
 } // namespace
@@ -206,12 +142,7 @@ int Vertices<T>::read(std::istream& stream)
 template <class T>
 void Vertices<T>::write(std::ostream& stream) const
 {
-    // The text is made apart: a change of the stream's locale would write out what it holds back, and
-    // lose the error.
-    std::ostringstream text;
-    text.flags(stream.flags());
-    text.precision(stream.precision());
-    text.imbue(std::locale::classic());
+    std::ostringstream text = textFor(stream);
     text << "# " << this->getShapeType() << "\n";
     text << "# " << this->getSpace() << "\n";
     text << "# " << getSize() << "\n";
@@ -222,25 +153,7 @@ void Vertices<T>::write(std::ostream& stream) const
         }
         text << "\n";
     }
-
-    const std::ios_base::iostate formerExceptions = stream.exceptions();
-    bool written = true;
-    try {
-        stream.exceptions(std::ios::failbit | std::ios::badbit);
-        stream << text.str();
-        stream.exceptions(formerExceptions);
-    } catch (const std::ios_base::failure&) {
-        written = false;
-    }
-    if (!written) {
-        try {
-            stream.exceptions(formerExceptions);
-        } catch (const std::ios_base::failure&) {
-            // The mask is set before the state raises; the error below tells the same.
-        }
-        raise<FileWriteError>("void Vertices<T>::write(ostream&) const",
-                              "Cannot write the vertices");
-    }
+    writeText(stream, text, "void Vertices<T>::write(ostream&) const");
 }
 
 template <class T>
@@ -470,14 +383,7 @@ int Vertices<T>::findMatch(const Vertices& shape) const
     for (int k = 0; k < size; ++k) {
         Widened<T> score = 0;
         for (int i = 0; i < size; ++i) {
-            const Vector<T>& a = (*this)[i];
-            const Vector<T>& b = shape[i >= k ? i - k : i - k + size];
-            requireEqualSizes(a, b);
-            Widened<T> product = 0;
-            for (int c = 0; c < a.getSize(); ++c) {
-                product += Widened<T>(a[c]) * Widened<T>(b[c]);
-            }
-            score += product;
+            score += widenedProduct((*this)[i], shape[i >= k ? i - k : i - k + size]);
         }
         if (k == 0 || score > largest) {
             largest = score;

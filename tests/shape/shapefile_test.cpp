@@ -180,8 +180,8 @@ TEST(ShapeFile, EveryCutAndEveryChangedByteIsReadOrRefused)
 {
     const TemporaryFolder folder;
     std::mt19937 engine(72);
-    Curve<float> written = randomCurve<float>(12, 900, true, engine);
-    written[11] = vectorOf<float>({-7, 1234.5f});
+    Curve<float> written = randomCurve<float>(5, 900, true, engine);
+    written[4] = vectorOf<float>({-7, 1234.5f});
     const std::string whole = textOf(written);
     const std::size_t lastNumber = whole.find_last_of(' ') + 1;
     for (std::size_t cut = 0; cut < whole.size(); ++cut) {
@@ -189,7 +189,7 @@ TEST(ShapeFile, EveryCutAndEveryChangedByteIsReadOrRefused)
         Curve<float> curve;
         if (cut > lastNumber) {
             curve.load(name);
-            EXPECT_EQ(curve.getSize(), 12);
+            EXPECT_EQ(curve.getSize(), 5);
         } else {
             EXPECT_THROW(curve.load(name), FileFormatError) << cut;
         }

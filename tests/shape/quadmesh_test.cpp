@@ -1,0 +1,236 @@
+#include "image/colormap.h"
+#include "numerics/matrix.h"
+#include "shape/boundingbox.h"
+#include "shape/quadmesh.h"
+#include "shape/shapeset.h"
+#include "support/curves.h"
+#include "support/errors.h"
+#include "support/temporaryfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace {
+
+/// A cone: circles of radius 1 + z at heights z = 0 .. height-1.
+CurveStack<double> cone(int height, int width)
+{
+    CurveStack<double> stack(3, height, width, 0, 0, false);
+    for (int k = 0; k < height; ++k) {
+        for (int i = 0; i < width; ++i) {
+            const double angle = 2 * M_PI * i / width;
+            stack[k][i] =
+                vectorOf<double>({(1 + k) * std::cos(angle), (1 + k) * std::sin(angle), 1.0 * k});
+        }
+    }
+    return stack;
+}
+
+} // namespace
+
+TEST(QuadMesh, KeepsItsWidthAndDropsCapsOfChangedEnds)
+{
+    QuadMesh<double> mesh(cone(4, 12));
+    EXPECT_EQ(QuadMesh<double>().getWidth(), 0);
+    mesh.buildCaps();
+    EXPECT_TRUE(mesh.hasAllCaps());
+    EXPECT_EQ(mesh.getExtensions().getSize(), 2);
+    QuadMesh<double> copy(mesh);
+    EXPECT_NE(copy.getBeginCap(), mesh.getBeginCap());
+    copy.insert(1, copy[0]);
+    EXPECT_TRUE(copy.hasAllCaps());
+    copy.insert(0, copy[0]);
+    EXPECT_FALSE(copy.hasBeginCap());
+    EXPECT_TRUE(copy.hasEndCap());
+    EXPECT_EQ(copy.getExtensions()[0], copy.getEndCap());
+    copy.append(copy[0]);
+    EXPECT_FALSE(copy.hasAnyCap());
+    EXPECT_EQ(copy.getHeight(), 7);
+
+    const Curve<double> other(3, 5, 0, 0, false);
+    const char* what = "Incompatible curve size";
+    expectError<SizeError>([&] { mesh.append(other); }, "void QuadMesh<T>::append(const Curve<T>&)",
+                           what);
+    expectError<SizeError>([&] { mesh.prepend(other); },
+                           "void QuadMesh<T>::prepend(const Curve<T>&)", what);
+    expectError<SizeError>([&] { mesh.insert(1, other); },
+                           "void QuadMesh<T>::insert(const unsigned int,const Curve<T>&)", what);
+    CurveStack<double> uneven = cone(2, 5);
+    uneven.append(Curve<double>(3, 6, 0, 0, false));
+    expectError<SizeError>([&] { QuadMesh<double>{uneven}; },
+                           "QuadMesh<T>::QuadMesh(const Curvestack<T>&)",
+                           "Curve size is not constant along the curve stack");
+    EXPECT_TRUE(mesh.hasAllCaps());
+}
+
+TEST(QuadMesh, CapsShrinkWithTheRootOfTheirLevel)
+{
+    QuadMesh<double> mesh(cone(3, 16));
+    mesh.buildEndCap();
+    const QuadMesh<double>& cap = *mesh.getEndCap();
+    ASSERT_EQ(cap.getHeight(), 10);
+    for (int k = 9; k >= 0; --k) {
+        // From the whole radius 3 to a hundredth of it.
+        const double share = std::sqrt(k / 9.0);
+        const double radius = 3 * (share + (1 - share) * 0.01);
+        for (int i = 0; i < 16; ++i) {
+            EXPECT_NEAR(std::hypot(cap[9 - k][i][0], cap[9 - k][i][1]), radius, 1e-12);
+            EXPECT_NEAR(cap[9 - k][i][2], 2, 1e-12);
+        }
+    }
+    mesh /= 2;
+    EXPECT_NEAR(cap[0][0][0], 1.5, 1e-12);
+    mesh.extendToCaps();
+    EXPECT_EQ(mesh.getHeight(), 3 + 9);
+    EXPECT_FALSE(mesh.hasAnyCap());
+    EXPECT_NEAR(mesh.getLastCurve()[0][0], 0.015, 1e-12);
+
+    QuadMesh<double> open(3, 2, 4, 0, 0, true);
+    open.buildBeginCap();
+    EXPECT_FALSE(open.hasAnyCap());
+    expectError<SizeError>([] { QuadMesh<double>().buildEndCap(); },
+                           "void QuadMesh<T>::buildEndCap()", "This mesh contains no contour");
+    expectError<TypeError>([] { QuadMesh<int>(3, 2, 4, 0, 0, false).buildCaps(); },
+                           "void QuadMesh<int>::buildCap(const Curve<int>&, QuadMesh&)",
+                           "Method undefined for type 'int'");
+}
+
+TEST(QuadMesh, MeanAndVarianceAreThoseOfEachGridPoint)
+{
+    std::mt19937 engine(91);
+    std::vector<QuadMesh<double>> meshes;
+    std::vector<QuadMesh<double>*> pointers;
+    for (int m = 0; m < 4; ++m) {
+        meshes.emplace_back(3, 3, 5, 0, 0, false);
+        meshes.back().fromVector(randomVector<double>(45, engine));
+    }
+    for (QuadMesh<double>& mesh : meshes) {
+        pointers.push_back(&mesh);
+    }
+    const std::vector<double> before = coordinatesOf(meshes[0]);
+    const QuadMesh<double> mean = QuadMesh<double>::mean(pointers);
+    const Matrix<double> variance = QuadMesh<double>::varianceMap(mean, pointers);
+    EXPECT_EQ(coordinatesOf(meshes[0]), before);
+    for (int k = 0; k < 3; ++k) {
+        for (int i = 0; i < 5; ++i) {
+            double total = 0;
+            for (int c = 0; c < 3; ++c) {
+                Vector<double> values(4);
+                for (int m = 0; m < 4; ++m) {
+                    values[m] = meshes[static_cast<std::size_t>(m)][k][i][c];
+                }
+                EXPECT_NEAR(mean[k][i][c], values.mean(), 1e-15);
+                total += values.var();
+            }
+            EXPECT_NEAR(variance(k, i), total, 1e-14);
+        }
+    }
+    QuadMesh<double> taller(3, 4, 5, 0, 0, false);
+    pointers.push_back(&taller);
+    try {
+        QuadMesh<double>::mean(pointers);
+        FAIL();
+    } catch (const SizeError& error) {
+        EXPECT_EQ(error.getWhat(), "Incompatible mesh heights");
+        EXPECT_NE(error.callStack().find("[1] QuadMesh<T> QuadMesh<T>::mean(...)"),
+                  std::string::npos);
+    }
+}
+
+TEST(QuadMesh, FindsTheShiftOfATurnedCopy)
+{
+    std::mt19937 engine(92);
+    QuadMesh<double> mesh(2, 3, 11, 0, 0, false);
+    mesh.fromVector(randomVector<double>(66, engine));
+    QuadMesh<double> turned(mesh);
+    for (int k = 0; k < 3; ++k) {
+        turned[k].setOrigin(4);
+    }
+    EXPECT_EQ(mesh.match(turned), 4u);
+    EXPECT_EQ(coordinatesOf(mesh), coordinatesOf(turned));
+    turned.setOpen(true);
+    expectError<TypeError>([&] { mesh.findMatch(turned); },
+                           "unsigned int QuadMesh<T>::findMatch(const QuadMesh&) const",
+                           "Cannot match open meshes");
+    expectError<SizeError>([&] { mesh.findMatch(QuadMesh<double>()); },
+                           "unsigned int QuadMesh::findMatch(const QuadMesh&) const",
+                           "Incompatible mesh dimensions");
+}
+
+TEST(QuadMesh, ColorsRunFromTheSmallestToTheLargestValue)
+{
+    QuadMesh<float> mesh(3, 1, 3, 0, 0, true);
+    Colormap colormap(256);
+    colormap.makeGrayscale();
+    mesh.buildVertexColors(matrixOf<float>({{-1, 0, 1}}), colormap);
+    const Curve<int>& colors = (*mesh.getVertexColors())[0];
+    EXPECT_EQ(colors[0], vectorOf<int>({0, 0, 0}));
+    EXPECT_EQ(colors[1], vectorOf<int>({127, 127, 127}));
+    EXPECT_EQ(colors[2], vectorOf<int>({255, 255, 255}));
+    mesh.buildVertexColors(matrixOf<float>({{2, 2, 2}}), colormap);
+    EXPECT_EQ((*mesh.getVertexColors())[0][1][0], 0);
+    QuadMesh<int> small(3, 1, 2, 0, 0, true);
+    expectError<SizeError>([&] { mesh.setVertexColors(&small); },
+                           "void QuadMesh<T>::setVertexColors(...)",
+                           "Incompatible color array dimensions");
+    EXPECT_THROW(mesh.buildVertexColors(matrixOf<float>({{1, 2, 3}}), Colormap(4)), SizeError);
+}
+
+TEST(CurveStack, ResamplesAConeOntoTheConeAndBack)
+{
+    CurveStack<double> stack = cone(5, 120);
+    // Turned levels are matched again, so that columns do not twist.
+    stack[2].setOrigin(50);
+    const QuadMesh<double> mesh = stack.resample(9, 60);
+    for (int k = 0; k < 9; ++k) {
+        for (int i = 0; i < 60; ++i) {
+            const Vector<double>& vertex = mesh[k][i];
+            EXPECT_NEAR(vertex[2], 0.5 * k, 1e-9);
+            EXPECT_NEAR(std::hypot(vertex[0], vertex[1]), 1 + vertex[2], 0.01);
+        }
+    }
+    const QuadMesh<double> interpolated = stack.interpolate(mesh);
+    for (int k = 0; k < 5; ++k) {
+        for (int i = 0; i < 60; ++i) {
+            EXPECT_NEAR(interpolated[k][i].distance(mesh[2 * k][i]), 0, 1e-9);
+        }
+    }
+    // Every second vertex is kept; the others lie half a step away from one that is.
+    const Vector<double> errors = stack.resamplingError(mesh);
+    for (int k = 0; k < 5; ++k) {
+        EXPECT_NEAR(errors[k], 2 * (1 + k) * std::sin(M_PI / 120), 0.01);
+    }
+    int height = 0;
+    int width = 0;
+    const double error = stack.optimalResampling(0.5, height, width);
+    EXPECT_LE(error, 0.5);
+    EXPECT_NEAR(stack.resamplingError(stack.resample(height, width)).max(), error, 1e-12);
+    EXPECT_LT(width, 120);
+    EXPECT_THROW(stack.optimalResampling(0, height, width), ValueError);
+}
+
+TEST(QuadMesh, FilesKeepTheGridAndRefuseUnevenLevels)
+{
+    const TemporaryFolder folder;
+    const QuadMesh<double> mesh(cone(3, 8));
+    mesh.save(folder.file("mesh"));
+    EXPECT_EQ(folder.read("mesh.qm").substr(0, 4), "# 4\n");
+    const QuadMesh<double> loaded(folder.file("mesh.qm"));
+    EXPECT_EQ(loaded.getWidth(), 8);
+    EXPECT_NEAR(loaded.rmsDistance(mesh), 0, 1e-5);
+    EXPECT_THROW(QuadMesh<double>(folder.write("bad.qm", "# 4\n# 1\n# 2\n# 2\n1\n2\n# 1\n3\n")),
+                 FileFormatError);
+}
+
+TEST(BoundingBox, MeshHasARingOfCornersAtEachEnd)
+{
+    const BoundingBox<int> cube(vectorOf<int>({0, 0, 0}), vectorOf<int>({1, 2, 3}));
+    const QuadMesh<int> mesh = cube.asQuadMesh();
+    EXPECT_TRUE(mesh.isClosed());
+    EXPECT_EQ(coordinatesOf(mesh), (std::vector<int>{0, 0, 0, 1, 0, 0, 1, 2, 0, 0, 2, 0,
+                                                     0, 0, 3, 1, 0, 3, 1, 2, 3, 0, 2, 3}));
+    EXPECT_TRUE(
+        BoundingBox<int>(vectorOf<int>({0, 0}), vectorOf<int>({1, 2})).asQuadMesh().isOpen());
+}

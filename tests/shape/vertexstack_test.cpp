@@ -1,0 +1,159 @@
+#include "shape/curvestack.h"
+#include "shape/kdtree.h"
+#include "shape/vertexstack.h"
+#include "support/curves.h"
+#include "support/errors.h"
+#include "support/temporaryfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <sstream>
+#include <typeinfo>
+
+namespace {
+
+/// Curves of random sizes, levels at heights 0, 1, ...
+CurveStack<float> randomStack(int height, bool open, std::mt19937& engine)
+{
+    CurveStack<float> stack;
+    stack.setOpen(open);
+    for (int k = 0; k < height; ++k) {
+        Curve<float> curve =
+            randomCurve<float>(2 + static_cast<int>(engine() % 5), 100, open, engine, 3);
+        for (int i = 0; i < curve.getSize(); ++i) {
+            curve[i][2] = static_cast<float>(k);
+        }
+        stack.append(curve);
+    }
+    return stack;
+}
+
+std::vector<float> heights(const VertexStack<float>& stack)
+{
+    std::vector<float> result;
+    for (int k = 0; k < stack.getHeight(); ++k) {
+        result.push_back(stack[k][0][2]);
+    }
+    return result;
+}
+
+} // namespace
+
+TEST(VertexStack, LevelsShareOneServerInRunningOrder)
+{
+    VertexStack<int> stack(1, 3, 2, 0, 0);
+    EXPECT_EQ(stack.getServer()->getSize(), 6);
+    EXPECT_EQ(stack.getServer()->getGrowth(), 6);
+    int value = 0;
+    for (VertexIterator<int> walk = stack.vertexIterator(); walk.current() != nullptr; walk++) {
+        walk.current()->fill(value);
+        EXPECT_EQ(walk.currentServerIndex(), value);
+        EXPECT_EQ(&stack[walk.locator()], walk.current());
+        EXPECT_EQ(walk.locator()[0], static_cast<unsigned>(value / 2));
+        ++value;
+    }
+    EXPECT_EQ(value, stack.getSize());
+
+    VertexStack<int> copy(stack);
+    copy.detach();
+    const VertexServer<int>* own = copy.getServer();
+    EXPECT_NE(own, stack.getServer());
+    copy.detach();
+    EXPECT_EQ(copy.getServer(), own);
+    copy *= 2;
+    EXPECT_EQ(coordinatesOf(stack), (std::vector<int>{0, 1, 2, 3, 4, 5}));
+    EXPECT_EQ(coordinatesOf(copy), (std::vector<int>{0, 2, 4, 6, 8, 10}));
+
+    // A walk ends at the first empty level.
+    stack[1].setSize(0, false);
+    EXPECT_EQ(stack.toVector(), vectorOf<int>({0, 1, 0, 0}));
+}
+
+TEST(VertexStack, InsertsSortsAndReversesLevels)
+{
+    std::mt19937 engine(81);
+    CurveStack<float> stack = randomStack(4, true, engine);
+    stack.reverse();
+    EXPECT_EQ(heights(stack), (std::vector<float>{3, 2, 1, 0}));
+    stack.prepend(stack);
+    EXPECT_EQ(heights(stack), (std::vector<float>{3, 2, 1, 0, 3, 2, 1, 0}));
+    stack.append(randomStack(2, true, engine));
+    const Vertices<float>* firstOfHeightThree = &stack[0];
+    stack.sort(2);
+    EXPECT_EQ(heights(stack), (std::vector<float>{0, 0, 0, 1, 1, 1, 2, 2, 3, 3}));
+    EXPECT_EQ(&stack[8], firstOfHeightThree);
+    EXPECT_TRUE(stack.isBranching());
+    EXPECT_FALSE(randomStack(4, true, engine).isBranching());
+    stack.remove(0);
+    EXPECT_EQ(stack.getHeight(), 9);
+
+    expectError<TypeError>([&] { stack.append(Curve<float>(3, 2, 0, 0, false)); },
+                           "void CurveStack<T>::insert(...)", "Closure mismatch");
+    EXPECT_THROW(stack.append(Vertices<float>(3, 2, 0, 0)), std::bad_cast);
+    EXPECT_THROW(stack.assign(VertexStack<float>()), std::bad_cast);
+    EXPECT_EQ(stack.getHeight(), 9);
+}
+
+TEST(VertexStack, NearestPlacesAndTreesAgreeWithAFullSearch)
+{
+    std::mt19937 engine(82);
+    CurveStack<float> a = randomStack(4, false, engine);
+    CurveStack<float> b = randomStack(5, false, engine);
+    KDTree<float> tree;
+    expectError<UsageError>([&] { tree.setShape(b); }, "void KDTree<T>::setShape(Shape<T>&)",
+                            "The shape is indexed on several servers");
+    b.detach();
+    tree.setShape(b);
+    tree.build();
+    const CurveStack<float> map = a.closestPointMap(b);
+    ASSERT_EQ(map.getHeight(), 4);
+    EXPECT_EQ(map.getSpace(), 2);
+    for (int k = 0; k < 4; ++k) {
+        ASSERT_EQ(map[k].getSize(), a[k].getSize());
+        for (int i = 0; i < a[k].getSize(); ++i) {
+            const Vector<float>& nearest =
+                b[static_cast<int>(map[k][i][0])][static_cast<int>(map[k][i][1])];
+            EXPECT_EQ(&nearest, b.nearestVertex(a[k][i]));
+            EXPECT_EQ(tree.nearestVertex(a[k][i]), nearest);
+        }
+    }
+}
+
+TEST(VertexStack, RoundTripsAndRefusesEveryCut)
+{
+    const TemporaryFolder folder;
+    std::mt19937 engine(83);
+    for (const bool open : {false, true}) {
+        CurveStack<float> stack = randomStack(3, open, engine);
+        stack.getLastCurve()[stack.getLastCurve().getSize() - 1][2] = 7;
+        stack.save(folder.file("stack"), true);
+        const std::unique_ptr<Shape<float>> shape(Shape<float>::loadFile(folder.file("stack.cs")));
+        EXPECT_EQ(shape->getShapeType(), open ? 3 : 2);
+        const auto& loaded = dynamic_cast<const CurveStack<float>&>(*shape);
+        ASSERT_EQ(loaded.getHeight(), 3);
+        EXPECT_EQ(loaded[2].isOpen(), open);
+        EXPECT_EQ(loaded[1].getSize(), stack[1].getSize());
+
+        std::ostringstream again;
+        loaded.write(again);
+        const std::string text = folder.read("stack.cs");
+        EXPECT_EQ(again.str(), text);
+        EXPECT_EQ(text.substr(0, 15), open ? "# 3\n# 3\n# 3\n\n\n#" : "# 2\n# 3\n# 3\n\n\n#");
+        for (std::size_t cut = 0; cut + 2 < text.size(); ++cut) {
+            CurveStack<float> partial;
+            EXPECT_THROW(partial.load(folder.write("cut.cs", text.substr(0, cut))),
+                         FileFormatError);
+            EXPECT_EQ(partial.getHeight(), 0);
+        }
+    }
+    for (const std::string text :
+         {"# 2\n# 3\n# 2000000000\n", "# 2\n# 3\n# 1\n# 2000000000\n1 2 3\n",
+          "# 2\n# -3\n# 1\n# 1\n1\n", "# 2\n# 2\n# -1\n"}) {
+        EXPECT_THROW(CurveStack<float>(folder.write("bad.cs", text)), FileFormatError) << text;
+    }
+    VertexStack<float>().save(folder.file("empty"));
+    EXPECT_EQ(folder.read("empty.vs"), "# 7\n# 0\n# 0\n");
+    EXPECT_EQ(VertexStack<float>(folder.file("empty.vs")).getHeight(), 0);
+}
