@@ -599,7 +599,8 @@ void Shape<T>::registerPoints(const std::vector<const Vector<T>*>& points,
                          "The target contains less vertices than this shape");
     }
     const Vector<T> centre = cog();
-    SquareMatrix<T> covariance(getSpace());
+    const int space = centre.getSize();
+    SquareMatrix<T> covariance(space);
     covariance.setZeros();
     for (std::size_t i = 0; i < points.size(); ++i) {
         covariance += (*points[i] - centre).outerProduct(*targets[i] - targetCentre);
@@ -610,8 +611,8 @@ void Shape<T>::registerPoints(const std::vector<const Vector<T>*>& points,
     SquareMatrix<T> best = v * u;
     if (best.det() < 0) {
         SquareMatrix<T> mirror;
-        mirror.setIdentity(getSpace());
-        mirror(getSpace() - 1, getSpace() - 1) = SquareMatrix<T>(u * v).det();
+        mirror.setIdentity(space);
+        mirror(space - 1, space - 1) = SquareMatrix<T>(u * v).det();
         best = v * mirror * u;
     }
     translation = targetCentre - best * centre;

@@ -1,0 +1,243 @@
+#include "shape/fusion.h"
+
+#include "shape/quadmesh.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace {
+
+/// Copies of sets, deleted at the end with their shapes.
+template <class T>
+class OwnedSets
+{
+public:
+    OwnedSets() = default;
+    OwnedSets(const OwnedSets&) = delete;
+    OwnedSets& operator=(const OwnedSets&) = delete;
+
+    ~OwnedSets()
+    {
+        for (const auto& set : sets_) {
+            set->clear();
+        }
+    }
+
+    ShapeSet<T>* add(ShapeSet<T>* set)
+    {
+        sets_.emplace_back(set);
+        return set;
+    }
+
+private:
+    std::vector<std::unique_ptr<ShapeSet<T>>> sets_;
+};
+
+/// Moves every shape: rotation first, then translation.
+template <class T>
+void moveShapes(const ShapeSet<T>& set,
+                const Vector<T>& translation,
+                const SquareMatrix<T>& rotation)
+{
+    for (int i = 0; i < set.getSize(); ++i) {
+        if (set[i] != nullptr) {
+            set[i]->multiply(rotation);
+            set[i]->translate(translation);
+        }
+    }
+}
+
+} // namespace
+
+template <class T>
+Fusion<T>::Fusion() = default;
+
+template <class T>
+Fusion<T>::~Fusion() = default;
+
+template <class T>
+void Fusion<T>::addShapeSet(ShapeSet<T>* set)
+{
+    shapeSets_.push_back(set);
+    rebuildCorrespondences();
+    SquareMatrix<T> identity;
+    identity.setIdentity(4);
+    transformMatrices_.push_back(identity);
+    referenceShapeSets_.push_back(set->referenceShapeSet());
+    Vector<int> offsets;
+    offsets.setZeros(referenceShapeSets_.back().getSize());
+    offsets_.push_back(offsets);
+}
+
+template <class T>
+void Fusion<T>::removeShapeSet(const ShapeSet<T>* set)
+{
+    const auto entry = std::find(shapeSets_.begin(), shapeSets_.end(), set);
+    if (entry == shapeSets_.end()) {
+        return;
+    }
+    const auto place = entry - shapeSets_.begin();
+    shapeSets_.erase(entry);
+    transformMatrices_.erase(transformMatrices_.begin() + place);
+    referenceShapeSets_.erase(referenceShapeSets_.begin() + place);
+    offsets_.erase(offsets_.begin() + place);
+    rebuildCorrespondences();
+}
+
+template <class T>
+void Fusion<T>::rebuildCorrespondences()
+{
+    correspondences_.clear();
+    for (std::size_t i = 0; i < shapeSets_.size(); ++i) {
+        for (std::size_t j = i + 1; j < shapeSets_.size(); ++j) {
+            ShapeSetCorrespondence<T> pair;
+            pair.firstShapeSet = static_cast<unsigned int>(i);
+            pair.secondShapeSet = static_cast<unsigned int>(j);
+            correspondences_.push_back(pair);
+        }
+    }
+}
+
+template <class T>
+void Fusion<T>::patAlignment()
+{
+    for (int i = 0; i < getSize(); ++i) {
+        const auto place = static_cast<std::size_t>(i);
+        Vector<T> translation;
+        SquareMatrix<T> rotation;
+        referenceShapeSets_[place].computePAT(translation, rotation);
+        combineTransformMatrix(i, translation, rotation);
+        const ShapeSet<T>& set = *shapeSets_[place];
+        for (int shape = 0; shape < set.getSize(); ++shape) {
+            if (set[shape] != nullptr) {
+                set[shape]->translate(translation);
+                set[shape]->multiply(rotation);
+            }
+        }
+    }
+}
+
+template <class T>
+void Fusion<T>::amibRegistration(int rounds, bool matchFirst, bool useClosestPoints)
+{
+    for (int i = 1; matchFirst && i < getSize(); ++i) {
+        ShapeSet<T>& set = referenceShapeSets_[static_cast<std::size_t>(i)];
+        combineOffsets(i, set.matchSurfaces(referenceShapeSets_.front()));
+    }
+    for (int round = 0; round < rounds; ++round) {
+        for (int i = 0; i < getSize(); ++i) {
+            if (isCanceled()) {
+                notifyCanceled("");
+                return;
+            }
+            registerOntoOthers(i, useClosestPoints);
+        }
+        computeGlobalRegistrationError(false);
+        notifyProgressed(round + 1, rounds);
+    }
+}
+
+template <class T>
+void Fusion<T>::registerOntoOthers(int i, bool useClosestPoints)
+{
+    const auto place = static_cast<std::size_t>(i);
+    std::vector<ShapeSet<T>*> others;
+    for (std::size_t j = 0; j < referenceShapeSets_.size(); ++j) {
+        if (j != place) {
+            others.push_back(&referenceShapeSets_[j]);
+        }
+    }
+    OwnedSets<T> owned;
+    const ShapeSet<T>& mean = *owned.add(new ShapeSet<T>(ShapeSet<T>::computeMean(others)));
+    if (mean.numVertices() == 0) {
+        return;
+    }
+    ShapeSet<T>& references = referenceShapeSets_[place];
+    combineOffsets(i, references.matchSurfaces(mean));
+    Vector<T> translation;
+    SquareMatrix<T> rotation;
+    if (useClosestPoints) {
+        references.computeICPLSRegistration(mean, translation, rotation);
+    } else {
+        references.computeLSRegistration(mean, translation, rotation);
+    }
+    combineTransformMatrix(i, translation, rotation);
+    moveShapes(*shapeSets_[place], translation, rotation);
+}
+
+template <class T>
+void Fusion<T>::combineOffsets(int i, const Vector<int>& offsets)
+{
+    offsets_[static_cast<std::size_t>(i)] += offsets;
+}
+
+template <class T>
+void Fusion<T>::combineTransformMatrix(int i,
+                                       const Vector<T>& translation,
+                                       const SquareMatrix<T>& rotation)
+{
+    SquareMatrix<T> motion;
+    motion.setIdentity(4);
+    motion.paste(0, 0, rotation);
+    for (int c = 0; c < std::min(3, translation.getSize()); ++c) {
+        motion(c, 3) = translation[c];
+    }
+    combineTransformMatrix(i, motion);
+}
+
+template <class T>
+void Fusion<T>::combineTransformMatrix(int i, const SquareMatrix<T>& matrix)
+{
+    SquareMatrix<T>& former = transformMatrices_[static_cast<std::size_t>(i)];
+    former = SquareMatrix<T>(matrix * former);
+}
+
+template <class T>
+T Fusion<T>::computeGlobalRegistrationError(bool match)
+{
+    OwnedSets<T> copies;
+    std::vector<ShapeSet<T>*> sets = shapeSets_;
+    for (std::size_t i = 1; match && i < sets.size(); ++i) {
+        sets[i] = copies.add(shapeSets_[i]->clone());
+        sets[i]->matchSurfaces(*sets.front());
+    }
+    const T error = registrationError(sets);
+    distances_.push_back(error);
+    return error;
+}
+
+template <class T>
+T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
+{
+    if (correspondences_.empty()) {
+        return 0;
+    }
+    T sum = 0;
+    T vertices = 0;
+    for (int i = 0; i < sets.front()->getSize(); ++i) {
+        const auto* first = dynamic_cast<const QuadMesh<T>*>((*sets.front())[i]);
+        if (first == nullptr) {
+            continue;
+        }
+        vertices += static_cast<T>(first->getSize());
+        for (const ShapeSetCorrespondence<T>& pair : correspondences_) {
+            const ShapeSet<T>& a = *sets[pair.firstShapeSet];
+            const ShapeSet<T>& b = *sets[pair.secondShapeSet];
+            auto* mesh = i < a.getSize() ? dynamic_cast<QuadMesh<T>*>(a[i]) : nullptr;
+            auto* other = i < b.getSize() ? dynamic_cast<QuadMesh<T>*>(b[i]) : nullptr;
+            if (mesh != nullptr && other != nullptr) {
+                const Matrix<T> distances = QuadMesh<T>::varianceMap(*mesh, {other});
+                sum += distances.sum(true).sum();
+            }
+        }
+        // With several meshes the sum so far is divided again at each: the error weighs the first
+        // meshes less.
+        sum /= static_cast<T>(correspondences_.size());
+    }
+    return vertices > 0 ? std::sqrt(sum / vertices) : T(0);
+}
+
+template class Fusion<float>;
+template class Fusion<double>;
+template class Fusion<long double>;
