@@ -35,26 +35,26 @@ private:
 class LMXItemAction : public LMXAction
 {
 public:
-    explicit LMXItemAction(ModelItem& item)
-        : item_(&item)
+    explicit LMXItemAction(ModelItem& subject)
+        : item(&subject)
     {}
 
-    ModelItem& getModelItem() const { return *item_; }
+    ModelItem& getModelItem() const { return *item; }
 
 private:
-    ModelItem* item_;
+    ModelItem* item;
 };
 
 /// A change of one slice.
 class LMXSliceAction : public LMXAction
 {
 public:
-    explicit LMXSliceAction(StackSlice& slice)
-        : slice_(&slice)
+    explicit LMXSliceAction(StackSlice& subject)
+        : slice(&subject)
     {}
 
-    StackSlice& getSlice() const { return *slice_; }
+    StackSlice& getSlice() const { return *slice; }
 
 private:
-    StackSlice* slice_;
+    StackSlice* slice;
 };

@@ -12,20 +12,20 @@ LMXActionHistory::~LMXActionHistory() = default;
 
 void LMXActionHistory::openStep()
 {
-    if (stepOpen_) {
+    if (stepOpen) {
         raise<UsageError>("void LMXActionHistory::openStep()", "A step is already open");
     }
-    undoList_.push_back(std::make_unique<LMXActionList>());
-    stepOpen_ = true;
+    undoList.push_back(std::make_unique<LMXActionList>());
+    stepOpen = true;
 }
 
 void LMXActionHistory::push(LMXAction* action, bool applyNow)
 {
-    if (!stepOpen_) {
+    if (!stepOpen) {
         raise<UsageError>("void LMXActionHistory::push(LMXAction*, const bool)",
                           "No step was open prior to action insertion");
     }
-    undoList_.back()->append(action);
+    undoList.back()->append(action);
     if (applyNow) {
         action->apply();
     }
@@ -34,12 +34,12 @@ void LMXActionHistory::push(LMXAction* action, bool applyNow)
 
 void LMXActionHistory::closeStep()
 {
-    if (!stepOpen_) {
+    if (!stepOpen) {
         raise<UsageError>("void LMXActionHistory::closeStep()", "No open step to close");
     }
-    stepOpen_ = false;
-    if (undoList_.back()->isEmpty()) {
-        undoList_.pop_back();
+    stepOpen = false;
+    if (undoList.back()->isEmpty()) {
+        undoList.pop_back();
         return;
     }
     emit changed();
@@ -48,12 +48,12 @@ void LMXActionHistory::closeStep()
 
 void LMXActionHistory::undo()
 {
-    if (undoList_.empty()) {
+    if (undoList.empty()) {
         return;
     }
-    undoList_.back()->revert();
-    redoList_.push_back(std::move(undoList_.back()));
-    undoList_.pop_back();
+    undoList.back()->revert();
+    redoList.push_back(std::move(undoList.back()));
+    undoList.pop_back();
     emit changed();
     emit redoEnabled(true);
     emit undoEnabled(isUndoable());
@@ -61,12 +61,12 @@ void LMXActionHistory::undo()
 
 void LMXActionHistory::redo()
 {
-    if (redoList_.empty()) {
+    if (redoList.empty()) {
         return;
     }
-    redoList_.back()->apply();
-    undoList_.push_back(std::move(redoList_.back()));
-    redoList_.pop_back();
+    redoList.back()->apply();
+    undoList.push_back(std::move(redoList.back()));
+    redoList.pop_back();
     emit changed();
     emit undoEnabled(true);
     emit redoEnabled(isRedoable());
@@ -74,43 +74,43 @@ void LMXActionHistory::redo()
 
 QString LMXActionHistory::getUndoDescription(bool detailed) const
 {
-    return undoList_.empty() || undoList_.back()->isEmpty()
+    return undoList.empty() || undoList.back()->isEmpty()
                ? QString("(Nothing to undo)")
-               : undoList_.back()->first().description(detailed);
+               : undoList.back()->first().description(detailed);
 }
 
 QString LMXActionHistory::getRedoDescription(bool detailed) const
 {
-    return redoList_.empty() ? QString("(Nothing to redo)")
-                             : redoList_.back()->first().description(detailed);
+    return redoList.empty() ? QString("(Nothing to redo)")
+                            : redoList.back()->first().description(detailed);
 }
 
 void LMXActionHistory::clear()
 {
-    undoList_.clear();
-    redoList_.clear();
-    stepOpen_ = false;
+    undoList.clear();
+    redoList.clear();
+    stepOpen = false;
     emit changed();
 }
 
 void LMXActionHistory::destroyUndoList()
 {
-    undoList_.clear();
-    stepOpen_ = false;
+    undoList.clear();
+    stepOpen = false;
     emit undoEnabled(false);
 }
 
 void LMXActionHistory::destroyRedoList()
 {
-    redoList_.clear();
+    redoList.clear();
     emit redoEnabled(false);
 }
 
 void LMXActionHistory::print(const std::string& text) const
 {
     std::cerr << "*** Action history (" << this << "): " << text << "\n";
-    printSteps("  [ Undo list size = ", undoList_);
-    printSteps("  [ Redo list size = ", redoList_);
+    printSteps("  [ Undo list size = ", undoList);
+    printSteps("  [ Redo list size = ", redoList);
 }
 
 void LMXActionHistory::printSteps(const char* head, const Steps& steps)

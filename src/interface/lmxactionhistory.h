@@ -31,9 +31,9 @@ public:
     /// Ends the step; an empty one leaves no trace. Raises `UsageError` without an open step.
     void closeStep();
 
-    bool isUndoable() const { return !undoList_.empty(); }
+    bool isUndoable() const { return !undoList.empty(); }
 
-    bool isRedoable() const { return !redoList_.empty(); }
+    bool isRedoable() const { return !redoList.empty(); }
 
     /// Takes the last step back; without one it does nothing.
     void undo();
@@ -63,7 +63,7 @@ private:
 
     static void printSteps(const char* head, const Steps& steps);
 
-    Steps undoList_;
-    Steps redoList_;
-    bool stepOpen_ = false;
+    Steps undoList;
+    Steps redoList;
+    bool stepOpen = false;
 };

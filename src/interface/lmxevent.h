@@ -24,12 +24,12 @@ public:
     virtual int type() const = 0;
 
     /// The client that sent the event; null if nobody in particular did.
-    void setSender(LMXEventClient* client) { sender_ = client; }
+    void setSender(LMXEventClient* client) { sender = client; }
 
-    LMXEventClient* getSender() const { return sender_; }
+    LMXEventClient* getSender() const { return sender; }
 
 private:
-    LMXEventClient* sender_ = nullptr;
+    LMXEventClient* sender = nullptr;
 };
 
 /// Something happened to a live stack.
@@ -178,12 +178,12 @@ class LMXSliceLockEvent : public LMXNumberedEvent<LMXSliceEvent, 9>
 public:
     using LMXNumberedEvent::LMXNumberedEvent;
 
-    void setLockOn(bool on) { lockOn_ = on; }
+    void setLockOn(bool on) { lockOn = on; }
 
-    bool isLockOn() const { return lockOn_; }
+    bool isLockOn() const { return lockOn; }
 
 private:
-    bool lockOn_ = false;
+    bool lockOn = false;
 };
 
 class LMXSliceNameEvent : public LMXNumberedEvent<LMXSliceEvent, 10>
@@ -210,12 +210,12 @@ class LMXSliceItemSelectionEvent : public LMXNumberedEvent<LMXSliceEvent, 13>
 public:
     using LMXNumberedEvent::LMXNumberedEvent;
 
-    void setSelectionInfo(const StackSliceSelectionInfo& info) { selectionInfo_ = info; }
+    void setSelectionInfo(const StackSliceSelectionInfo& info) { selectionInfo = info; }
 
-    const StackSliceSelectionInfo& getSelectionInfo() const { return selectionInfo_; }
+    const StackSliceSelectionInfo& getSelectionInfo() const { return selectionInfo; }
 
 private:
-    StackSliceSelectionInfo selectionInfo_;
+    StackSliceSelectionInfo selectionInfo;
 };
 
 class LMXModelCreateEvent : public LMXNumberedEvent<LMXModelEvent, 14>
@@ -236,20 +236,20 @@ class LMXModelPropertiesEvent : public LMXNumberedEvent<LMXModelEvent, 16>
 public:
     using LMXNumberedEvent::LMXNumberedEvent;
 
-    void setOldProperties(const ModelProperties& properties) { oldProperties_ = properties; }
+    void setOldProperties(const ModelProperties& properties) { oldProperties = properties; }
 
-    const ModelProperties& getOldProperties() const { return oldProperties_; }
+    const ModelProperties& getOldProperties() const { return oldProperties; }
 
     void setOldItemProperties(const ModelItemProperties& properties)
     {
-        oldItemProperties_ = properties;
+        oldItemProperties = properties;
     }
 
-    const ModelItemProperties& getOldItemProperties() const { return oldItemProperties_; }
+    const ModelItemProperties& getOldItemProperties() const { return oldItemProperties; }
 
 private:
-    ModelProperties oldProperties_;
-    ModelItemProperties oldItemProperties_;
+    ModelProperties oldProperties;
+    ModelItemProperties oldItemProperties;
 };
 
 class LMXModelItemCreateEvent : public LMXNumberedEvent<LMXModelItemEvent, 17>
@@ -295,17 +295,17 @@ class LMXModelItemConvertEvent : public LMXNumberedEvent<LMXModelItemEvent, 23>
 public:
     using LMXNumberedEvent::LMXNumberedEvent;
 
-    void setSourceModel(Model* model) { sourceModel_ = model; }
+    void setSourceModel(Model* model) { sourceModel = model; }
 
-    Model* getSourceModel() const { return sourceModel_; }
+    Model* getSourceModel() const { return sourceModel; }
 
-    void setDestinationModel(Model* model) { destinationModel_ = model; }
+    void setDestinationModel(Model* model) { destinationModel = model; }
 
-    Model* getDestinationModel() const { return destinationModel_; }
+    Model* getDestinationModel() const { return destinationModel; }
 
 private:
-    Model* sourceModel_ = nullptr;
-    Model* destinationModel_ = nullptr;
+    Model* sourceModel = nullptr;
+    Model* destinationModel = nullptr;
 };
 
 class LMXPoseCreateEvent : public LMXNumberedEvent<LMXPoseEvent, 24>

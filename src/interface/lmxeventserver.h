@@ -6,23 +6,33 @@ class LMXAction;
 class LMXEvent;
 class LMXEventClient;
 
-/// Delivers events to all clients of the process, synchronously and in the order in which they came
-/// in; the sender gets its event too. Clients that come in during a delivery are still served in
-/// it, and handlers may send further events, which are delivered at once. An exception that a
-/// handler lets through ends the delivery and reaches the sender.
+/// The list of all clients of the process, in the order in which they came in, and the delivery to
+/// them.
+///
+/// Delivery is synchronous: when `notifyEvent` returns, every client has reacted, the sender too. A
+/// client may send further events from its reaction; they are delivered at once, in between. One
+/// that comes in during a delivery is still served in it; one that goes out before its turn is not,
+/// and no other loses its turn by that. An exception that a reaction lets through ends the delivery
+/// and reaches the sender. The list belongs to the GUI thread and is not locked.
 class LMXEventServer
 {
 public:
     /// Adds a client that is not in the list yet.
     static void attach(LMXEventClient& client);
+
     /// Takes a client out of the list, if it is there.
     static void detach(LMXEventClient& client);
 
     static void notifyEvent(LMXEvent& event);
+
+    /// Tells an action that was applied or reverted.
     static void notifyAction(LMXAction& action);
     static void atEventBatchEnd();
 
 private:
-    // Must exist once in a process, however many libraries bring this code along.
-    static std::vector<LMXEventClient*> clients_;
+    class Walk;
+
+    // Both must exist once in a process, however many libraries bring this code along.
+    static std::vector<LMXEventClient*> clients;
+    static Walk* innermostWalk;
 };

@@ -4,17 +4,17 @@
 #include "interface/lmxeventserver.h"
 #include "stack/modelitem.h"
 
-LMXItemConversionAction::LMXItemConversionAction(ModelItem& item)
-    : LMXItemAction(item)
-    , sourceModel_(item.getModel())
-    , oldProperties_(item.getProperties())
+LMXItemConversionAction::LMXItemConversionAction(ModelItem& subject)
+    : LMXItemAction(subject)
+    , sourceModel(subject.getModel())
+    , oldProperties(subject.getProperties())
 {}
 
 void LMXItemConversionAction::apply()
 {
     LMXAction::apply();
-    if (destinationModel_) {
-        move(*destinationModel_);
+    if (destinationModel) {
+        move(*destinationModel);
         announce();
     }
 }
@@ -22,9 +22,9 @@ void LMXItemConversionAction::apply()
 void LMXItemConversionAction::revert()
 {
     LMXAction::revert();
-    if (destinationModel_ && sourceModel_) {
-        move(*sourceModel_);
-        getModelItem().setProperties(oldProperties_);
+    if (destinationModel && sourceModel) {
+        move(*sourceModel);
+        getModelItem().setProperties(oldProperties);
         announce();
     }
 }
@@ -39,7 +39,7 @@ void LMXItemConversionAction::move(Model& model)
 void LMXItemConversionAction::announce()
 {
     LMXModelItemConvertEvent event(getModelItem());
-    event.setSourceModel(sourceModel_);
-    event.setDestinationModel(destinationModel_);
+    event.setSourceModel(sourceModel);
+    event.setDestinationModel(destinationModel);
     LMXEventServer::notifyEvent(event);
 }

@@ -10,9 +10,9 @@ class LMXItemConversionAction : public LMXItemAction
 {
 public:
     /// Keeps the item's present model and properties as what `revert` brings back.
-    explicit LMXItemConversionAction(ModelItem& item);
+    explicit LMXItemConversionAction(ModelItem& subject);
 
-    void setModel(Model& destination) { destinationModel_ = &destination; }
+    void setModel(Model& destination) { destinationModel = &destination; }
 
     void apply() override;
     void revert() override;
@@ -21,7 +21,7 @@ private:
     void move(Model& model);
     void announce();
 
-    Model* sourceModel_;
-    Model* destinationModel_ = nullptr;
-    ModelItemProperties oldProperties_;
+    Model* sourceModel;
+    Model* destinationModel = nullptr;
+    ModelItemProperties oldProperties;
 };

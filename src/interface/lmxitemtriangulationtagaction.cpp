@@ -5,15 +5,15 @@
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 
-LMXItemTriangulationTagAction::LMXItemTriangulationTagAction(ModelItem& item)
-    : LMXItemAction(item)
-    , oldTag_(item.getTriangulationTag())
-    , newTag_(item.getTriangulationTag())
+LMXItemTriangulationTagAction::LMXItemTriangulationTagAction(ModelItem& subject)
+    : LMXItemAction(subject)
+    , oldTag(subject.getTriangulationTag())
+    , newTag(subject.getTriangulationTag())
 {}
 
 void LMXItemTriangulationTagAction::apply()
 {
-    getModelItem().setTriangulationTag(newTag_);
+    getModelItem().setTriangulationTag(newTag);
     LMXEventServer::notifyAction(*this);
     const StackSlice* slice = getModelItem().getSlice();
     if (auto* stack = slice ? dynamic_cast<LMXStack*>(slice->getStack()) : nullptr) {
@@ -23,6 +23,6 @@ void LMXItemTriangulationTagAction::apply()
 
 void LMXItemTriangulationTagAction::revert()
 {
-    getModelItem().setTriangulationTag(oldTag_);
+    getModelItem().setTriangulationTag(oldTag);
     LMXEventServer::notifyAction(*this);
 }

@@ -9,17 +9,17 @@ class LMXItemTriangulationTagAction : public LMXItemAction
 {
 public:
     /// Keeps the item's present tag as what `revert` brings back.
-    explicit LMXItemTriangulationTagAction(ModelItem& item);
+    explicit LMXItemTriangulationTagAction(ModelItem& subject);
 
-    void setTriangulationTag(CurveStackTriangulationContourTag tag) { newTag_ = tag; }
+    void setTriangulationTag(CurveStackTriangulationContourTag tag) { newTag = tag; }
 
-    CurveStackTriangulationContourTag getTriangulationTag() const { return newTag_; }
+    CurveStackTriangulationContourTag getTriangulationTag() const { return newTag; }
 
     /// Marks the item's live stack as modified, too.
     void apply() override;
     void revert() override;
 
 private:
-    CurveStackTriangulationContourTag oldTag_;
-    CurveStackTriangulationContourTag newTag_;
+    CurveStackTriangulationContourTag oldTag;
+    CurveStackTriangulationContourTag newTag;
 };

@@ -4,16 +4,16 @@
 #include "interface/lmxeventserver.h"
 #include "stack/modelitem.h"
 
-LMXItemVerticesChangeAction::LMXItemVerticesChangeAction(ModelItem& item)
-    : LMXItemAction(item)
+LMXItemVerticesChangeAction::LMXItemVerticesChangeAction(ModelItem& subject)
+    : LMXItemAction(subject)
 {
-    setVertices(item.getVertices());
+    setVertices(subject.getVertices());
 }
 
-void LMXItemVerticesChangeAction::setVertices(const Vertices<int>& vertices)
+void LMXItemVerticesChangeAction::setVertices(const Vertices<int>& newVertices)
 {
-    vertices_ = vertices;
-    vertices_.detach();
+    vertices = newVertices;
+    vertices.detach();
 }
 
 void LMXItemVerticesChangeAction::apply()
@@ -30,12 +30,12 @@ void LMXItemVerticesChangeAction::revert()
 
 void LMXItemVerticesChangeAction::exchange()
 {
-    ModelItem& item = getModelItem();
-    Vertices<int> former = item.getVertices();
+    ModelItem& target = getModelItem();
+    Vertices<int> former = target.getVertices();
     former.detach();
-    item.setVertices(vertices_);
-    item.getSelection().set(true);
-    vertices_ = former;
-    LMXModelItemVertexEvent event(item);
+    target.setVertices(vertices);
+    target.getSelection().set(true);
+    vertices = former;
+    LMXModelItemVertexEvent event(target);
     LMXEventServer::notifyEvent(event);
 }

@@ -9,10 +9,10 @@ class LMXItemVerticesChangeAction : public LMXItemAction
 {
 public:
     /// The item's own vertices, until others are set.
-    explicit LMXItemVerticesChangeAction(ModelItem& item);
+    explicit LMXItemVerticesChangeAction(ModelItem& subject);
 
     /// Copies the vertices, of dimension 2.
-    void setVertices(const Vertices<int>& vertices);
+    void setVertices(const Vertices<int>& newVertices);
 
     void apply() override;
     void revert() override;
@@ -20,5 +20,5 @@ public:
 private:
     void exchange();
 
-    Vertices<int> vertices_;
+    Vertices<int> vertices;
 };

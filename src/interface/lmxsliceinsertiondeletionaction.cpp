@@ -4,64 +4,91 @@
 #include "interface/lmxstack.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
+#include "system/exception.h"
 
 namespace {
 
-void updateReconstruction(Stack& stack)
+/// The place of the slice in its stack, or -1.
+int placeOf(const StackSlice& slice)
 {
-    if (auto* live = dynamic_cast<LMXStack*>(&stack)) {
-        live->updateReconstruction();
-    }
+    return slice.getStack() == nullptr ? -1 : slice.getStack()->findSlice(slice);
 }
 
 } // namespace
 
-LMXSliceInsertionDeletionAction::LMXSliceInsertionDeletionAction(StackSlice& slice)
-    : LMXSliceAction(slice)
-{}
+LMXSliceInsertionDeletionAction::LMXSliceInsertionDeletionAction(StackSlice& subject)
+    : LMXSliceAction(subject)
+{
+    const int place = placeOf(subject);
+    if (place >= 0) {
+        slicePosition = place;
+    } else if (subject.getStack() != nullptr) {
+        slicePosition = subject.getStack()->getNumSlices();
+    }
+}
 
 LMXSliceInsertionDeletionAction::~LMXSliceInsertionDeletionAction()
 {
-    if (insertion_ == reverted()) {
+    // A deletion that was never carried out leaves the slice where it is.
+    if (insertion == reverted() && placeOf(getSlice()) < 0) {
         delete &getSlice();
     }
 }
 
 void LMXSliceInsertionDeletionAction::apply()
 {
+    carryOut(insertion);
     LMXAction::apply();
-    insertion_ ? insertSlice() : takeSliceOut();
     LMXEventServer::notifyAction(*this);
 }
 
 void LMXSliceInsertionDeletionAction::revert()
 {
+    carryOut(!insertion);
     LMXAction::revert();
-    insertion_ ? takeSliceOut() : insertSlice();
     LMXEventServer::notifyAction(*this);
 }
 
 QString LMXSliceInsertionDeletionAction::description(bool) const
 {
-    return insertion_ ? "Insert slice" : "Delete slice";
+    return insertion ? "Insert slice" : "Delete slice";
 }
 
-void LMXSliceInsertionDeletionAction::insertSlice()
+void LMXSliceInsertionDeletionAction::carryOut(bool insert)
 {
-    StackSlice& slice = getSlice();
-    slice.getStack()->addSlice(slice, slicePosition_);
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        slice.getItem(i).attachToModel();
+    Stack* stack = getSlice().getStack();
+    if (stack == nullptr) {
+        raise<UsageError>("void LMXSliceInsertionDeletionAction::apply()",
+                          "The slice has no stack");
     }
-    updateReconstruction(*slice.getStack());
+    insert ? insertSlice(*stack) : takeSliceOut(*stack);
+    if (auto* live = dynamic_cast<LMXStack*>(stack)) {
+        live->updateReconstruction();
+    }
 }
 
-void LMXSliceInsertionDeletionAction::takeSliceOut()
+void LMXSliceInsertionDeletionAction::insertSlice(Stack& stack)
 {
-    StackSlice& slice = getSlice();
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        slice.getItem(i).detachFromModel();
+    if (slicePosition < 0 || slicePosition > stack.getNumSlices()) {
+        raise<RangeError>("void LMXSliceInsertionDeletionAction::apply()",
+                          "The slice can't be inserted outside the stack");
     }
-    slice.getStack()->removeSlice(slicePosition_);
-    updateReconstruction(*slice.getStack());
+    StackSlice& subject = getSlice();
+    stack.addSlice(subject, slicePosition);
+    for (int i = 0; i < subject.getNumItems(); ++i) {
+        subject.getItem(i).attachToModel();
+    }
+}
+
+void LMXSliceInsertionDeletionAction::takeSliceOut(Stack& stack)
+{
+    StackSlice& subject = getSlice();
+    if (placeOf(subject) < 0 || placeOf(subject) != slicePosition) {
+        raise<RangeError>("void LMXSliceInsertionDeletionAction::apply()",
+                          "The slice does not stand at this position");
+    }
+    for (int i = 0; i < subject.getNumItems(); ++i) {
+        subject.getItem(i).detachFromModel();
+    }
+    stack.removeSlice(slicePosition);
 }

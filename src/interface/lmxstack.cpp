@@ -12,13 +12,13 @@
 
 LMXStack::LMXStack()
     : history_(new LMXActionHistory)
-    , panoramaImageServer_(new LMXImageServer)
-    , rawImageCache_(new LMXRawImageCache)
-    , slicePixmapCache_(new LMXSlicePixmapCache)
+    , panoramaImageServer(new LMXImageServer)
+    , rawImageCache(new LMXRawImageCache)
+    , slicePixmapCache(new LMXSlicePixmapCache)
 {
-    reconstruction_.setStack(*this);
-    panoramaImageServer_->setAutoDelete(false);
-    panoramaImageServer_->setBaseSize(QSize(256, 256));
+    reconstruction.setStack(*this);
+    panoramaImageServer->setAutoDelete(false);
+    panoramaImageServer->setBaseSize(QSize(256, 256));
 }
 
 LMXStack::~LMXStack()
@@ -28,10 +28,10 @@ LMXStack::~LMXStack()
 
 void LMXStack::setFilename(const std::string& path)
 {
-    if (path == filename_) {
+    if (path == filename) {
         return;
     }
-    filename_ = path;
+    filename = path;
     LMXStackFileNameEvent event(*this);
     notifyEvent(event);
 }
@@ -56,7 +56,7 @@ bool LMXStack::write(const std::string& path)
 
 LMXActionHistory& LMXStack::sliceHistory(StackSlice& slice)
 {
-    std::unique_ptr<LMXActionHistory>& history = sliceHistories_[&slice];
+    std::unique_ptr<LMXActionHistory>& history = sliceHistories[&slice];
     if (!history) {
         history = std::make_unique<LMXActionHistory>();
     }
@@ -66,12 +66,12 @@ LMXActionHistory& LMXStack::sliceHistory(StackSlice& slice)
 void LMXStack::destroyHistory()
 {
     history_->clear();
-    sliceHistories_.clear();
+    sliceHistories.clear();
 }
 
 void LMXStack::updateReconstruction()
 {
-    reconstruction_.computeMaps();
+    reconstruction.computeMaps();
 }
 
 bool LMXStack::owns(const LMXStackEvent& event) const

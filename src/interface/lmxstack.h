@@ -31,7 +31,7 @@ public:
     /// The file that the stack was last read from or written to. A new name is told to all clients.
     void setFilename(const std::string& path);
 
-    const std::string& getFilename() const { return filename_; }
+    const std::string& getFilename() const { return filename; }
 
     /// Tells all clients, also where the value stays.
     void setModified(bool value);
@@ -52,13 +52,15 @@ public:
 
     void updateReconstruction();
 
-    StackReconstruction<float>& getReconstruction() { return reconstruction_; }
+    StackReconstruction<float>& getReconstruction() { return reconstruction; }
 
-    LMXImageServer& getPanoramaImageServer() { return *panoramaImageServer_; }
+    const StackReconstruction<float>& getReconstruction() const { return reconstruction; }
 
-    LMXRawImageCache& getRawImageCache() { return *rawImageCache_; }
+    LMXImageServer& getPanoramaImageServer() { return *panoramaImageServer; }
 
-    LMXSlicePixmapCache& getSlicePixmapCache() { return *slicePixmapCache_; }
+    LMXRawImageCache& getRawImageCache() { return *rawImageCache; }
+
+    LMXSlicePixmapCache& getSlicePixmapCache() { return *slicePixmapCache; }
 
     void beginRegistration() { inRegistration_ = true; }
 
@@ -93,13 +95,13 @@ private:
     bool owns(const LMXModelItemEvent& event) const;
     bool owns(const LMXPoseEvent& event) const;
 
-    std::string filename_;
+    std::string filename;
     bool modified_ = false;
-    StackReconstruction<float> reconstruction_;
+    StackReconstruction<float> reconstruction;
     std::unique_ptr<LMXActionHistory> history_;
-    std::map<StackSlice*, std::unique_ptr<LMXActionHistory>> sliceHistories_;
-    std::unique_ptr<LMXImageServer> panoramaImageServer_;
+    std::map<StackSlice*, std::unique_ptr<LMXActionHistory>> sliceHistories;
+    std::unique_ptr<LMXImageServer> panoramaImageServer;
     bool inRegistration_ = false;
-    std::unique_ptr<LMXRawImageCache> rawImageCache_;
-    std::unique_ptr<LMXSlicePixmapCache> slicePixmapCache_;
+    std::unique_ptr<LMXRawImageCache> rawImageCache;
+    std::unique_ptr<LMXSlicePixmapCache> slicePixmapCache;
 };
