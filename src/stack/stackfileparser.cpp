@@ -104,8 +104,8 @@ bool StackFileParser::readHeader(Keyword keyword)
         }
         return true;
     case Keyword::Stack:
-        stack_.setName(scanner_.lastQuoted());
         stackNamed_ = true;
+        stack_.setName(scanner_.lastQuoted());
         return true;
     case Keyword::LengthUnitScale: {
         LengthUnit unit;

@@ -1,0 +1,597 @@
+#include "image/imagesourcefilemosaic.h"
+#include "image/imagesourcetiffstackplane.h"
+#include "image/imagesourcevoxelmatrixfileplane.h"
+#include "image/voxelmatrix.h"
+#include "stack/stackreader.h"
+#include "stack/stackwriter.h"
+#include "support/stacks.h"
+#include "support/temporaryfolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+#include <random>
+#include <regex>
+#include <string>
+#include <vector>
+
+using namespace stacks;
+
+namespace {
+
+void expectNear(float read, float written)
+{
+    EXPECT_NEAR(read, written, std::abs(written) * 5e-6f);
+}
+
+void expectEqual(const PixelCalibration& read, const PixelCalibration& written)
+{
+    expectNear(read.getPixelWidth(), written.getPixelWidth());
+    EXPECT_NEAR(read.getPixelHeight(), written.getPixelHeight(),
+                written.getPixelHeight() * 1.1e-5f);
+    expectNear(read.getAspectRatio(), written.getAspectRatio());
+    EXPECT_EQ(read.getLengthUnit(), written.getLengthUnit());
+}
+
+void expectEqual(const StackSlice& read, const StackSlice& written)
+{
+    EXPECT_EQ(read.getName(), written.getName());
+    EXPECT_EQ(read.getImageSource().getSize(), written.getImageSource().getSize());
+    EXPECT_EQ(read.getImageSource().getType(), written.getImageSource().getType());
+    EXPECT_EQ(read.getNumItems(), written.getNumItems());
+    EXPECT_EQ(read.useRelativePosition(), written.useRelativePosition());
+    if (read.useRelativePosition()) {
+        expectNear(read.getRelativePosition(), written.getRelativePosition());
+    } else {
+        expectNear(read.getAbsolutePosition(), written.getAbsolutePosition());
+    }
+    EXPECT_EQ(read.getRegistration().horShift, written.getRegistration().horShift);
+    EXPECT_EQ(read.getRegistration().verShift, written.getRegistration().verShift);
+    expectNear(read.getRegistration().rotationAngle, written.getRegistration().rotationAngle);
+    expectEqual(read.getPixelCalibration(), written.getPixelCalibration());
+}
+
+void expectEqual(const ModelItem& read, const ModelItem& written)
+{
+    EXPECT_EQ(read.getModel()->getName(), written.getModel()->getName());
+    EXPECT_EQ(read.getSlice()->getName(), written.getSlice()->getName());
+    EXPECT_EQ(read.getProperties(), written.getProperties());
+    EXPECT_EQ(read.getTriangulationTag(), written.getTriangulationTag());
+    EXPECT_EQ(read.getRLEItemSet(), written.getRLEItemSet());
+    ASSERT_EQ(read.getVertices().getSize(), written.getVertices().getSize());
+    for (int i = 0; i < read.getVertices().getSize(); ++i) {
+        ASSERT_EQ(read.getVertices()[i], written.getVertices()[i]);
+    }
+}
+
+void expectEqual(const Model& read, const Model& written)
+{
+    EXPECT_EQ(read.getName(), written.getName());
+    EXPECT_EQ(read.getItemProperties(), written.getItemProperties());
+    const ModelProperties& a = read.getProperties();
+    const ModelProperties& b = written.getProperties();
+    EXPECT_EQ(a.getGeometry(), b.getGeometry());
+    EXPECT_EQ(a.getRenderingMode(), b.getRenderingMode());
+    expectNear(a.getSurfaceOpacity(), b.getSurfaceOpacity());
+    EXPECT_EQ(a.getQuadMeshWidth(), b.getQuadMeshWidth());
+    EXPECT_EQ(a.getEconomicRendering(), b.getEconomicRendering());
+    EXPECT_EQ(a.hasBeginCapFlag(), b.hasBeginCapFlag());
+    EXPECT_EQ(a.hasEndCapFlag(), b.hasEndCapFlag());
+    ASSERT_EQ(read.getNumItems(), written.getNumItems());
+    for (int i = 0; i < read.getNumItems(); ++i) {
+        expectEqual(read.getItem(i), written.getItem(i));
+    }
+}
+
+void expectEqual(const Stack& read, const Stack& written)
+{
+    EXPECT_EQ(read.getName(), written.getName());
+    EXPECT_EQ(read.getAbsoluteImagesPathPolicy(), written.getAbsoluteImagesPathPolicy());
+    EXPECT_EQ(read.hasInvertedZAxis(), written.hasInvertedZAxis());
+    EXPECT_EQ(read.getLastSegmentedSlice(), written.getLastSegmentedSlice());
+    expectNear(read.getDefaultRelativePosition(), written.getDefaultRelativePosition());
+    expectEqual(read.getDefaultPixelCalibration(), written.getDefaultPixelCalibration());
+    ASSERT_EQ(read.getNumSlices(), written.getNumSlices());
+    for (int i = 0; i < read.getNumSlices(); ++i) {
+        expectEqual(read.getSlice(i), written.getSlice(i));
+    }
+    ASSERT_EQ(read.getNumModels(), written.getNumModels());
+    for (int i = 0; i < read.getNumModels(); ++i) {
+        expectEqual(read.getModel(i), written.getModel(i));
+    }
+    ASSERT_EQ(read.getNumPoses(), written.getNumPoses());
+    for (int i = 0; i < read.getNumPoses(); ++i) {
+        EXPECT_EQ(read.getPose(i).getName(), written.getPose(i).getName());
+        EXPECT_EQ(read.getPose(i).getRotation(), written.getPose(i).getRotation());
+        EXPECT_EQ(read.getPose(i).getTranslation(), written.getPose(i).getTranslation());
+        EXPECT_EQ(read.getPose(i).getZoom(), written.getPose(i).getZoom());
+        EXPECT_EQ(read.getPose(i).getSpecularLight(), written.getPose(i).getSpecularLight());
+    }
+}
+
+/// Stack files in a folder of their own; `a.sdf` is read, `b.sdf` is written from what was read.
+class Files
+{
+public:
+    std::string path(const std::string& name) const { return folder_.file(name); }
+
+    std::string folder() const { return folder_.path().string(); }
+
+    std::string text(const Stack& stack) const
+    {
+        EXPECT_TRUE(StackWriter().write(stack, path("b.sdf")));
+        return folder_.read("b.sdf");
+    }
+
+    bool read(const std::string& text, Stack& stack, StackReader& reader) const
+    {
+        return reader.read(stack, folder_.write("a.sdf", text));
+    }
+
+    /// Reads the text and gives the messages, without the path in front of each.
+    std::vector<std::string> messages(const std::string& text, int fatal) const
+    {
+        Stack stack;
+        StackReader reader;
+        EXPECT_EQ(read(text, stack, reader), fatal == 0) << text;
+        EXPECT_EQ(reader.getNumFatalErrors(), fatal);
+        std::vector<std::string> result;
+        for (const std::string& message : reader.getLog()) {
+            EXPECT_EQ(message.compare(0, path("a.sdf:").size(), path("a.sdf:")), 0) << message;
+            result.push_back(message.substr(path("a.sdf:").size()));
+        }
+        return result;
+    }
+
+private:
+    TemporaryFolder folder_;
+};
+
+/// What a reader must hold to, whatever it is given: it says yes or no, a no has its reason with
+/// file and line, and what was read with a yes can be written and read again.
+void expectSaneReading(const Files& files, const std::string& text)
+{
+    Stack stack;
+    StackReader reader;
+    if (files.read(text, stack, reader)) {
+        const std::string again = files.text(stack);
+        Stack second;
+        EXPECT_TRUE(files.read(again, second, reader)) << text;
+        EXPECT_EQ(files.text(second), again);
+        return;
+    }
+    EXPECT_GT(reader.getNumFatalErrors(), 0);
+    const std::string place = files.path("a.sdf:");
+    EXPECT_TRUE(std::any_of(reader.getLog().begin(), reader.getLog().end(),
+                            [&place](const std::string& message) {
+                                return message.compare(0, place.size(), place) == 0 &&
+                                       std::isdigit(
+                                           static_cast<unsigned char>(message[place.size()])) != 0;
+                            }))
+        << text;
+}
+
+const std::string small = "FileFormatVersion 1.05;\n"         // 1
+                          "STACK \"s\";\n"                    // 2
+                          "\n"                                // 3
+                          "SLICE \"leaf\" \"leaf.tif\";\n"    // 4
+                          "SliceSize1 8;\n"                   // 5
+                          "SliceSize2 9;\n"                   // 6
+                          "ROTATE 1;\n"                       // 7
+                          "\n"                                // 8
+                          "MODEL \"Contour\";\n"              // 9
+                          "COLOR 1 2 3;\n"                    // 10
+                          "PRIMITIVE Polygon;\n"              // 11
+                          "\n"                                // 12
+                          "MODELITEM \"Contour\" \"leaf\";\n" // 13
+                          "MODELITEMDATA\n"                   // 14
+                          " 1,2 3,4\n"                        // 15
+                          " 5,6;\n"                           // 16
+                          "\n"                                // 17
+                          "POSE \"p\";\n"                     // 18
+                          "POSESHIFT 1 2;\n";                 // 19
+
+const std::string missingLeaf(const Files& files)
+{
+    return "4: slice \"leaf\": the image file \"" + files.path("leaf.tif") +
+           "\" can't be read: there is no such file";
+}
+
+std::string with(const std::string& from, const std::string& to)
+{
+    std::string text = small;
+    text.replace(text.find(from), from.size(), to);
+    return text;
+}
+
+} // namespace
+
+TEST(StackReader, AWrittenStackReadsBackEqualAndIsWrittenTheSameAgain)
+{
+    const Files files;
+    for (unsigned seed = 0; seed < 150; ++seed) {
+        const auto written = randomStack(seed, files.folder());
+        const std::string text = files.text(*written);
+        Stack read;
+        StackReader reader;
+        ASSERT_TRUE(files.read(text, read, reader)) << reader.getLog().front();
+        expectEqual(read, *written);
+        ASSERT_EQ(files.text(read), text) << seed;
+    }
+}
+
+TEST(StackReader, DifferencesBelowTheWrittenDigitsMakeNoStatement)
+{
+    const Files files;
+    Stack written;
+    written.setDefaultPixelCalibration(calibration(0.1f, 1.0f));
+    written.setDefaultRelativePosition(0.3f);
+    StackSlice& slice = addSlice(written, "s", statedFile("", 1, 1));
+    slice.setPixelCalibration(calibration(std::nextafter(0.1f, 1.0f), std::nextafter(1.0f, 2.0f)));
+    slice.setRelativePosition(std::nextafter(0.3f, 1.0f));
+    const std::string text = files.text(written);
+    Stack read;
+    StackReader reader;
+    ASSERT_TRUE(files.read(text, read, reader));
+    EXPECT_EQ(files.text(read), text);
+}
+
+TEST(StackReader, TakesThePlaceOfAllThatTheStackHeld)
+{
+    const Files files;
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        const auto stack = randomStack(seed, files.folder());
+        StackReader reader;
+        ASSERT_TRUE(files.read(small, *stack, reader));
+        Stack fresh;
+        ASSERT_TRUE(files.read(small, fresh, reader));
+        EXPECT_EQ(files.text(*stack), files.text(fresh));
+    }
+}
+
+TEST(StackReader, ReadsTheOtherSpellings)
+{
+    const Files files;
+    const std::vector<std::pair<std::string, std::string>> spellings = {
+        {"COLOR", "M2DCOLOR"},         {"FILLEDIN", "M2DFILLEDIN"},  {"HIDDEN3D", "M2DHIDDEN3D"},
+        {"ImagesPath", "IMAGESPATH"},  {"ImagesPath", "IMAGESDIR"},  {"MODEL", "M2DCLASS"},
+        {"MODELITEM", "M2DITEM"},      {"MODELITEMDATA", "M2DDATA"}, {"PIXASPECT", "ASPRATIO"},
+        {"PIXASPECT", "ASPECT"},       {"POINTSIZE", "M2DRADIUS"},   {"POSITION", "DEPTH"},
+        {"PRIMITIVE", "M2DPRIMITIVE"}, {"RELPOSITION", "RELDEPTH"},  {"THICKNESS", "M2DTHICKNESS"},
+    };
+    std::string all;
+    for (unsigned seed = 0; seed < 30; ++seed) {
+        const auto stack = randomStack(seed, files.folder());
+        const std::string text = files.text(*stack);
+        std::string old = text;
+        for (const auto& [first, other] : spellings) {
+            const std::regex word("(^|\n)" + first + "(?=[ \n])");
+            old = std::regex_replace(old, word, "$1" + other);
+        }
+        // Line ends and blanks of other systems come along.
+        old = std::regex_replace(old, std::regex(";\n"), " ;\r\n");
+        Stack read;
+        StackReader reader;
+        ASSERT_TRUE(files.read(old, read, reader)) << reader.getLog().front();
+        ASSERT_EQ(files.text(read), text);
+        all += old;
+    }
+    for (const auto& [first, other] : spellings) {
+        EXPECT_TRUE(other == "ASPECT" || other == "IMAGESDIR" ||
+                    all.find("\n" + other) != std::string::npos)
+            << other;
+    }
+}
+
+TEST(StackReader, AFileCutAnywhereIsToldOrReadRightUpToThere)
+{
+    const Files files;
+    std::string text;
+    for (unsigned seed = 0; text.size() < 3000 || text.find("MODELITEM \"") == std::string::npos ||
+                            text.find("POSE ") == std::string::npos;
+         ++seed) {
+        text = files.text(*randomStack(seed, files.folder()));
+    }
+    int accepted = 0;
+    for (std::size_t length = 0; length < text.size(); ++length) {
+        const std::string cut = text.substr(0, length);
+        Stack stack;
+        StackReader reader;
+        if (!files.read(cut, stack, reader)) {
+            ASSERT_GT(reader.getNumFatalErrors(), 0);
+            continue;
+        }
+        ++accepted;
+        const std::size_t last = cut.find_last_not_of(" \n");
+        ASSERT_EQ(cut[last], ';') << cut;
+        // All blocks in front of the one that was cut are whole. A folder belongs to the slice
+        // behind it.
+        std::size_t whole = cut.rfind("\n\n");
+        while (whole != std::string::npos &&
+               cut.compare(cut.rfind('\n', whole - 1) + 1, 10, "ImagesPath") == 0) {
+            whole = cut.rfind("\n\n", whole - 1);
+        }
+        if (whole != std::string::npos && cut.compare(whole + 2, 10, "ImagesPath") != 0) {
+            ASSERT_EQ(files.text(stack).compare(0, whole + 1, cut, 0, whole + 1), 0) << cut;
+        }
+    }
+    EXPECT_GT(accepted, 20);
+}
+
+TEST(StackReader, SurvivesRandomTokens)
+{
+    const Files files;
+    const std::vector<std::string> odd = {"",
+                                          "\"",
+                                          ";",
+                                          "\"\"",
+                                          ",",
+                                          "nan",
+                                          "inf",
+                                          "1e999",
+                                          "-1",
+                                          "0",
+                                          "2147483648",
+                                          "-99999999999",
+                                          "1e-50",
+                                          "true",
+                                          "Ring",
+                                          "\"nobody\"",
+                                          "SLICE",
+                                          "IMAGE",
+                                          "MODEL",
+                                          "MODELITEMDATA",
+                                          "POSE",
+                                          "Annotation",
+                                          "\xFF\xFE",
+                                          std::string(1, '\0'),
+                                          "1,2,3",
+                                          "IMAGE 1 1 x.tif;",
+                                          "SLICE \"m\" 2 2;",
+                                          "SLICE \"m\" 1000000 1000000;",
+                                          "99999999"};
+    const std::regex token("\"[^\"]*\"|[A-Za-z0-9_.+-]+|[;,]");
+    std::mt19937 random(5);
+    for (int round = 0; round < 1500; ++round) {
+        std::string text = round % 2 == 0 ? small : files.text(*randomStack(random() % 40, "/no"));
+        std::vector<std::pair<std::size_t, std::size_t>> places;
+        for (std::sregex_iterator i(text.begin(), text.end(), token), end; i != end; ++i) {
+            places.emplace_back(i->position(), i->length());
+        }
+        for (unsigned n = 1 + random() % 2; n > 0; --n) {
+            const auto [begin, length] = places[random() % places.size()];
+            const auto [otherBegin, otherLength] = places[random() % places.size()];
+            const std::string other = random() % 3 == 0 && otherBegin < text.size()
+                                          ? text.substr(otherBegin, otherLength)
+                                          : odd[random() % odd.size()];
+            if (begin <= text.size()) {
+                text.replace(begin, length, other);
+            }
+        }
+        expectSaneReading(files, text);
+        if (HasFatalFailure() || HasNonfatalFailure()) {
+            break;
+        }
+    }
+}
+
+TEST(StackReader, TellsEachFaultWithLineAndReason)
+{
+    const Files files;
+    const std::string leaf = missingLeaf(files);
+    const std::string item = "item of model \"Contour\" on slice \"leaf\": ";
+    const auto expectFault = [&](const std::string& from, const std::string& to,
+                                 const std::string& message) {
+        const auto told = files.messages(with(from, to), 1);
+        EXPECT_NE(std::find(told.begin(), told.end(), message), told.end())
+            << message << "\nbut:\n"
+            << ::testing::PrintToString(told);
+    };
+    EXPECT_EQ(files.messages(small, 0), std::vector<std::string>{leaf});
+    expectFault("ROTATE 1", "ROTATE x",
+                "7: slice \"leaf\": ROTATE: a number is missing before \"x\"");
+    expectFault("ROTATE 1", "ROTATE 1e99",
+                "7: slice \"leaf\": ROTATE: the number 1e99 is out of range");
+    expectFault("ROTATE 1", "ROTATE nan",
+                "7: slice \"leaf\": ROTATE: the number nan is out of range");
+    expectFault("ROTATE 1", "ROTATE 1 2",
+                "7: slice \"leaf\": ROTATE: a semicolon is missing before \"2\"");
+    expectFault("ROTATE 1", "PIXWIDTH 0",
+                "7: slice \"leaf\": PIXWIDTH: the number must be positive");
+    expectFault("ROTATE 1", "TWIST 1",
+                "7: slice \"leaf\": the word \"TWIST\" is not known, its statement is left out");
+    expectFault("ROTATE 1", "PRIMITIVE Polygon",
+                "7: slice \"leaf\": PRIMITIVE has no place here and is left out");
+    expectFault("SliceSize1 8", "SliceSize1 -8",
+                "5: slice \"leaf\": SliceSize1: the number -8 is out of range");
+    expectFault("COLOR 1 2 3", "COLOR 1 2 300",
+                "10: model \"Contour\": COLOR: the number 300 is out of range");
+    expectFault("Polygon", "Ring",
+                "11: model \"Contour\": PRIMITIVE: there is no primitive \"Ring\"");
+    expectFault("\"Contour\" \"leaf\"", "\"Contour\" \"loaf\"",
+                "13: MODELITEM: there is no slice \"loaf\"");
+    expectFault("\"Contour\" \"leaf\"", "\"Outline\" \"leaf\"",
+                "13: MODELITEM: there is no model \"Outline\"");
+    expectFault("3,4", "3,b", "15: " + item + "MODELITEMDATA: an integer is missing before \"b\"");
+    expectFault("3,4", "3",
+                "15: " + item + "MODELITEMDATA: a comma is missing between two coordinates");
+    expectFault("3,4", "99999999999,4",
+                "15: " + item + "MODELITEMDATA: the number 99999999999 is out of range");
+    expectFault("MODELITEMDATA\n 1,2 3,4\n 5,6;", "", "13: " + item + "the item has no data");
+    expectFault("\"s\";", "\"s;", "2: STACK: a double quote is not closed");
+    expectFault("POSESHIFT 1 2;\n", "POSESHIFT 1",
+                "19: POSESHIFT: the file ends inside the statement");
+}
+
+TEST(StackReader, GoesOnBehindAFault)
+{
+    const Files files;
+    Stack stack;
+    StackReader reader;
+    EXPECT_FALSE(files.read(with("COLOR 1 2 3", "COLOR \"red;"), stack, reader));
+    ASSERT_EQ(stack.getNumModels(), 1);
+    ASSERT_EQ(stack.getModel(0).getNumItems(), 1);
+    EXPECT_EQ(stack.getModel(0).getItem(0).getSize(), 3);
+    EXPECT_EQ(stack.getNumPoses(), 1);
+
+    EXPECT_FALSE(files.read(with("3,4", "3;4"), stack, reader));
+    EXPECT_EQ(stack.getModel(0).getNumItems(), 0) << "damaged landmarks are not kept in part";
+    EXPECT_EQ(stack.getSlice(0).getNumItems(), 0);
+}
+
+TEST(StackReader, WordsWithoutMeaningAreToldAndLeftOut)
+{
+    const Files files;
+    for (const char* word : {"FIT", "PIXHEIGHT", "SAMPLE", "SAMPLECOORDS", "SAMPLEVALUE",
+                             "STANDARDIMAGE", "CALIBRATIONCURVE"}) {
+        const auto told = files.messages(with("ROTATE 1", word + std::string(" \"a;b\" 1")), 0);
+        ASSERT_EQ(told.size(), 2u);
+        EXPECT_EQ(told.front(), "7: slice \"leaf\": " + std::string(word) +
+                                    " has no meaning here and is left out");
+    }
+    const auto later = files.messages(with("1.05", "9.99"), 0);
+    EXPECT_EQ(later.front(), "1: the file is of a later version than this program knows");
+}
+
+TEST(StackReader, WhatIsNoStackFileLeavesTheStackAlone)
+{
+    const Files files;
+    Stack stack;
+    stack.setName("kept");
+    StackReader reader;
+    for (const char* text : {"", " \n", "\x89PNG\r\n", "II*", "hello;"}) {
+        EXPECT_FALSE(files.read(text, stack, reader));
+        EXPECT_EQ(reader.getNumFatalErrors(), 1);
+        EXPECT_EQ(reader.getLog().at(0),
+                  files.path("a.sdf") + ":1: the file is no stack description file");
+    }
+    EXPECT_FALSE(reader.read(stack, files.path("none.sdf")));
+    EXPECT_EQ(reader.getLog().at(0),
+              files.path("none.sdf") + ": the file can't be read: No such file or directory");
+    EXPECT_FALSE(reader.read(stack, files.folder()));
+    EXPECT_FALSE(reader.read(stack, "/dev/zero"));
+    EXPECT_EQ(stack.getName(), "kept");
+}
+
+TEST(StackReader, ImagesAreFoundUnderAnyNameAndInAnyFolder)
+{
+    const Files files;
+    const std::vector<std::string> names = {
+        "a b.tif", "it's.tif", "a;b.tif", ";.tif", "\xC3\xA9rable \xE8\x91\x89.tif", "a,b(1).tif"};
+    const std::vector<std::string> folders = {"", "with blank/", "semi;colon/", "\xC3\xBC/deep/",
+                                              "it's/"};
+    Stack stack;
+    for (const std::string& folder : folders) {
+        std::filesystem::create_directories(files.path(folder));
+        for (const std::string& name : names) {
+            writeImage(files.path(folder + name), 7, 5);
+            addSlice(stack, folder + name, ImageSourceFile(files.path(folder + name)));
+        }
+    }
+    for (const bool absolute : {false, true}) {
+        stack.setAbsoluteImagesPathPolicy(absolute);
+        const std::string text = files.text(stack);
+        Stack read;
+        StackReader reader;
+        ASSERT_TRUE(files.read(text, read, reader));
+        EXPECT_TRUE(reader.getLog().empty()) << reader.getLog().front();
+        EXPECT_EQ(read.getLastSlice().width(), 7);
+        EXPECT_EQ(files.text(read), text);
+    }
+}
+
+TEST(StackReader, RelativeFoldersCountFromTheStackFile)
+{
+    const Files files;
+    const auto previous = std::filesystem::current_path();
+    std::filesystem::create_directories(files.path("stacks"));
+    std::filesystem::create_directories(files.path("images"));
+    writeImage(files.path("images/leaf.tif"), 9, 8);
+    std::filesystem::current_path(files.folder());
+    for (const char* path : {"stacks/s.sdf", "s.sdf", "images/s.sdf"}) {
+        for (const bool absolute : {false, true}) {
+            Stack stack;
+            stack.setAbsoluteImagesPathPolicy(absolute);
+            addSlice(stack, "leaf",
+                     ImageSourceFile(absolute ? files.path("images/leaf.tif") : "images/leaf.tif"));
+            EXPECT_TRUE(StackWriter().write(stack, path));
+            Stack read;
+            StackReader reader;
+            EXPECT_TRUE(reader.read(read, path));
+            EXPECT_TRUE(reader.getLog().empty()) << reader.getLog().front();
+            EXPECT_TRUE(StackWriter().write(read, path));
+            EXPECT_TRUE(reader.read(read, path));
+            EXPECT_TRUE(reader.getLog().empty()) << reader.getLog().front();
+        }
+    }
+    std::filesystem::current_path(previous);
+}
+
+TEST(StackReader, MissingAndChangedImagesAreToldAndTheLandmarksSurvive)
+{
+    const Files files;
+    Stack stack;
+    StackReader reader;
+    writeImage(files.path("leaf.tif"), 20, 10);
+    EXPECT_EQ(files.messages(small, 0),
+              std::vector<std::string>{"4: slice \"leaf\": the image has 10 x 20 pixels, not 8 x 9 "
+                                       "as the stack file tells"});
+    std::filesystem::resize_file(files.path("leaf.tif"), 3);
+    ASSERT_TRUE(files.read(small, stack, reader));
+    EXPECT_NE(reader.getLog().at(0).find("leaf.tif\" can't be read: "), std::string::npos);
+    EXPECT_EQ(stack.getSlice(0).width(), 9);
+    EXPECT_EQ(stack.getSlice(0).height(), 8);
+    EXPECT_EQ(stack.getSlice(0).getNumItems(), 1);
+    const std::string text = files.text(stack);
+    EXPECT_NE(text.find("SLICE \"leaf\" \"leaf.tif\";\nSliceSize1 8;\nSliceSize2 9;\n"),
+              std::string::npos);
+}
+
+TEST(StackReader, ReadsPlanesAndMosaics)
+{
+    const Files files;
+    VoxelMatrix<float> volume(5, 7, 3);
+    volume.setZeros();
+    volume.save(files.path("v.vm"), true);
+    writeImage(files.path("t.tif"), 6, 4);
+    const std::string text =
+        "STACK \"s\";\nStackSlice \"a\" \"v.vm\" 2;\nStackSlice \"b\" \"t.tif\" 0;\n"
+        "SLICE \"c\" 2 2;\nIMAGE 1 2 " +
+        files.path("t.tif") + ";\nIMAGE 2 1 " + files.path("two blanks .tif") +
+        ";\nSliceSize1 44;\nSliceSize2 66;\nStackSlice \"d\" \"gone.vm\" 1;\n";
+    Stack stack;
+    StackReader reader;
+    ASSERT_TRUE(files.read(text, stack, reader));
+    ASSERT_EQ(stack.getNumSlices(), 4);
+    const ImageSource& plane = stack.getSlice(0).getImageSource();
+    EXPECT_EQ(dynamic_cast<const ImageSourceVoxelMatrixFilePlane&>(plane).getPlane(), 2);
+    EXPECT_EQ(plane.getSize1(), 5);
+    EXPECT_EQ(stack.getSlice(1).getImageSource().getType(), 4);
+    EXPECT_EQ(stack.getSlice(3).getImageSource().getType(), 3);
+    const auto& mosaic =
+        dynamic_cast<const ImageSourceFileMosaic&>(stack.getSlice(2).getImageSource());
+    EXPECT_EQ(mosaic.getFilename(0, 1), files.path("t.tif"));
+    EXPECT_EQ(mosaic.getSize1(), 44) << "the size is the stated one while a tile is missing";
+    const std::string written = files.text(stack);
+    EXPECT_NE(written.find("IMAGE 2 1 " + files.path("two blanks .tif") + ";\n"),
+              std::string::npos);
+    ASSERT_TRUE(files.read(written, stack, reader));
+    EXPECT_EQ(files.text(stack), written);
+
+    EXPECT_EQ(files.messages("STACK \"s\";\nSLICE \"c\" 1 1;\nIMAGE 2 1 x;\n", 1).at(0),
+              "3: slice \"c\": IMAGE: the number 2 is out of range");
+}
+
+TEST(StackReader, TheLocaleChangesNoNumber)
+{
+    const Files files;
+    const std::string text = files.text(*randomStack(3, files.folder()));
+    const CommaLocale comma;
+    Stack stack;
+    StackReader reader;
+    EXPECT_TRUE(files.read(text, stack, reader));
+    EXPECT_EQ(files.text(stack), text);
+}
