@@ -33,6 +33,12 @@ bool isSize(float value)
     return std::isfinite(value) && value > 0.0F;
 }
 
+/// What a file states counts if it has a unit.
+bool isCalibrated(const PixelCalibration& stated)
+{
+    return stated.getLengthUnit().getScale() != 0 && isSize(stated.getPixelWidth());
+}
+
 std::string list(const std::vector<std::string>& names)
 {
     constexpr std::size_t shown = 5;
@@ -123,9 +129,10 @@ PixelCalibration StackBuilder::sliceCalibration(const PixelCalibration& stated) 
     return calibration;
 }
 
-bool StackBuilder::isCalibrated(const PixelCalibration& calibration)
+bool StackBuilder::hasPixelSize(const StackSlice& slice)
 {
-    return calibration.getLengthUnit().getScale() != 0 && isSize(calibration.getPixelWidth());
+    const float width = slice.getPixelCalibration().getPixelWidth();
+    return isSize(width) && width != 1.0F;
 }
 
 std::vector<std::string> StackBuilder::calibrationNotes(const Stack& stack)
@@ -135,11 +142,9 @@ std::vector<std::string> StackBuilder::calibrationNotes(const Stack& stack)
     std::vector<std::string> otherUnit;
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         const StackSlice& slice = stack.getSlice(i);
-        const PixelCalibration& calibration = slice.getPixelCalibration();
-        // A stack file can't tell "no size" from "1".
-        if (!isSize(calibration.getPixelWidth()) || calibration.getPixelWidth() == 1.0F) {
+        if (!hasPixelSize(slice)) {
             uncalibrated.push_back(slice.getName());
-        } else if (calibration.getLengthUnit() != stack.getLengthUnit()) {
+        } else if (slice.getPixelCalibration().getLengthUnit() != stack.getLengthUnit()) {
             otherUnit.push_back(slice.getName());
         }
     }

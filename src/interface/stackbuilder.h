@@ -9,6 +9,7 @@
 class LMXStack;
 class PixelCalibration;
 class Stack;
+class StackSlice;
 
 /// Makes a stack of photographs: one slice per file in the order given, each named after its file
 /// without suffix. TIFF files are used where they lie, others are converted (`PhotographImport`).
@@ -44,8 +45,9 @@ public:
     /// one, and sizes or units that differ in kind.
     static std::vector<std::string> calibrationNotes(const Stack& stack);
 
-    /// The slice has a pixel size of its own.
-    static bool isCalibrated(const PixelCalibration& calibration);
+    /// The slice has a pixel size. A stack file can't tell "no size" from a width of 1, which counts
+    /// as none.
+    static bool hasPixelSize(const StackSlice& slice);
 
 private:
     void append(LMXStack& stack, const std::string& photograph);

@@ -1,0 +1,17 @@
+#include "cli/commands.h"
+
+const std::vector<Command>& commands()
+{
+    static const std::vector<Command> table = {
+        {"stack", "makes a stack of photographs", runStack},
+        {"contour", "finds the outline of the leaf on each slice", runContour},
+        {"junctions", "puts the blade-petiole junctions of a table on the slices", runJunctions},
+        {"sinus", "finds apex and sinuses", runSinus},
+        {"tips", "finds the tips of the teeth", runTips},
+        {"measure", "writes the tables of leaf and tooth measures", runMeasure},
+        {"project", "writes a project file", runProject},
+        {"run", "does all of this on a set of photographs", runRun},
+        {"picture", "draws the landmarks on the photographs", runPicture},
+    };
+    return table;
+}

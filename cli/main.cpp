@@ -1,0 +1,107 @@
+// The command crenara: the stages of the workflow for many leaves, scripts and clusters, without a
+// display.
+
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/failure.h"
+#include "cli/report.h"
+#include "system/exception.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <csignal>
+#include <cstring>
+#include <iostream>
+#include <new>
+
+namespace {
+
+enum ExitStatus { Done = 0, NotDone = 1, WrongUsage = 2 };
+
+void printUsage(std::ostream& stream)
+{
+    stream << "Usage: crenara SUBCOMMAND [ARGUMENTS]\n"
+              "Measures the shape of leaves on photographs.\n\nSubcommands:\n";
+    for (const Command& command : commands()) {
+        const std::string name = command.name;
+        stream << "  " << name << std::string(12 - name.size(), ' ') << command.summary << "\n";
+    }
+    stream << "\n'crenara SUBCOMMAND --help' tells more, 'crenara --version' the version.\n"
+              "Exit status: 0 done, 1 something could not be done, 2 wrong usage.\n";
+}
+
+const Command* findCommand(const char* name)
+{
+    for (const Command& command : commands()) {
+        if (std::strcmp(command.name, name) == 0) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+std::string describe(const Exception& error)
+{
+    const auto* file = dynamic_cast<const FileError*>(&error);
+    return (file && !file->getFilename().empty() ? file->getFilename() + ": " : "") +
+           error.getWhat();
+}
+
+int runCommand(const Command& command, const QStringList& arguments)
+{
+    Report report;
+    try {
+        return command.run(arguments, report);
+    } catch (const HelpRequest& help) {
+        std::cout << help.text << std::flush;
+        return Done;
+    } catch (const UsageFailure& failure) {
+        report.fault(std::string(command.name) + ": " + failure.what() + "\nSee 'crenara " +
+                     command.name + " --help'.");
+        return WrongUsage;
+    } catch (const Exception& error) {
+        report.fault(describe(error));
+    } catch (const std::bad_alloc&) {
+        report.fault("there is not enough memory");
+    } catch (const std::exception& error) {
+        report.fault(error.what());
+    }
+    return NotDone;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    // File names are bytes, which all layers take as UTF-8, whatever the locale says.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    // A file beyond the limit of the process is then an error like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+
+    if (argc < 2) {
+        printUsage(std::cerr);
+        return WrongUsage;
+    }
+    const std::string first = argv[1];
+    if (first == "--help" || first == "-h") {
+        printUsage(std::cout);
+        return Done;
+    }
+    if (first == "--version") {
+        std::cout << "crenara " << CRENARA_VERSION << std::endl;
+        return Done;
+    }
+    const Command* command = findCommand(argv[1]);
+    if (!command) {
+        std::cerr << "crenara: there is no subcommand '" << first << "'\n";
+        printUsage(std::cerr);
+        return WrongUsage;
+    }
+    QStringList arguments;
+    for (int i = 2; i < argc; ++i) {
+        arguments.append(QString::fromUtf8(argv[i]));
+    }
+    return runCommand(*command, arguments);
+}

@@ -1,0 +1,63 @@
+#include "cli/measures.h"
+
+#include "blade/leafanalysis.h"
+#include "cli/failure.h"
+#include "cli/outputs.h"
+#include "cli/report.h"
+#include "cli/runrecord.h"
+#include "shell/projectconfig.h"
+
+namespace {
+
+void configure(LeafAnalysis& analysis, const MeasureTarget& target, const ProjectConfig& project)
+{
+    analysis.setProjectName(project.getProjectName());
+    analysis.setVenationType(project.getVenationType());
+    analysis.setSpecie(project.getSpecie());
+    analysis.setGenotype(project.getGenotype());
+    analysis.setGrowthConditions(project.getGrowthCondition());
+    analysis.setInflection(project.getInflectionPoint());
+    analysis.setScaling(project.getScaling());
+    analysis.setStrength(project.getStrengthFactor());
+    analysis.setOutputPath(QString::fromStdString(target.folder));
+    analysis.setPrefix(QString::fromStdString(target.prefix));
+}
+
+} // namespace
+
+void prepareTarget(const MeasureTarget& target)
+{
+    if (target.prefix.empty() || target.prefix.find('/') != std::string::npos) {
+        throw UsageFailure("'" + target.prefix + "' can't begin the names of the tables");
+    }
+    prepareFolder(target.folder);
+    LeafAnalysis analysis;
+    configure(analysis, target, ProjectConfig());
+    for (const std::string& file :
+         {analysis.leafTablePath(), analysis.peakTablePath(), target.recordPath()}) {
+        checkWritable(file);
+    }
+}
+
+void measureLeaves(LMXStack& stack,
+                   const MeasureTarget& target,
+                   const ProjectConfig& project,
+                   RunRecord& record,
+                   Report& report)
+{
+    LeafAnalysis analysis;
+    configure(analysis, target, project);
+    analysis.setStack(stack);
+    analysis.setProgressListener([&report](int percent) {
+        if (percent >= 0) {
+            report.progress("measure", percent, 100);
+        }
+    });
+    analysis.run();
+    if (!analysis.isSaved()) {
+        throw Failure(analysis.leafTablePath() + ", " + analysis.peakTablePath() +
+                      ": the tables can't be written");
+    }
+    record.setTables(analysis, stack);
+    record.save(target.recordPath());
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "interface/lmxstack.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <string>
+#include <vector>
+
+class LeafAnalysis;
+
+/// The file beside the tables that tells how they came about: version, parameters, the inputs with
+/// their checksums, the unit of each column, the facts of the project, and the slices that were left
+/// out. It has no date, so that equal runs leave equal files.
+class RunRecord
+{
+public:
+    explicit RunRecord(const std::string& command);
+
+    /// The parameters of a stage.
+    void addParameters(const std::string& stage, const QJsonObject& parameters);
+
+    /// An input file with the SHA-256 of its bytes. Throws `Failure` if it can't be read.
+    void addInput(const std::string& path);
+
+    void setProject(const QJsonObject& facts);
+
+    void addLeftOut(const std::string& slice, const std::string& reason);
+
+    /// The columns of the tables with their units, as the stack's calibration has them.
+    void setTables(const LeafAnalysis& analysis, const LMXStack& stack);
+
+    /// Throws `Failure` if the file can't be written; one that was there then stays whole.
+    void save(const std::string& path) const;
+
+private:
+    QJsonObject record_;
+    QJsonObject parameters_;
+    QJsonArray inputs_;
+    QJsonArray leftOut_;
+};

@@ -1,0 +1,27 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/outputs.h"
+#include "cli/report.h"
+#include "cli/stackfile.h"
+#include "cli/stages.h"
+
+int runSinus(const QStringList& arguments, Report& report)
+{
+    CommandLine line("sinus", "STACK.sdf",
+                     "Finds the apex and the sinuses of each leaf, and gives the contour its "
+                     "working form. Needs contours and junctions on all slices; deletes the tips.");
+    SinusOptions::declare(line);
+    StackFile::declareOutput(line);
+    line.parse(arguments, 1, 1);
+    const SinusOptions options(line);
+    if (line.isSet("quiet")) {
+        report.setQuiet();
+    }
+
+    StackFile file(line, report);
+    checkWritable(file.output());
+    requireGate(GatedStage::ExtractSinus, file.stack(), report);
+    extractSinuses(file.stack(), options, report);
+    file.save();
+    return report.exitStatus();
+}

@@ -1,0 +1,124 @@
+#include "cli/stackfile.h"
+
+#include "cli/commandline.h"
+#include "cli/failure.h"
+#include "cli/outputs.h"
+#include "cli/report.h"
+#include "image/imagesourcefile.h"
+#include "image/imagesourcefilemosaic.h"
+#include "image/imagesourcetiffstackplane.h"
+#include "image/imagesourcevoxelmatrixfileplane.h"
+#include "stack/stackreader.h"
+#include "stack/stackslice.h"
+#include "stack/stackwriter.h"
+#include "system/exception.h"
+#include "system/fileinfo.h"
+
+#include <algorithm>
+#include <sstream>
+
+void StackFile::declareOutput(CommandLine& line)
+{
+    line.addOption("o", "Writes the stack to this file, and leaves the one read as it is.",
+                   "OUT.sdf");
+}
+
+StackFile::StackFile(const CommandLine& line, Report& report)
+    : path_(line.argument(0))
+    , output_(path_)
+{
+    if (line.isSet("o")) {
+        output_ = line.required("o");
+        requireSuffix(output_, "sdf");
+    }
+    read(report);
+}
+
+void StackFile::read(Report& report)
+{
+    constexpr int shown = 5;
+    StackReader reader;
+    const bool whole = reader.read(stack_, path_);
+    const std::vector<std::string>& log = reader.getLog();
+    const int lines =
+        whole ? static_cast<int>(log.size()) : std::min(shown, static_cast<int>(log.size()));
+    for (int i = 0; i < lines; ++i) {
+        report.note(log[static_cast<std::size_t>(i)]);
+    }
+    if (!whole) {
+        const int faults = std::max(1, reader.getNumFatalErrors());
+        throw Failure(path_ + ": the stack can't be read: " + std::to_string(faults) +
+                      (faults == 1 ? " fault" : " faults"));
+    }
+    stack_.setFilename(path_);
+    stack_.setModified(false);
+}
+
+void StackFile::save()
+{
+    writeStack(stack_, output_);
+}
+
+void writeStack(LMXStack& stack, const std::string& path)
+{
+    checkWritable(path);
+    try {
+        if (!stack.write(path)) {
+            throw Failure(path + ": the stack can't be written");
+        }
+    } catch (const FileError&) {
+        throw;
+    } catch (const Exception& error) {
+        throw Failure(path + ": the stack can't be written: " + error.getWhat());
+    }
+}
+
+void checkStorable(const LMXStack& stack, const std::string& path)
+{
+    try {
+        std::ostringstream trial;
+        StackWriter().writeSlices(stack, FileInfo::dirName(path), trial);
+    } catch (const FileError&) {
+        throw;
+    } catch (const Exception& error) {
+        throw Failure(path + ": the stack can't be written: " + error.getWhat());
+    }
+}
+
+std::vector<std::string> imageFiles(const StackSlice& slice)
+{
+    std::vector<std::string> files;
+    if (slice.isEmpty()) {
+        return files;
+    }
+    const ImageSource& source = slice.getImageSource();
+    if (const auto* file = dynamic_cast<const ImageSourceFile*>(&source)) {
+        files.push_back(file->getFilename());
+    } else if (const auto* page = dynamic_cast<const ImageSourceTiffStackPlane*>(&source)) {
+        files.push_back(page->getTiffStackFilename());
+    } else if (const auto* plane = dynamic_cast<const ImageSourceVoxelMatrixFilePlane*>(&source)) {
+        files.push_back(plane->getVoxelMatrixFilename());
+    } else if (const auto* mosaic = dynamic_cast<const ImageSourceFileMosaic*>(&source)) {
+        for (int i = 0; i < mosaic->getRows(); ++i) {
+            for (int j = 0; j < mosaic->getCols(); ++j) {
+                if (!mosaic->getFilename(i, j).empty()) {
+                    files.push_back(mosaic->getFilename(i, j));
+                }
+            }
+        }
+    }
+    return files;
+}
+
+std::string describe(const FileError& error, const Stack& stack)
+{
+    const std::string& filename = error.getFilename();
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const StackSlice& slice = stack.getSlice(i);
+        const std::vector<std::string> files = imageFiles(slice);
+        if (std::find(files.begin(), files.end(), filename) != files.end()) {
+            return filename + ": slice " + slice.getName() + ": " + error.getWhat();
+        }
+    }
+    return filename + ": " + error.getWhat();
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "image/lengthunit.h"
+#include "interface/lmxstack.h"
+
+#include <QJsonObject>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+class CommandLine;
+class Report;
+
+/// How a stack is made of photographs.
+struct StackOptions
+{
+    static void declare(CommandLine& line);
+    explicit StackOptions(const CommandLine& line);
+
+    QJsonObject toJson() const;
+
+    std::optional<float> pixelWidth;
+    std::string unitName;
+    LengthUnit unit;
+};
+
+/// Fills a stack with a slice per photograph; `path` is the stack's file, beside which conversions
+/// go. Notes what a user should know about the pixel sizes. Throws `Failure` with the name of the
+/// photograph that can't be taken.
+void buildStack(LMXStack& stack,
+                const std::string& path,
+                const std::vector<std::string>& photographs,
+                const StackOptions& options,
+                Report& report);

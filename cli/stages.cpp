@@ -1,0 +1,190 @@
+#include "cli/stages.h"
+
+#include "blade/extractcontour.h"
+#include "blade/extractconvexpoints.h"
+#include "blade/extractpeak.h"
+#include "cli/commandline.h"
+#include "cli/failure.h"
+#include "cli/report.h"
+#include "cli/stackfile.h"
+#include "stack/model.h"
+#include "stack/modelitem.h"
+#include "stack/stackslice.h"
+#include "stack/stacktovolume.h"
+#include "system/exception.h"
+
+namespace {
+
+const QStringList channelNames = {"auto", "grey", "red", "green", "blue"};
+const QStringList backgroundNames = {"dark", "light"};
+const QStringList methodNames = {"symmetry", "curvature"};
+
+/// The channel of the images' own colour; grey where colours mix or can't be told.
+int ownChannel(const LMXStack& stack)
+{
+    try {
+        const ImageColorContent content = stack.colorContent();
+        const bool single = content == ImageColorContent::Red ||
+                            content == ImageColorContent::Green ||
+                            content == ImageColorContent::Blue;
+        return single ? static_cast<int>(content) : 0;
+    } catch (const FileError& error) {
+        throw Failure(describe(error, stack));
+    }
+}
+
+/// Throws `Failure` with the name of the slice for any error of `work`.
+template <class Work>
+void onSlice(const StackSlice& slice, Work work)
+{
+    try {
+        work();
+    } catch (const FileError& error) {
+        throw Failure(error.getFilename() + ": slice " + slice.getName() + ": " + error.getWhat());
+    } catch (const Exception& error) {
+        throw Failure("slice " + slice.getName() + ": " + error.getWhat());
+    }
+}
+
+} // namespace
+
+void ContourOptions::declare(CommandLine& line)
+{
+    line.addOption("channel", "Channel: " + channelNames.join(", ") + ".", "CHANNEL", "auto");
+    line.addOption("background", "Brightness of the background: dark or light.", "VALUE", "dark");
+    line.addOption("fidelity", "Closeness to the pixels, 10 to 100.", "F", "100");
+    line.addFlag("binary", "The photographs have two values, leaf and background.");
+}
+
+ContourOptions::ContourOptions(const CommandLine& line)
+    : channelName(line.bytes("channel"))
+    , channel(line.choice("channel", channelNames) - 1)
+    , background(static_cast<BackgroundValue>(line.choice("background", backgroundNames)))
+    , fidelity(line.integer("fidelity", 10, 100))
+    , binary(line.isSet("binary"))
+{}
+
+QJsonObject ContourOptions::toJson() const
+{
+    return {{"channel", QString::fromStdString(channelName)},
+            {"background", backgroundNames[background]},
+            {"fidelity", fidelity},
+            {"binary", binary}};
+}
+
+void SinusOptions::declare(CommandLine& line)
+{
+    line.addOption("half-neighbourhood", "Half neighbourhood in contour vertices, 1 to 200.", "N",
+                   "25");
+    line.addOption("angle", "Angle in degrees below which a notch is a sinus, 1 to 179.", "A",
+                   "145");
+}
+
+SinusOptions::SinusOptions(const CommandLine& line)
+    : halfNeighbourhood(line.integer("half-neighbourhood", 1, 200))
+    , angle(line.number("angle", 1.0, 179.0))
+{}
+
+QJsonObject SinusOptions::toJson() const
+{
+    return {{"half-neighbourhood", halfNeighbourhood}, {"angle", double(angle)}};
+}
+
+void TipsOptions::declare(CommandLine& line)
+{
+    line.addOption("method", "How a tip is found: curvature or symmetry.", "METHOD", "curvature");
+    line.addOption("exclude", "Divisor of a tooth's length for the curvature method, 2 to 50.", "N",
+                   "10");
+}
+
+TipsOptions::TipsOptions(const CommandLine& line)
+    : method(static_cast<MethodExtractPeaks>(line.choice("method", methodNames)))
+    , exclude(line.integer("exclude", 2, 50))
+{}
+
+QJsonObject TipsOptions::toJson() const
+{
+    return {{"method", methodNames[method]}, {"exclude", exclude}};
+}
+
+void extractContours(LMXStack& stack, const ContourOptions& options, Report& report)
+{
+    const int channel = options.channel < 0 ? ownChannel(stack) : options.channel;
+    ExtractContour process;
+    process.setStack(stack);
+    process.setChannel(static_cast<ImageColorContent>(channel));
+    process.setBackground(options.background);
+    process.setFidelity(options.fidelity);
+    process.setBinaryImage(options.binary);
+    process.createModels();
+    // The process's own run would hold the images of all slices at once.
+    const int slices = stack.getNumSlices();
+    for (int i = 0; i < slices; ++i) {
+        onSlice(stack.getSlice(i), [&] {
+            PixelMatrix<float> plane;
+            loadPlane(stack.getSlice(i), plane, channel);
+            process.process(plane, i);
+        });
+        report.progress("contour", i + 1, slices);
+    }
+}
+
+int contourSize(const StackSlice& slice)
+{
+    int size = 0;
+    for (int i = 0; i < slice.getNumItems(); ++i) {
+        const ModelItem& item = slice.getItem(i);
+        if (item.getModel() && item.getModel()->getName() == "Contour") {
+            size = item.getSize();
+        }
+    }
+    return size;
+}
+
+void extractSinuses(LMXStack& stack, const SinusOptions& options, Report& report)
+{
+    ExtractConvexPoints process;
+    process.setStack(stack);
+    process.setNeigbourhood(options.halfNeighbourhood);
+    process.setThresholdAngle(options.angle);
+    process.createModels();
+    const int slices = stack.getNumSlices();
+    std::string incomplete;
+    for (int i = 0; i < slices; ++i) {
+        onSlice(stack.getSlice(i), [&] {
+            const std::string name = process.process(i);
+            incomplete += name.empty() ? "" : name + "\n";
+        });
+        report.progress("sinus", i + 1, slices);
+    }
+    report.note(incomplete.empty() ? "Detection of the sinuses is complete"
+                                   : "Please add manually all missing sinuses\n" + incomplete);
+}
+
+void extractTips(LMXStack& stack, const TipsOptions& options, VenationType venation, Report& report)
+{
+    ExtractPeak process;
+    process.setStack(stack);
+    process.setMethodToExtract(options.method);
+    process.setExcludeNeighbourhood(options.exclude);
+    process.setVenationType(venation);
+    process.setProgressListener([&report](int percent) {
+        if (percent >= 0) {
+            report.progress("tips", percent, 100);
+        }
+    });
+    process.run();
+}
+
+void requireGate(GatedStage stage, const LMXStack& stack, Report& report)
+{
+    const GateResult result = evaluateGate(stage, stack);
+    if (result.passed) {
+        return;
+    }
+    if (!result.missing.empty()) {
+        report.fault(stack.getFilename() + ": " + result.missing);
+    }
+    throw Failure(stack.getFilename() + ": " + stageGate(stage).title + ": " +
+                  stageGate(stage).text);
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "blade/backgroundvalue.h"
+#include "blade/methodextractpeaks.h"
+#include "blade/stagegates.h"
+#include "blade/venationtype.h"
+#include "interface/lmxstack.h"
+
+#include <QJsonObject>
+
+#include <string>
+
+class CommandLine;
+class Report;
+
+/// The options of the stages, and the stages as the window runs them, with the same processes.
+
+struct ContourOptions
+{
+    static void declare(CommandLine& line);
+    explicit ContourOptions(const CommandLine& line);
+    QJsonObject toJson() const;
+
+    std::string channelName;
+    int channel; ///< as the page counts: 0 grey, 1 red, 2 green, 3 blue; -1 as the images are
+    BackgroundValue background;
+    int fidelity;
+    bool binary;
+};
+
+struct SinusOptions
+{
+    static void declare(CommandLine& line);
+    explicit SinusOptions(const CommandLine& line);
+    QJsonObject toJson() const;
+
+    int halfNeighbourhood;
+    float angle;
+};
+
+struct TipsOptions
+{
+    static void declare(CommandLine& line);
+    explicit TipsOptions(const CommandLine& line);
+    QJsonObject toJson() const;
+
+    MethodExtractPeaks method;
+    int exclude;
+};
+
+/// Finds the contours; all earlier ones and all junctions go. One slice's image is in memory at a
+/// time. Throws `Failure` with file and slice for an image that can't be read.
+void extractContours(LMXStack& stack, const ContourOptions& options, Report& report);
+
+/// The number of vertices of the slice's contour, 0 without one.
+int contourSize(const StackSlice& slice);
+
+void extractSinuses(LMXStack& stack, const SinusOptions& options, Report& report);
+
+void extractTips(LMXStack& stack,
+                 const TipsOptions& options,
+                 VenationType venation,
+                 Report& report);
+
+/// Throws `Failure` with the texts of the stage's gate unless the stack passes it.
+void requireGate(GatedStage stage, const LMXStack& stack, Report& report);

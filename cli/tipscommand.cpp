@@ -1,0 +1,29 @@
+#include "cli/commandline.h"
+#include "cli/commands.h"
+#include "cli/outputs.h"
+#include "cli/projectoptions.h"
+#include "cli/report.h"
+#include "cli/stackfile.h"
+#include "cli/stages.h"
+
+int runTips(const QStringList& arguments, Report& report)
+{
+    CommandLine line("tips", "STACK.sdf",
+                     "Finds the tip of each tooth between two sinuses. Needs the sinus stage.");
+    TipsOptions::declare(line);
+    ProjectOptions::declareVenation(line);
+    StackFile::declareOutput(line);
+    line.parse(arguments, 1, 1);
+    const TipsOptions options(line);
+    const ProjectOptions project(line, report);
+    if (line.isSet("quiet")) {
+        report.setQuiet();
+    }
+
+    StackFile file(line, report);
+    checkWritable(file.output());
+    requireGate(GatedStage::ExtractPeaks, file.stack(), report);
+    extractTips(file.stack(), options, project.config.getVenationType(), report);
+    file.save();
+    return report.exitStatus();
+}
