@@ -10,7 +10,6 @@
 #include "stack/stackslice.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -29,25 +28,6 @@ Vertices<int> truncatedVertices(const Curve<float>& curve, const Vector<int>& in
         result[k] = truncated(curve[indexes[k]]);
     }
     return result;
-}
-
-Curve<float> closedPart(const Curve<float>& curve, int first, int last)
-{
-    Curve<float> part(2, last - first + 1, 0, 0, false);
-    for (int k = first; k <= last; ++k) {
-        part[k - first] = curve[k];
-    }
-    return part;
-}
-
-Vector<int> places(const Vertices<float>* points, const Curve<float>& curve)
-{
-    return points && points->getSize() > 0 ? points->closestPointMap(curve) : Vector<int>();
-}
-
-double squaredDistance(int dx, int dy)
-{
-    return static_cast<double>(static_cast<long long>(dx) * dx + static_cast<long long>(dy) * dy);
 }
 
 } // namespace
@@ -173,124 +153,6 @@ Vertices<float> ModelsManager::getModelItemCalibration(const ModelItem& item, fl
     for (int i = 0; i < stored.getSize(); ++i) {
         result[i][0] = static_cast<float>(stored[i][0]) * scale;
         result[i][1] = static_cast<float>(stored[i][1]) * scale;
-    }
-    return result;
-}
-
-Vector<int> ModelsManager::indexesPetiole() const
-{
-    return places(petiole, *contour);
-}
-
-Vector<int> ModelsManager::indexesPrimarySinuses() const
-{
-    return places(primarySinus, *contour);
-}
-
-Vector<int> ModelsManager::indexesPrimaryPeaks() const
-{
-    return places(primaryPeak, *contour);
-}
-
-Vector<int> ModelsManager::indexesPetiole(const Curve<float>& curve) const
-{
-    return places(petiole, curve);
-}
-
-Vector<int> ModelsManager::indexesPrimarySinuses(const Curve<float>& curve) const
-{
-    return places(primarySinus, curve);
-}
-
-Vector<int> ModelsManager::indexesPrimaryPeaks(const Curve<float>& curve) const
-{
-    return places(primaryPeak, curve);
-}
-
-Vector<int> ModelsManager::indexesPrimarySinuses(const Vertices<float>& sinuses,
-                                                 const Curve<float>& curve) const
-{
-    return places(&sinuses, curve);
-}
-
-int ModelsManager::apexIndex() const
-{
-    return indexApex(*contour);
-}
-
-int ModelsManager::indexApex(const Curve<float>& curve) const
-{
-    const Vector<int> indexes = places(apex, curve);
-    return indexes.getSize() > 0 ? indexes[0] : -1;
-}
-
-Vector<int> ModelsManager::findIndexPetiole(const Curve<float>& curve) const
-{
-    Vector<int> indexes = places(petiole, curve);
-    indexes.sort();
-    return indexes;
-}
-
-float ModelsManager::lengthLeaf(const Vector<int>& junctions, int vertex) const
-{
-    return lengthLeaf(*contour, junctions, vertex);
-}
-
-float ModelsManager::lengthLeaf(const Curve<float>& curve,
-                                const Vector<int>& junctions,
-                                int vertex) const
-{
-    const Vector<float>& a = curve[junctions[0]];
-    const Vector<float>& b = curve[junctions[1]];
-    int difference[2];
-    for (int c = 0; c < 2; ++c) {
-        const int middle = static_cast<int>((a[c] - b[c]) * 0.5f + b[c]);
-        difference[c] = static_cast<int>(curve[vertex][c]) - middle;
-    }
-    return static_cast<float>(std::sqrt(squaredDistance(difference[0], difference[1])));
-}
-
-float ModelsManager::lengthLeaf(const Curve<float>& curve) const
-{
-    return lengthLeaf(curve, findIndexPetiole(curve), indexApex(curve));
-}
-
-int ModelsManager::findIndexMaxDistance(const Curve<float>& curve, int first, int last) const
-{
-    if (first >= last) {
-        return 0;
-    }
-    const Vector<int> a = truncated(curve[first]);
-    const Vector<int> b = truncated(curve[last]);
-    int centre[2];
-    for (int c = 0; c < 2; ++c) {
-        const int low = std::min(a[c], b[c]);
-        centre[c] = low + (std::max(a[c], b[c]) - low) / 2;
-    }
-    Vector<int> distances(curve.getSize() - 1);
-    distances.setZeros();
-    for (int k = first; k < last; ++k) {
-        const int dx = static_cast<int>(curve[k][0]) - centre[0];
-        const int dy = static_cast<int>(curve[k][1]) - centre[1];
-        distances[k] = static_cast<int>(std::sqrt(squaredDistance(dx, dy)));
-    }
-    return distances.maxPos();
-}
-
-Vector<int> ModelsManager::findPoints(const Curve<float>& curve, const Vector<int>& junctions) const
-{
-    const int size = curve.getSize();
-    const int p0 = junctions[0];
-    const int p1 = junctions[1];
-    const float lower = closedPart(curve, 0, p1).twiceArea(0, 1);
-    const float upper = closedPart(curve, p1 + 1, size - 1).twiceArea(0, 1);
-    Vector<int> result(2);
-    if (lower > upper) {
-        result[0] = (size - 1 - p1) / 2 + p1;
-        result[1] = findIndexMaxDistance(curve, p0, p1);
-    } else {
-        result[0] = (p1 - p0) / 2;
-        result[1] = findIndexMaxDistance(curve, p1, size - 1);
     }
     return result;
 }
