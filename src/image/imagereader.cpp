@@ -140,20 +140,22 @@ void ImageReader::read(Image0& image, const std::string& path)
     try {
         ImageHeader header;
         read(header, path);
-        if (header.getImageFormat() == ImageFormat::Tiff) {
-            const TiffFile file(path, "r");
-            TIFF* const tif = TiffFile::require(file, "void ImageReader::read(...)", path);
-            tiffcheck::dataFits(tif, std::uint64_t(header.getHeight()) * TIFFScanlineSize64(tif),
-                                "void Image::readTiffPixels(Image&, TIFF*)");
+        if (header.getImageFormat() == ImageFormat::Img) {
             image.setHeader(header);
-            readTiffPixels(image, tif);
-        } else {
-            image.setHeader(header);
-            if (header.getImageFormat() != ImageFormat::Img) {
-                image.clear();
-            } else if (!readImgPixels(image, path)) {
+            if (!readImgPixels(image, path)) {
                 raiseShortImg(path);
             }
+            return;
+        }
+        const char* const where = "void Image::readTiffPixels(Image&, TIFF*)";
+        const TiffFile file(path, "r");
+        TIFF* const tif = TiffFile::require(file, where, path);
+        tiffcheck::dataFits(tif, header, where);
+        image.setHeader(header);
+        if (header.getImageFormat() == ImageFormat::Tiff) {
+            readTiffPixels(image, tif);
+        } else {
+            image.clear();
         }
     } catch (Exception& exception) {
         exception.addWhere("void ImageReader::read(...)");

@@ -31,6 +31,17 @@ int positive(std::uint32_t count, TIFF* tif, const char* where)
     return static_cast<int>(count);
 }
 
+/// The block must agree with the tags of the first directory.
+void requireSameSize(const LsmInfo& info, TIFF* tif, const char* where)
+{
+    if (positive(info.dimensionY, tif, where) !=
+            tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) ||
+        positive(info.dimensionX, tif, where) !=
+            tiffcheck::dimension(tif, TIFFTAG_IMAGEWIDTH, where)) {
+        refuse(tif, where, "The LSM info block tells of another image size than the file");
+    }
+}
+
 /// Metres as micrometres; 1 for what is no size.
 float micrometres(double metres)
 {
@@ -75,6 +86,7 @@ void ImageReader::readLSMHeader(ImageHeader& header, TIFF* tif)
     if (!info.isValid()) {
         return;
     }
+    requireSameSize(info, tif, headerWhere);
     header.setHeight(positive(info.dimensionX, tif, headerWhere));
     header.setWidth(positive(info.dimensionY, tif, headerWhere));
     header.setDepth(bits);
@@ -111,10 +123,7 @@ void ImageReader::readLSMHeader(Image2& image, TIFF* tif)
     }
     // Value type and size are checked as those of a TIFF; the block must agree with them.
     readTiffHeader(image, tif);
-    if (image.getSize1() != positive(info.dimensionY, tif, imageWhere) ||
-        image.getSize2() != positive(info.dimensionX, tif, imageWhere)) {
-        refuse(tif, imageWhere, "The LSM info block tells of another image size than the file");
-    }
+    requireSameSize(info, tif, imageWhere);
     const std::string compression = image.fileCompression();
     setReadGeometry(image, tif, image.getValueType(), pages / (timepoints * 2), samples / channels,
                     channels, timepoints);
@@ -161,6 +170,8 @@ void ImageReader::read(Image0& image, const ImageSourceLSMStackPlane& source)
     if (tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) < source.getSize1()) {
         refuse(tif, where, "The page is smaller than the image");
     }
+    tiffcheck::rowLength(
+        tif, std::uint64_t(source.getSize2()) * std::uint64_t(source.getDepth() / 8), where);
     tiffcheck::dataFits(tif, std::uint64_t(source.getSize1()) * TIFFScanlineSize64(tif), where);
     image.init(source.getSize2(), source.getSize1(), source.getDepth());
     image.setGrayscale(0);

@@ -1,5 +1,6 @@
 #include "image/tifffile.h"
 
+#include "image/imageheader.h"
 #include "system/exception.h"
 
 #include <cstdarg>
@@ -163,6 +164,13 @@ void tiffcheck::dataFits(TIFF* tif, std::uint64_t bytes, const char* where)
         raiseFile<FileFormatError>(where, "The file is too short for the image that it describes",
                                    TIFFFileName(tif));
     }
+}
+
+void tiffcheck::dataFits(TIFF* tif, const ImageHeader& header, const char* where)
+{
+    const std::uint64_t rowBytes =
+        std::uint64_t(header.getWidth()) * std::uint64_t(header.getDepth() / 8);
+    dataFits(tif, std::uint64_t(header.getHeight()) * rowBytes, where);
 }
 
 void setTiffDirectory(TIFF* tif, int directory, const char* where)

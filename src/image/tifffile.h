@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+class ImageHeader;
+
 /// Catches what libtiff has to say for as long as it lives: warnings are dropped, the first error
 /// is kept, nothing is printed. libtiff's process-wide handlers come back at the end; guards may be
 /// nested, and the innermost listens.
@@ -71,6 +73,9 @@ void rowLength(TIFF* tif, std::uint64_t bytesPerLine, const char* where);
 
 /// Refuses `bytes` of pixels that a file of this length and compression can't hold.
 void dataFits(TIFF* tif, std::uint64_t bytes, const char* where);
+
+/// The same for an image of this size and depth.
+void dataFits(TIFF* tif, const ImageHeader& header, const char* where);
 
 } // namespace tiffcheck
 

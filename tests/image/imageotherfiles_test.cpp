@@ -172,6 +172,12 @@ TEST(ImageReader, MicroscopeBlocksAreNotBelieved)
             std::memcpy(damaged.data() + start + field, &value, sizeof(value));
             folder.write("cells.lsm", damaged);
             EXPECT_NE(reasonFor(path), "") << field << ' ' << value;
+            if (field == 8 || field == 12) {
+                testing::internal::CaptureStdout();
+                Image0 image;
+                EXPECT_THROW(ImageReader().read(image, path), FileFormatError);
+                testing::internal::GetCapturedStdout();
+            }
         }
     }
     folder.write("cells.lsm", whole);
