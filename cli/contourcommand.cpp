@@ -19,14 +19,15 @@ int runContour(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
-    checkWritable(file.output());
+    const std::string output = StackFile::outputOf(line);
+    StackFile file(line.argument(0), report);
+    checkWritable(output);
     extractContours(file.stack(), options, report);
-    file.save();
+    writeStack(file.stack(), output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (contourSize(slice) == 0) {
-            report.fault(file.output() + ": slice " + slice.getName() +
+            report.fault(output + ": slice " + slice.getName() +
                          ": no outline of a leaf was found");
         }
     }

@@ -55,11 +55,12 @@ int runJunctions(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
-    checkWritable(file.output());
+    const std::string output = StackFile::outputOf(line);
+    StackFile file(line.argument(0), report);
+    checkWritable(output);
     const JunctionTable table(line.argument(1));
     placeAll(file.stack(), table, report);
-    file.save();
+    writeStack(file.stack(), output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (!hasJunctions(slice)) {

@@ -46,8 +46,9 @@ private:
     std::vector<Junctions> rows_;
 };
 
-/// Why the junctions can't be those of the slice: equal points, points outside its image, or farther
-/// from its contour than a tenth of the diagonal of the contour's box. Empty if they can.
+/// Why the junctions can't be those of the slice: equal points, points outside its image, and, if it
+/// has a contour, points farther from it than a tenth of the diagonal of the contour's box, or points
+/// that fall on one place of it. Empty if they can.
 std::string junctionFault(const Junctions& junctions, const StackSlice& slice);
 
 /// Puts junctions on slices, in the place of those that a slice has. Makes the model of the

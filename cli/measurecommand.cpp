@@ -49,7 +49,7 @@ int runMeasure(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
+    StackFile file(line.argument(0), report);
     requireGate(GatedStage::LeafMeasures, file.stack(), report);
     const MeasureTarget target = targetOf(line, project.config);
     prepareTarget(target);

@@ -66,7 +66,7 @@ int runPicture(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
+    StackFile file(line.argument(0), report);
     prepareFolder(folder);
     std::set<std::string> taken;
     const int slices = file.stack().getNumSlices();

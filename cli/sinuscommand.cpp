@@ -18,10 +18,11 @@ int runSinus(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
-    checkWritable(file.output());
+    const std::string output = StackFile::outputOf(line);
+    StackFile file(line.argument(0), report);
+    checkWritable(output);
     requireGate(GatedStage::ExtractSinus, file.stack(), report);
     extractSinuses(file.stack(), options, report);
-    file.save();
+    writeStack(file.stack(), output);
     return report.exitStatus();
 }

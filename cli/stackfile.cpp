@@ -23,14 +23,19 @@ void StackFile::declareOutput(CommandLine& line)
                    "OUT.sdf");
 }
 
-StackFile::StackFile(const CommandLine& line, Report& report)
-    : path_(line.argument(0))
-    , output_(path_)
+std::string StackFile::outputOf(const CommandLine& line)
 {
-    if (line.isSet("o")) {
-        output_ = line.required("o");
-        requireSuffix(output_, "sdf");
+    if (!line.isSet("o")) {
+        return line.argument(0);
     }
+    const std::string output = line.required("o");
+    requireSuffix(output, "sdf");
+    return output;
+}
+
+StackFile::StackFile(const std::string& path, Report& report)
+    : path_(path)
+{
     read(report);
 }
 
@@ -52,11 +57,6 @@ void StackFile::read(Report& report)
     }
     stack_.setFilename(path_);
     stack_.setModified(false);
-}
-
-void StackFile::save()
-{
-    writeStack(stack_, output_);
 }
 
 void writeStack(LMXStack& stack, const std::string& path)

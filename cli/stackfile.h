@@ -9,33 +9,29 @@ class CommandLine;
 class FileError;
 class Report;
 
-/// The stack file that a subcommand works on. It is read whole, and stays as it is until `save`.
+/// The stack file that a subcommand works on, read whole.
 class StackFile
 {
 public:
     /// Declares the option that names another file for the result.
     static void declareOutput(CommandLine& line);
 
-    /// Reads the first argument. Faults of the file end the subcommand; what is merely not as it
+    /// The file for the result: that of the option, else the one that is read, the first argument.
+    static std::string outputOf(const CommandLine& line);
+
+    /// Reads the file. Throws `Failure` if something of it can't be read; what is merely not as it
     /// should be, a missing image for one, is noted.
-    StackFile(const CommandLine& line, Report& report);
+    StackFile(const std::string& path, Report& report);
 
     LMXStack& stack() { return stack_; }
 
     const std::string& path() const { return path_; }
-
-    /// The file that `save` writes.
-    const std::string& output() const { return output_; }
-
-    /// Puts the result in the place of the file, or into the one named by the option.
-    void save();
 
 private:
     void read(Report& report);
 
     LMXStack stack_;
     std::string path_;
-    std::string output_;
 };
 
 /// Writes a stack file, or throws `Failure` with the reason; a file that was there then stays whole.

@@ -20,10 +20,11 @@ int runTips(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
-    StackFile file(line, report);
-    checkWritable(file.output());
+    const std::string output = StackFile::outputOf(line);
+    StackFile file(line.argument(0), report);
+    checkWritable(output);
     requireGate(GatedStage::ExtractPeaks, file.stack(), report);
     extractTips(file.stack(), options, project.config.getVenationType(), report);
-    file.save();
+    writeStack(file.stack(), output);
     return report.exitStatus();
 }
