@@ -225,12 +225,6 @@ public:
     saveDeformations(const Shape& shape, const std::string& filename, bool overwrite = false) const;
 
 private:
-    void registerPoints(const std::vector<const Vector<T>*>& points,
-                        const std::vector<const Vector<T>*>& targets,
-                        const Vector<T>& targetCentre,
-                        Vector<T>& translation,
-                        SquareMatrix<T>& rotation) const;
-
     // Made when first asked for: most shapes, edges above all, never have any.
     mutable std::unique_ptr<ShapeSet<T>> extensions_;
     std::string name_;

@@ -7,6 +7,43 @@
 #include "shape/vertexpointers.h"
 #include "system/exception.h"
 
+namespace {
+
+/// The rigid motion of `points` about `centre` onto `targets` about `targetCentre`.
+template <class T>
+void registerPoints(const std::vector<const Vector<T>*>& points,
+                    const std::vector<const Vector<T>*>& targets,
+                    const Vector<T>& centre,
+                    const Vector<T>& targetCentre,
+                    Vector<T>& translation,
+                    SquareMatrix<T>& rotation)
+{
+    if (targets.size() < points.size()) {
+        raise<SizeError>("void Shape<T>::computeLSRegistration(...) const",
+                         "The target contains less vertices than this shape");
+    }
+    const int space = centre.getSize();
+    SquareMatrix<T> covariance(space);
+    covariance.setZeros();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        covariance += (*points[i] - centre).outerProduct(*targets[i] - targetCentre);
+    }
+    SquareMatrix<T> u;
+    SquareMatrix<T> v;
+    covariance.svd(&u, &v);
+    SquareMatrix<T> best = v * u;
+    if (best.det() < 0) {
+        SquareMatrix<T> mirror;
+        mirror.setIdentity(space);
+        mirror(space - 1, space - 1) = SquareMatrix<T>(u * v).det();
+        best = v * mirror * u;
+    }
+    translation = targetCentre - best * centre;
+    rotation = best;
+}
+
+} // namespace
+
 template <class T>
 SquareMatrix<T> Shape<T>::inertia() const
 {
@@ -80,7 +117,7 @@ void Shape<T>::computeLSRegistration(Vector<T>& translation,
                                      SquareMatrix<T>& rotation,
                                      const Shape& target) const
 {
-    registerPoints(vertexPointers(*this), vertexPointers(target), target.cog(), translation,
+    registerPoints(vertexPointers(*this), vertexPointers(target), cog(), target.cog(), translation,
                    rotation);
 }
 
@@ -95,39 +132,7 @@ void Shape<T>::computeLSRegistration(Vector<T>& translation,
     for (const Vector<unsigned int>& locator : correspondences) {
         targets.push_back(&target[locator]);
     }
-    registerPoints(vertexPointers(*this), targets, target.cog(), translation, rotation);
-}
-
-template <class T>
-void Shape<T>::registerPoints(const std::vector<const Vector<T>*>& points,
-                              const std::vector<const Vector<T>*>& targets,
-                              const Vector<T>& targetCentre,
-                              Vector<T>& translation,
-                              SquareMatrix<T>& rotation) const
-{
-    if (targets.size() < points.size()) {
-        raise<SizeError>("void Shape<T>::computeLSRegistration(...) const",
-                         "The target contains less vertices than this shape");
-    }
-    const Vector<T> centre = cog();
-    const int space = centre.getSize();
-    SquareMatrix<T> covariance(space);
-    covariance.setZeros();
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        covariance += (*points[i] - centre).outerProduct(*targets[i] - targetCentre);
-    }
-    SquareMatrix<T> u;
-    SquareMatrix<T> v;
-    covariance.svd(&u, &v);
-    SquareMatrix<T> best = v * u;
-    if (best.det() < 0) {
-        SquareMatrix<T> mirror;
-        mirror.setIdentity(space);
-        mirror(space - 1, space - 1) = SquareMatrix<T>(u * v).det();
-        best = v * mirror * u;
-    }
-    translation = targetCentre - best * centre;
-    rotation = best;
+    registerPoints(vertexPointers(*this), targets, cog(), target.cog(), translation, rotation);
 }
 
 template <class T>
