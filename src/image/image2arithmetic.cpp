@@ -4,27 +4,90 @@
 #include "image/imagearithmetic.h"
 #include "numerics/scalar.h"
 
-#define CRENARA_IMAGE2_OPERATOR(SIGN, OPERATION, OPERAND)                                          \
-    Image2& Image2::operator SIGN##=(const OPERAND & operand)                                      \
-    {                                                                                              \
-        ImageArithmetic().OPERATION(*this, operand);                                               \
-        return *this;                                                                              \
-    }                                                                                              \
-                                                                                                   \
-    Image2 Image2::operator SIGN(const OPERAND & operand) const                                    \
-    {                                                                                              \
-        Image2 result(*this);                                                                      \
-        result SIGN##= operand;                                                                    \
-        return result;                                                                             \
-    }
+Image2& Image2::operator+=(const Scalar& value)
+{
+    ImageArithmetic().add(*this, value);
+    return *this;
+}
 
-CRENARA_IMAGE2_OPERATOR(+, add, Scalar)
-CRENARA_IMAGE2_OPERATOR(-, subtract, Scalar)
-CRENARA_IMAGE2_OPERATOR(*, multiply, Scalar)
-CRENARA_IMAGE2_OPERATOR(/, divide, Scalar)
-CRENARA_IMAGE2_OPERATOR(+, add, Image2)
-CRENARA_IMAGE2_OPERATOR(-, subtract, Image2)
-CRENARA_IMAGE2_OPERATOR(*, multiply, Image2)
-CRENARA_IMAGE2_OPERATOR(/, divide, Image2)
+Image2& Image2::operator-=(const Scalar& value)
+{
+    ImageArithmetic().subtract(*this, value);
+    return *this;
+}
 
-#undef CRENARA_IMAGE2_OPERATOR
+Image2& Image2::operator*=(const Scalar& value)
+{
+    ImageArithmetic().multiply(*this, value);
+    return *this;
+}
+
+Image2& Image2::operator/=(const Scalar& value)
+{
+    ImageArithmetic().divide(*this, value);
+    return *this;
+}
+
+Image2& Image2::operator+=(const Image2& other)
+{
+    ImageArithmetic().add(*this, other);
+    return *this;
+}
+
+Image2& Image2::operator-=(const Image2& other)
+{
+    ImageArithmetic().subtract(*this, other);
+    return *this;
+}
+
+Image2& Image2::operator*=(const Image2& other)
+{
+    ImageArithmetic().multiply(*this, other);
+    return *this;
+}
+
+Image2& Image2::operator/=(const Image2& other)
+{
+    ImageArithmetic().divide(*this, other);
+    return *this;
+}
+
+Image2 Image2::operator+(const Scalar& value) const
+{
+    return Image2(*this) += value;
+}
+
+Image2 Image2::operator-(const Scalar& value) const
+{
+    return Image2(*this) -= value;
+}
+
+Image2 Image2::operator*(const Scalar& value) const
+{
+    return Image2(*this) *= value;
+}
+
+Image2 Image2::operator/(const Scalar& value) const
+{
+    return Image2(*this) /= value;
+}
+
+Image2 Image2::operator+(const Image2& other) const
+{
+    return Image2(*this) += other;
+}
+
+Image2 Image2::operator-(const Image2& other) const
+{
+    return Image2(*this) -= other;
+}
+
+Image2 Image2::operator*(const Image2& other) const
+{
+    return Image2(*this) *= other;
+}
+
+Image2 Image2::operator/(const Image2& other) const
+{
+    return Image2(*this) /= other;
+}

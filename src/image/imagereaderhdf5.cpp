@@ -89,6 +89,63 @@ std::vector<int> dimensions(const H5::DataSet& dataSet, const std::string& filen
     return sizes;
 }
 
+/// Whether a chunk with these filters left out is stored as it is, but for a checksum.
+bool isStoredPlain(const H5::DSetCreatPropList& properties, unsigned int leftOut)
+{
+    for (int f = 0; f < properties.getNfilters(); ++f) {
+        unsigned int flags = 0;
+        std::size_t valueCount = 0;
+        unsigned int config = 0;
+        const H5Z_filter_t filter =
+            properties.getFilter(f, flags, valueCount, nullptr, 0, nullptr, config);
+        const bool sameLength = filter == H5Z_FILTER_SHUFFLE || filter == H5Z_FILTER_FLETCHER32;
+        if (!sameLength && (leftOut >> f & 1U) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Refuses chunks that are stored plain and too short: HDF5 would read past their end.
+void requireWholeChunks(const H5::DataSet& dataSet, const std::string& filename)
+{
+    const H5::DSetCreatPropList properties = dataSet.getCreatePlist();
+    if (properties.getLayout() != H5D_CHUNKED) {
+        return;
+    }
+    const H5::DataSpace space = dataSet.getSpace();
+    const int rank = space.getSimpleExtentNdims();
+    hsize_t extent[3] = {1, 1, 1};
+    hsize_t most[3] = {1, 1, 1};
+    hsize_t chunk[3] = {1, 1, 1};
+    space.getSimpleExtentDims(extent, most);
+    properties.getChunk(rank, chunk);
+    const H5::DataType type = dataSet.getDataType();
+    const char* const where = "void ImageReader::readHDF5Data(Image2&, H5File*)";
+    for (int axis = 0; axis < rank; ++axis) {
+        if (chunk[axis] == 0 || chunk[axis] > std::max<hsize_t>(extent[axis], most[axis])) {
+            raiseFile<FileFormatError>(where, "The chunks of the dataset are too large", filename);
+        }
+    }
+    const hsize_t chunkBytes = chunk[0] * chunk[1] * chunk[2] * type.getSize();
+    hsize_t at[3];
+    for (at[0] = 0; at[0] < extent[0]; at[0] += chunk[0]) {
+        for (at[1] = 0; at[1] < extent[1]; at[1] += chunk[1]) {
+            for (at[2] = 0; at[2] < extent[2]; at[2] += chunk[2]) {
+                unsigned int leftOut = 0;
+                haddr_t address = HADDR_UNDEF;
+                hsize_t size = 0;
+                const herr_t found =
+                    H5Dget_chunk_info_by_coord(dataSet.getId(), at, &leftOut, &address, &size);
+                if (found < 0 || (address != HADDR_UNDEF && size < chunkBytes &&
+                                  isStoredPlain(properties, leftOut))) {
+                    raiseFile<FileReadError>(where, "A chunk of the dataset is damaged", filename);
+                }
+            }
+        }
+    }
+}
+
 } // namespace
 
 void ImageReader::readHDF5Header(Image2& image, H5::H5File* file)
@@ -97,7 +154,9 @@ void ImageReader::readHDF5Header(Image2& image, H5::H5File* file)
     const std::string filename = file->getFileName();
     const std::vector<int> sizes = dimensions(dataSet, filename);
     const H5T_class_t type = dataSet.getTypeClass();
-    if (type != H5T_INTEGER && type != H5T_FLOAT) {
+    // No machine has wider numbers; a damaged width leads HDF5 past its buffers.
+    constexpr std::size_t widest = 16;
+    if ((type != H5T_INTEGER && type != H5T_FLOAT) || dataSet.getDataType().getSize() > widest) {
         raiseFile<FileFormatError>("void ImageReader::readHDF5Header(Image2&, H5File*)",
                                    "Cannot read a dataset of other than numbers", filename);
     }
@@ -109,6 +168,7 @@ void ImageReader::readHDF5Header(Image2& image, H5::H5File* file)
 void ImageReader::readHDF5Data(Image2& image, H5::H5File* file)
 {
     const H5::DataSet dataSet = openDataSet(*file, _keys);
+    requireWholeChunks(dataSet, file->getFileName());
     const H5::DataSpace space = dataSet.getSpace();
     const H5::PredType& type = image.getValueType() == ValueType::Int ? H5::PredType::NATIVE_INT
                                                                       : H5::PredType::NATIVE_FLOAT;

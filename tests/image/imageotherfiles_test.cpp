@@ -235,6 +235,36 @@ TEST(ImageReader, DamagedHdf5IsToldSilently)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+// HDF5 believes the length of a chunk that is stored without its filter, and reads past its end.
+TEST(ImageReader, ShortChunksOfHdf5AreRefused)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("chunks.h5");
+    const std::vector<short> values(32, 7);
+    const hsize_t extent[] = {8, 8};
+    const hsize_t chunk[] = {4, 8};
+    for (const std::size_t length : {64, 63, 2}) {
+        {
+            H5::H5File file(path, H5F_ACC_TRUNC);
+            H5::DSetCreatPropList properties;
+            properties.setChunk(2, chunk);
+            properties.setDeflate(1);
+            const H5::PredType& type = H5::PredType::NATIVE_SHORT;
+            const H5::DataSet dataSet =
+                file.createDataSet("a", type, H5::DataSpace(2, extent), properties);
+            const hsize_t offset[] = {4, 0};
+            constexpr unsigned int leaveOutDeflate = 1;
+            H5Dwrite_chunk(dataSet.getId(), H5P_DEFAULT, leaveOutDeflate, offset, length,
+                           values.data());
+        }
+        if (length == 64) {
+            EXPECT_EQ(Image2(path).asVector<int>()[32], 7);
+        } else {
+            EXPECT_EQ(reasonFor(path), "A chunk of the dataset is damaged");
+        }
+    }
+}
+
 TEST(ImageReader, RawImagesCountOnlyWithTheirSuffix)
 {
     const TemporaryFolder folder;
