@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <cmath>
+
 namespace {
 
 void writeText(QTextStream& stream, const char* key, const QString& value)
@@ -15,6 +17,13 @@ void writeText(QTextStream& stream, const char* key, const QString& value)
 void writeNumber(QTextStream& stream, const char* key, float value)
 {
     stream << key << "\t" << value << Qt::endl;
+}
+
+/// 0 for what is no number, and for words and powers that give none that can be computed with.
+float numberIn(const QString& text)
+{
+    const float value = text.toFloat();
+    return std::isfinite(value) ? value : 0.0f;
 }
 
 void assign(ProjectConfig& project, const QString& key, const QString& value)
@@ -42,11 +51,11 @@ void assign(ProjectConfig& project, const QString& key, const QString& value)
     } else if (key == "kineticParameters") {
         project.setKineticEnabled(text == "true");
     } else if (key == "InflectionPoint") {
-        project.setInflectionPoint(text.toFloat());
+        project.setInflectionPoint(numberIn(text));
     } else if (key == "Scaling") {
-        project.setScaling(text.toFloat());
+        project.setScaling(numberIn(text));
     } else if (key == "StrengthFactor") {
-        project.setStrengthFactor(text.toFloat());
+        project.setStrengthFactor(numberIn(text));
     }
 }
 
