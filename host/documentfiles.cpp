@@ -1,0 +1,66 @@
+#include "host/documentfiles.h"
+
+#include "interface/stackbuilder.h"
+#include "stack/stackreader.h"
+#include "system/exception.h"
+#include "system/fileinfo.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+bool isStackFile(const std::string& path)
+{
+    return FileInfo::suffixName(path) == "sdf";
+}
+
+} // namespace
+
+std::unique_ptr<LMXStack> DocumentFiles::open(const std::vector<std::string>& paths)
+{
+    notes_.clear();
+    if (paths.size() == 1 && isStackFile(paths.front())) {
+        return openStack(paths.front());
+    }
+    if (paths.empty() || std::any_of(paths.begin(), paths.end(), isStackFile)) {
+        raise<UsageError>("unique_ptr<LMXStack> DocumentFiles::open(const vector<string>&)",
+                          "Either one stack file or photographs can be opened");
+    }
+    return openPhotographs(paths);
+}
+
+std::unique_ptr<LMXStack> DocumentFiles::openStack(const std::string& path)
+{
+    auto stack = std::make_unique<LMXStack>();
+    StackReader reader;
+    if (!reader.read(*stack, path)) {
+        constexpr std::size_t shown = 5;
+        std::string what = "The stack can't be read";
+        for (std::size_t i = 0; i < std::min(shown, reader.getLog().size()); ++i) {
+            what += "\n" + reader.getLog()[i];
+        }
+        raiseFile<FileFormatError>("unique_ptr<LMXStack> DocumentFiles::openStack(const string&)",
+                                   what, path);
+    }
+    notes_ = reader.getLog();
+    stack->setFilename(path);
+    stack->setModified(false);
+    return stack;
+}
+
+std::unique_ptr<LMXStack> DocumentFiles::openPhotographs(const std::vector<std::string>& paths)
+{
+    const std::filesystem::path folder =
+        std::filesystem::absolute(paths.front()).lexically_normal().parent_path();
+    auto stack = std::make_unique<LMXStack>();
+    stack->setName(folder.filename().string());
+    StackBuilder builder;
+    builder.setFolder(folder.string());
+    builder.build(*stack, paths);
+    notes_ = builder.getNotes();
+    const std::vector<std::string> calibration = StackBuilder::calibrationNotes(*stack);
+    notes_.insert(notes_.end(), calibration.begin(), calibration.end());
+    stack->setModified(true);
+    return stack;
+}

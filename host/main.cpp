@@ -1,0 +1,77 @@
+// The program crenara-desk: holds stacks, shows them and starts the plug-in on them.
+
+#include "host/deskapplication.h"
+#include "host/deskwindow.h"
+#include "host/lmxrootmediator.h"
+#include "host/stackplugin.h"
+
+#include <QCommandLineParser>
+#include <QTextCodec>
+#include <QTimer>
+
+#include <cstring>
+#include <iostream>
+
+namespace {
+
+/// Help and version need no display.
+bool asksForText(int argc, char* argv[])
+{
+    for (int i = 1; i < argc; ++i) {
+        for (const char* option : {"--help", "-h", "--version", "-v", "--help-all"}) {
+            if (std::strcmp(argv[i], option) == 0) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+void declare(QCommandLineParser& parser)
+{
+    QCoreApplication::setApplicationName("crenara-desk");
+    QCoreApplication::setApplicationVersion(CRENARA_VERSION);
+    parser.setApplicationDescription("Shows stacks of leaf photographs and starts the plug-in.");
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOption(
+        {"plugin", "The plug-in to load, in place of the one of this version.", "PATH"});
+    parser.addPositionalArgument("FILES", "A stack file, or photographs.", "[FILES...]");
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCommandLineParser parser;
+    declare(parser);
+    if (asksForText(argc, argv)) {
+        const QCoreApplication application(argc, argv);
+        parser.process(application);
+    }
+    const DeskApplication application(argc, argv);
+    // File names are bytes, which all layers take as UTF-8, whatever the locale says.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    if (!parser.parse(QCoreApplication::arguments())) {
+        std::cerr << "crenara-desk: " << parser.errorText().toStdString() << std::endl;
+        return 2;
+    }
+
+    StackPlugin plugin;
+    const bool named = parser.isSet("plugin");
+    if (!plugin.load(named ? QStringList(parser.value("plugin")) : StackPlugin::usualPlaces())) {
+        std::cerr << "crenara-desk: " << plugin.getFault().toStdString() << std::endl;
+        if (named) {
+            return 1;
+        }
+    }
+    LMXRootMediator mediator;
+    DeskWindow window(mediator, plugin);
+    QObject::connect(&window, &DeskWindow::closed, &application, &QCoreApplication::quit);
+    window.show();
+    if (!parser.positionalArguments().isEmpty()) {
+        // From the event loop, where the application tells what can't be opened.
+        QTimer::singleShot(0, &window, [&] { window.openFiles(parser.positionalArguments()); });
+    }
+    return QApplication::exec();
+}
