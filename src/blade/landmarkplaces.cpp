@@ -28,9 +28,10 @@ Curve<float> closedPart(const Curve<float>& curve, int first, int last)
     return part;
 }
 
-Vector<int> places(const Vertices<float>* points, const Curve<float>& curve)
+Vector<int> places(const Vertices<float>* points, const Curve<float>* curve)
 {
-    return points && points->getSize() > 0 ? points->closestPointMap(curve) : Vector<int>();
+    return points && points->getSize() > 0 && curve ? points->closestPointMap(*curve)
+                                                    : Vector<int>();
 }
 
 double squaredDistance(int dx, int dy)
@@ -48,54 +49,54 @@ int centreOf(int a, int b)
 
 Vector<int> ModelsManager::indexesPetiole() const
 {
-    return places(petiole, *contour);
+    return places(petiole, contour);
 }
 
 Vector<int> ModelsManager::indexesPrimarySinuses() const
 {
-    return places(primarySinus, *contour);
+    return places(primarySinus, contour);
 }
 
 Vector<int> ModelsManager::indexesPrimaryPeaks() const
 {
-    return places(primaryPeak, *contour);
+    return places(primaryPeak, contour);
 }
 
 Vector<int> ModelsManager::indexesPetiole(const Curve<float>& curve) const
 {
-    return places(petiole, curve);
+    return places(petiole, &curve);
 }
 
 Vector<int> ModelsManager::indexesPrimarySinuses(const Curve<float>& curve) const
 {
-    return places(primarySinus, curve);
+    return places(primarySinus, &curve);
 }
 
 Vector<int> ModelsManager::indexesPrimaryPeaks(const Curve<float>& curve) const
 {
-    return places(primaryPeak, curve);
+    return places(primaryPeak, &curve);
 }
 
 Vector<int> ModelsManager::indexesPrimarySinuses(const Vertices<float>& sinuses,
                                                  const Curve<float>& curve) const
 {
-    return places(&sinuses, curve);
+    return places(&sinuses, &curve);
 }
 
 int ModelsManager::apexIndex() const
 {
-    return indexApex(*contour);
+    return contour ? indexApex(*contour) : -1;
 }
 
 int ModelsManager::indexApex(const Curve<float>& curve) const
 {
-    const Vector<int> indexes = places(apex, curve);
+    const Vector<int> indexes = places(apex, &curve);
     return indexes.getSize() > 0 ? indexes[0] : -1;
 }
 
 Vector<int> ModelsManager::findIndexPetiole(const Curve<float>& curve) const
 {
-    Vector<int> indexes = places(petiole, curve);
+    Vector<int> indexes = places(petiole, &curve);
     indexes.sort();
     return indexes;
 }

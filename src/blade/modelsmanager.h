@@ -81,7 +81,7 @@ public:
     Vertices<float> getModelItemCalibration(const ModelItem& item, float scale) const;
 
     // Places of landmarks on the contour read last, or on a given curve: one index a point, in the
-    // order of the points. A landmark that was not read gives an empty vector.
+    // order of the points. Without the landmark, or the contour, the vector is empty.
     Vector<int> indexesPetiole() const;
     Vector<int> indexesPrimarySinuses() const;
     Vector<int> indexesPrimaryPeaks() const;
@@ -91,7 +91,7 @@ public:
     Vector<int> indexesPrimarySinuses(const Vertices<float>& sinuses,
                                       const Curve<float>& curve) const;
 
-    /// Place of the apex; -1 if no apex was read.
+    /// Place of the apex; -1 if no apex, or no contour, was read.
     int apexIndex() const;
     int indexApex(const Curve<float>& curve) const;
 
