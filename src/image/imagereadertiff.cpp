@@ -184,10 +184,11 @@ std::string compressionText(TIFF* tif)
 
 int ImageReader::readTiffNumPlanes(TIFF* tif)
 {
-    // libtiff counts up to a directory that it can't read, and tells of it.
-    const bool wholeBefore = TiffMessages::firstError().empty();
+    // libtiff counts up to a directory that it can't read, and tells of it. What it told of the file
+    // before does not count here.
+    const TiffMessages ofCounting;
     const tdir_t directories = TIFFNumberOfDirectories(tif);
-    if (wholeBefore && !TiffMessages::firstError().empty()) {
+    if (directories == 0 || !TiffMessages::firstError().empty()) {
         raiseFile<FileReadError>(headerWhere,
                                  TiffMessages::withReason("Cannot find all pages of TIFF"),
                                  TIFFFileName(tif));
