@@ -85,7 +85,7 @@ std::uint64_t bytesFromHere(std::ifstream& stream)
 bool fits(int a, int b, int c, std::size_t size, std::uint64_t available)
 {
     const bool isEmpty = a == 0 || b == 0 || c == 0;
-    std::uint64_t room = isEmpty ? 1 << 20 : available / size;
+    std::uint64_t room = isEmpty ? 1 << 12 : available / size;
     for (int factor : {a, b, c}) {
         room /= static_cast<std::uint64_t>(std::max(factor, 1));
     }

@@ -197,6 +197,10 @@ TEST(VoxelMatrix, NoByteOfAHeaderTakesMemoryThatTheFileDoesNotHave)
         const std::string path = folder.write("empty.vm", words({size, 0, 0x7fffffff, 1}));
         EXPECT_THROW(matrix.load(path), FileFormatError);
     }
+    // Planes without elements would take memory that the file doesn't account for.
+    VoxelMatrix<int> matrix;
+    EXPECT_THROW(matrix.load(folder.write("planes.vm", words({1, 0, 0x10000, 1}))),
+                 FileFormatError);
 }
 
 TEST(VoxelMatrix, TiffStacksCarryBytesAndVoxelSize)
