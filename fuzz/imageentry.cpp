@@ -42,6 +42,7 @@ void readImage2(const std::string& path)
 {
     Image2 image;
     ImageReader().read(image, path, true);
+    require(image.bytes() > 0, "an image has pixels");
     const unsigned char* const last =
         image.frame(image.getNumChannels() - 1, image.getNumTimepoints() - 1);
     static_cast<void>(std::count(last, last + image.bytesPerLine(), 0));
