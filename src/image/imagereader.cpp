@@ -74,7 +74,11 @@ bool readImg(unsigned char* pixels, const std::string& path)
 
 } // namespace
 
-std::vector<std::string> ImageReader::_keys;
+std::vector<std::string>& ImageReader::_keys()
+{
+    static std::vector<std::string> keys;
+    return keys;
+}
 
 ImageReader::ImageReader() = default;
 
@@ -323,8 +327,8 @@ void ImageReader::read(Image2& image, const ImageSource& source)
 
 void ImageReader::setHDF5Key(const std::string& key)
 {
-    _keys.clear();
-    _keys.push_back(key);
+    _keys().clear();
+    _keys().push_back(key);
 }
 
 void ImageReader::readImgImage(Image2& image, const std::string& path, bool load)

@@ -124,5 +124,6 @@ private:
     void readPosition(SpatialCalibration& calibration, TIFF* tif);
     void readMosaicCell(Image0& image, const std::string& path, int x, int y);
 
-    static std::vector<std::string> _keys;
+    // No plain class data: each library with this code would set up and destroy the one list.
+    static std::vector<std::string>& _keys();
 };

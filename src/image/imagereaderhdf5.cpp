@@ -150,7 +150,7 @@ void requireWholeChunks(const H5::DataSet& dataSet, const std::string& filename)
 
 void ImageReader::readHDF5Header(Image2& image, H5::H5File* file)
 {
-    const H5::DataSet dataSet = openDataSet(*file, _keys);
+    const H5::DataSet dataSet = openDataSet(*file, _keys());
     const std::string filename = file->getFileName();
     const std::vector<int> sizes = dimensions(dataSet, filename);
     const H5T_class_t type = dataSet.getTypeClass();
@@ -167,7 +167,7 @@ void ImageReader::readHDF5Header(Image2& image, H5::H5File* file)
 
 void ImageReader::readHDF5Data(Image2& image, H5::H5File* file)
 {
-    const H5::DataSet dataSet = openDataSet(*file, _keys);
+    const H5::DataSet dataSet = openDataSet(*file, _keys());
     requireWholeChunks(dataSet, file->getFileName());
     const H5::DataSpace space = dataSet.getSpace();
     const H5::PredType& type = image.getValueType() == ValueType::Int ? H5::PredType::NATIVE_INT

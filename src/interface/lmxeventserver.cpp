@@ -4,8 +4,14 @@
 
 #include <algorithm>
 
-std::vector<LMXEventClient*> LMXEventServer::clients;
 LMXEventServer::Walk* LMXEventServer::innermostWalk = nullptr;
+
+std::vector<LMXEventClient*>& LMXEventServer::clients()
+{
+    // Never destroyed: clients go out until the very end of the process.
+    static auto* const list = new std::vector<LMXEventClient*>;
+    return *list;
+}
 
 /// One delivery, which may stand inside another. It reads the list afresh at each step, and is told
 /// when a client in front of its place goes out.
@@ -24,7 +30,7 @@ public:
     Walk& operator=(const Walk&) = delete;
 
     /// Null at the end of the list.
-    LMXEventClient* next() { return next_ < clients.size() ? clients[next_++] : nullptr; }
+    LMXEventClient* next() { return next_ < clients().size() ? clients()[next_++] : nullptr; }
 
     static void clientGone(std::size_t place)
     {
@@ -42,17 +48,17 @@ private:
 
 void LMXEventServer::attach(LMXEventClient& client)
 {
-    if (std::find(clients.begin(), clients.end(), &client) == clients.end()) {
-        clients.push_back(&client);
+    if (std::find(clients().begin(), clients().end(), &client) == clients().end()) {
+        clients().push_back(&client);
     }
 }
 
 void LMXEventServer::detach(LMXEventClient& client)
 {
-    const auto found = std::find(clients.begin(), clients.end(), &client);
-    if (found != clients.end()) {
-        Walk::clientGone(static_cast<std::size_t>(found - clients.begin()));
-        clients.erase(found);
+    const auto found = std::find(clients().begin(), clients().end(), &client);
+    if (found != clients().end()) {
+        Walk::clientGone(static_cast<std::size_t>(found - clients().begin()));
+        clients().erase(found);
     }
 }
 

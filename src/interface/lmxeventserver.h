@@ -32,7 +32,8 @@ public:
 private:
     class Walk;
 
-    // Both must exist once in a process, however many libraries bring this code along.
-    static std::vector<LMXEventClient*> clients;
+    // Both must exist once in a process, however many libraries bring this code along. The list is
+    // therefore no plain class data, which each of them would set up and destroy.
+    static std::vector<LMXEventClient*>& clients();
     static Walk* innermostWalk;
 };

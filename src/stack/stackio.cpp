@@ -77,14 +77,19 @@ constexpr std::array<Escape, 3> escapes = {{{";", "__SC__"}, {"\n", "__NL__"}, {
 
 } // namespace
 
-StackIO::Keywords StackIO::keywords_;
 int StackIO::numInstances_ = 0;
+
+StackIO::Keywords& StackIO::keywords()
+{
+    static Keywords table;
+    return table;
+}
 
 StackIO::StackIO()
     : fileFormatVersion(currentVersion)
 {
     if (numInstances_ == 0) {
-        keywords_ = makeKeywords();
+        keywords() = makeKeywords();
     }
     ++numInstances_;
 }
@@ -102,7 +107,7 @@ StackIO::~StackIO()
 {
     --numInstances_;
     if (numInstances_ == 0) {
-        keywords_.clear();
+        keywords().clear();
     }
 }
 
@@ -114,7 +119,7 @@ bool StackIO::ensureFileFormatVersion(float version) const
 
 StackIO::Keyword StackIO::getKeyword(const std::string& text) const
 {
-    for (const auto& [keyword, texts] : keywords_) {
+    for (const auto& [keyword, texts] : keywords()) {
         if (std::find(texts.begin(), texts.end(), text) != texts.end()) {
             return keyword;
         }
@@ -124,8 +129,8 @@ StackIO::Keyword StackIO::getKeyword(const std::string& text) const
 
 std::string StackIO::getString(Keyword keyword) const
 {
-    const auto found = keywords_.find(keyword);
-    return found == keywords_.end() ? std::string() : found->second.front();
+    const auto found = keywords().find(keyword);
+    return found == keywords().end() ? std::string() : found->second.front();
 }
 
 std::string StackIO::exportString(const std::string& text) const

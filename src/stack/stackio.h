@@ -121,6 +121,7 @@ protected:
 private:
     using Keywords = std::map<Keyword, std::vector<std::string>>;
 
-    static Keywords keywords_;
+    // No plain class data: each library with this code would set up and destroy the one table.
+    static Keywords& keywords();
     static int numInstances_;
 };

@@ -3,7 +3,12 @@
 #include <iostream>
 
 int Trace::depth = 0;
-std::map<std::string, int> Trace::countMap;
+
+std::map<std::string, int>& Trace::countMap()
+{
+    static std::map<std::string, int> counts;
+    return counts;
+}
 
 void traceIndent()
 {
@@ -15,7 +20,7 @@ void traceIndent()
 void Trace::enterFunction(const std::string& name)
 {
     traceIndent();
-    std::cout << "ENTER> \033[1;33m" << name << "\033[0m [" << ++countMap[name] << "]\n";
+    std::cout << "ENTER> \033[1;33m" << name << "\033[0m [" << ++countMap()[name] << "]\n";
     ++depth;
 }
 

@@ -23,7 +23,7 @@ public:
     static int depth;
 
     /// How often each function was entered.
-    static std::map<std::string, int> countMap;
+    static std::map<std::string, int>& countMap();
 };
 
 /// Writes the indent of the current depth.
