@@ -36,24 +36,37 @@ const ModelItem* contourOf(const StackSlice& slice)
     return contour;
 }
 
-double distanceToSegment(double x, double y, const Vector<int>& a, const Vector<int>& b)
+struct Foot
+{
+    double x;
+    double y;
+    double distance;
+};
+
+/// The point of a segment that is nearest to (x, y).
+Foot footOnSegment(double x, double y, const Vector<int>& a, const Vector<int>& b)
 {
     const double dx = b[0] - a[0];
     const double dy = b[1] - a[1];
     const double squared = dx * dx + dy * dy;
     const double along =
         squared > 0.0 ? std::clamp(((x - a[0]) * dx + (y - a[1]) * dy) / squared, 0.0, 1.0) : 0.0;
-    return std::hypot(x - a[0] - along * dx, y - a[1] - along * dy);
+    const double footX = a[0] + along * dx;
+    const double footY = a[1] + along * dy;
+    return {footX, footY, std::hypot(x - footX, y - footY)};
 }
 
-double distanceToOutline(double x, double y, const Vertices<int>& outline)
+Foot footOnOutline(double x, double y, const Vertices<int>& outline)
 {
     const int size = outline.getSize();
-    double least = distanceToSegment(x, y, outline[size - 1], outline[0]);
+    Foot nearest = footOnSegment(x, y, outline[size - 1], outline[0]);
     for (int i = 1; i < size; ++i) {
-        least = std::min(least, distanceToSegment(x, y, outline[i - 1], outline[i]));
+        const Foot foot = footOnSegment(x, y, outline[i - 1], outline[i]);
+        if (foot.distance < nearest.distance) {
+            nearest = foot;
+        }
     }
-    return least;
+    return nearest;
 }
 
 double boxDiagonal(const Vertices<int>& outline)
@@ -67,6 +80,29 @@ double boxDiagonal(const Vertices<int>& outline)
         }
     }
     return std::hypot(upper[0] - lower[0], upper[1] - lower[1]);
+}
+
+std::string faultOnOutline(const JunctionPoints& junctions, const Vertices<int>& outline)
+{
+    const double allowed = boxDiagonal(outline) / 10.0;
+    Foot feet[2];
+    for (int i = 0; i < 2; ++i) {
+        feet[i] = footOnOutline(junctions.x[i], junctions.y[i], outline);
+        if (feet[i].distance > allowed) {
+            return "junction " + std::to_string(i + 1) + " lies " + decimal(feet[i].distance) +
+                   " pixels from the contour, more than " + decimal(allowed);
+        }
+    }
+    // Where the contour does not reach into the notch beside the stalk, the nearest points of both
+    // junctions are on one side of the stalk, and the blade could not be told from it.
+    const double drawn =
+        std::hypot(junctions.x[0] - junctions.x[1], junctions.y[0] - junctions.y[1]);
+    const double found = std::hypot(feet[0].x - feet[1].x, feet[0].y - feet[1].y);
+    if (found < drawn / 2.0) {
+        return "both junctions fall on one place of the contour, " + decimal(found) +
+               " pixels apart there instead of " + decimal(drawn);
+    }
+    return "";
 }
 
 } // namespace
@@ -89,19 +125,7 @@ std::string junctionFault(const JunctionPoints& junctions, const StackSlice& sli
         return "both junctions are the same point";
     }
     const ModelItem* contour = contourOf(slice);
-    if (!contour) {
-        return "";
-    }
-    const double allowed = boxDiagonal(contour->getVertices()) / 10.0;
-    for (int i = 0; i < 2; ++i) {
-        const double distance =
-            distanceToOutline(junctions.x[i], junctions.y[i], contour->getVertices());
-        if (distance > allowed) {
-            return "junction " + std::to_string(i + 1) + " lies " + decimal(distance) +
-                   " pixels from the contour, more than " + decimal(allowed);
-        }
-    }
-    return "";
+    return contour ? faultOnOutline(junctions, contour->getVertices()) : "";
 }
 
 void JunctionPlacing::createModels()

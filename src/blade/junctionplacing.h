@@ -13,9 +13,9 @@ struct JunctionPoints
     int y[2];
 };
 
-/// Why the points can't be the junctions of the slice: they are equal, lie outside its image, or
-/// farther from its contour than a tenth of the diagonal of the contour's box. Empty if they can. A
-/// slice without an image has no bounds, one without a contour no distance.
+/// Why the points can't be the junctions of the slice: they are equal, lie outside its image, or, if
+/// it has a contour, lie farther from it than a tenth of the diagonal of the contour's box, or fall on
+/// one place of it. Empty if they can. A slice without an image has no bounds.
 std::string junctionFault(const JunctionPoints& junctions, const StackSlice& slice);
 
 /// Puts the junctions that a person drew on slices, in the place of those that a slice has. Makes
