@@ -1,5 +1,6 @@
 #include "shell/crenaraplugin.h"
 
+#include "interface/lmxstack.h"
 #include "shell/crenarawindow.h"
 
 #include <QMessageBox>

@@ -4,6 +4,7 @@
 #include "system/progresssubject.h"
 
 #include <QObject>
+#include <QPointer>
 
 class CrenaraWindow;
 
@@ -29,7 +30,7 @@ public:
     CrenaraWindow* getWindow() const { return window; }
 
 private:
-    LMXStack* stack = nullptr;
+    QPointer<LMXStack> stack; // null again once the host has destroyed it
     LMXRootMediator* mediator = nullptr;
     CrenaraWindow* window = nullptr;
 };

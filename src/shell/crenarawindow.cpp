@@ -42,7 +42,7 @@ const Row rows[] = {
 
 CrenaraWindow::CrenaraWindow(QWidget* parent)
     : QDialog(parent)
-    , iconsList(new QListWidget)
+    , iconsList(new QListWidget(this))
     , pagesStack(new QStackedWidget)
     , progressBar(new QProgressBar)
 {
@@ -120,6 +120,9 @@ void CrenaraWindow::enabledActions()
 
 void CrenaraWindow::setStack(LMXStack& live)
 {
+    if (stack) {
+        disconnect(stack, nullptr, this, nullptr);
+    }
     stack = &live;
     setWindowTitle("Crenara : " + QString::fromStdString(live.getName()) + " " +
                    QString::fromStdString(live.getFilename()));
@@ -128,8 +131,10 @@ void CrenaraWindow::setStack(LMXStack& live)
 
 void CrenaraWindow::closePages()
 {
+    if (__projectConfig.getStack() == stack) {
+        __projectConfig.setStack(nullptr);
+    }
     stack = nullptr;
-    __projectConfig.setStack(nullptr);
     iconsList->setEnabled(false);
     pagesStack->setEnabled(false);
     setWindowTitle("Crenara : the stack was closed");

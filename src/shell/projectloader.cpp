@@ -3,8 +3,8 @@
 #include "shell/projectconfig.h"
 #include "shell/projectfile.h"
 
-#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 #include <iostream>
 
@@ -26,11 +26,10 @@ void ProjectLoader::loadProject()
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
         return;
     }
-    const QString folder = chooser.directory().absolutePath();
-    QString name = chooser.selectedFiles().first();
-    name.remove(0, folder.endsWith('/') ? folder.size() : folder.size() + 1);
-    config->setProjectPath(folder);
-    config->setCRPName(name);
+    // Of the file, not of the chooser: the two differ where the user types a whole path.
+    const QFileInfo file(chooser.selectedFiles().first());
+    config->setProjectPath(file.absolutePath());
+    config->setCRPName(file.fileName());
 }
 
 bool ProjectLoader::readFileCRP()

@@ -178,6 +178,8 @@ void CrenaraWindow::runLeafMeasures()
 void CrenaraWindow::initializeAveraging()
 {
     if (passesGate(averagingPage, GatedStage::Averaging)) {
+        averagingPage->setUnity(kineticParametersEnabled ? " hours" : " µm");
+        averagingPage->setAveragesNumber(100);
         averagingPage->setPath(__projectConfig.getProjectPath());
         averagingPage->setFile("");
         connect(averagingPage, &AveragingConfigPage::averagingClicked, this,

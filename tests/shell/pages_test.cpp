@@ -1,0 +1,325 @@
+#include "interface/lmxchanneleditor.h"
+#include "shell/averagingconfigpage.h"
+#include "shell/extractcontourconfigeditor.h"
+#include "shell/extractpeaksconfigeditor.h"
+#include "shell/extractsinusconfigeditor.h"
+#include "shell/helpbrowser.h"
+#include "shell/kineticparametersconfigeditor.h"
+#include "shell/leafmeasuresconfigeditor.h"
+#include "shell/newprojectdialog.h"
+#include "shell/piechart.h"
+#include "support/widgets.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPainter>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+const ::testing::Environment* const environment = addApplication<QApplication>();
+
+/// The widget in the row of a form with this label.
+template <class Widget>
+Widget& row(const QWidget& page, const QString& label)
+{
+    for (const QFormLayout* form : page.findChildren<QFormLayout*>()) {
+        for (int i = 0; i < form->rowCount(); ++i) {
+            QLayoutItem* text = form->itemAt(i, QFormLayout::LabelRole);
+            const QLabel* shown = text ? qobject_cast<QLabel*>(text->widget()) : nullptr;
+            if (shown && shown->text() == label) {
+                return *qobject_cast<Widget*>(form->itemAt(i, QFormLayout::FieldRole)->widget());
+            }
+        }
+    }
+    throw std::runtime_error("no row " + label.toStdString());
+}
+
+QGroupBox& group(const QWidget& page, const QString& title)
+{
+    for (QGroupBox* box : page.findChildren<QGroupBox*>()) {
+        if (box->title() == title) {
+            return *box;
+        }
+    }
+    throw std::runtime_error("no group " + title.toStdString());
+}
+
+/// A click as a user makes it on the check box of a group.
+void toggle(QGroupBox& box)
+{
+    box.setChecked(!box.isChecked());
+    emit box.clicked(box.isChecked());
+}
+
+} // namespace
+
+TEST(LMXChannelEditor, LeavesAChoiceOnlyWhereTheContentDoesNotForceIt)
+{
+    LMXChannelEditor editor;
+    const QGroupBox& box = group(editor, "Channel selector ");
+    EXPECT_FALSE(box.isEnabled());
+    for (int content = 0; content <= 5; ++content) {
+        editor.setChannel(static_cast<ImageColorContent>(content));
+        EXPECT_EQ(box.isEnabled(), content >= 4) << content;
+        EXPECT_EQ(static_cast<int>(editor.getChannel()), content < 4 ? content : 0);
+    }
+    withText<QRadioButton>(editor, "Blue channel").click();
+    EXPECT_EQ(static_cast<int>(editor.getChannel()), 3);
+}
+
+TEST(ExtractContourConfigEditor, HoldsItsFourValues)
+{
+    ExtractContourConfigEditor page;
+    EXPECT_EQ(page.getFidelityValue(), 100);
+    EXPECT_EQ(page.getBackground(), DarkBackground);
+    EXPECT_FALSE(page.getImageType());
+    for (const auto& [set, shown] : {std::pair{5, 10}, {55, 55}, {1000, 100}}) {
+        page.setFidelity(set);
+        EXPECT_EQ(page.getFidelityValue(), shown);
+    }
+    withText<QRadioButton>(page, "Ligth Background").click();
+    EXPECT_EQ(page.getBackground(), LightBackground);
+    page.setBackground(DarkBackground);
+    EXPECT_TRUE(withText<QRadioButton>(page, "Dark Background").isChecked());
+    page.findChild<QCheckBox*>()->click();
+    EXPECT_TRUE(page.getImageType());
+}
+
+TEST(ExtractSinusConfigEditor, GivesBackItsConfigurationAndTruncatesTheAngle)
+{
+    ExtractSinusConfigEditor page;
+    ExtractSinusLocalCurvatureConfig config;
+    EXPECT_EQ(config.getNeigbourhood(), 25);
+    EXPECT_EQ(config.getCurvatureAngle(), 145.0f);
+    config.setNeighbourhood(31);
+    config.setCurvatureAngle(120.9f);
+    page.setConfig(config);
+    EXPECT_EQ(page.getConfig().getNeigbourhood(), 31);
+    EXPECT_EQ(page.getConfig().getCurvatureAngle(), 120.0f);
+}
+
+TEST(PieChart, OpensUpwardsAsFarAsTheAngleSays)
+{
+    PieChart chart;
+    chart.resize(45, 45);
+    // The middle of the sector is the upper half of the vertical through (22.5, 22.5).
+    for (const int degrees : {1, 60, 145, 179}) {
+        chart.setSpanAngle(degrees);
+        QImage image(45, 45, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        chart.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
+        int black = 0;
+        for (int y = 0; y < 45; ++y) {
+            for (int x = 0; x < 45; ++x) {
+                const bool isBlack = qGray(image.pixel(x, y)) < 64;
+                black += isBlack;
+                EXPECT_TRUE(!isBlack || y <= 23) << degrees << ": " << x << ", " << y;
+            }
+        }
+        const double sector = 3.14159265 * 17.5 * 17.5 * degrees / 360.0;
+        EXPECT_NEAR(black, sector, 30.0) << degrees;
+    }
+}
+
+TEST(ExtractPeaksConfigEditor, FollowsTheChosenMethod)
+{
+    ExtractPeaksConfigEditor page;
+    EXPECT_EQ(page.getMethodToExtract(), LocalSymmetry);
+    page.setMethodToExtract(LocalCurvature);
+    EXPECT_EQ(page.getMethodToExtract(), LocalCurvature);
+    page.setMethodToExtract(static_cast<MethodExtractPeaks>(2));
+    EXPECT_EQ(page.getMethodToExtract(), LocalCurvature);
+    withText<QRadioButton>(page, "Local Symmetry Maximun").click();
+    EXPECT_EQ(page.getMethodToExtract(), LocalSymmetry);
+    page.setExcludeNeighboorhood(1);
+    EXPECT_EQ(page.getExcludeNeighboorhood(), 2);
+}
+
+TEST(LeafMeasuresConfigEditor, LocksThePrefixAndTakesAFolder)
+{
+    const QTemporaryDir folder;
+    LeafMeasuresConfigEditor page;
+    QPushButton& process = withText<QPushButton>(page, "&Process");
+    ProjectConfig project;
+    project.setProjectName("oaks");
+    page.setConfig(project);
+    EXPECT_FALSE(process.isEnabled());
+
+    QList<QLineEdit*> edits;
+    for (QLineEdit* edit : page.findChildren<QLineEdit*>()) {
+        if (!qobject_cast<QAbstractSpinBox*>(edit->parent())) {
+            edits.append(edit);
+        }
+    }
+    ASSERT_EQ(edits.size(), 2);
+    EXPECT_FALSE(edits[0]->isEnabled());
+    QToolButton& pencil = withText<QToolButton>(page, "Change prefix name");
+    pencil.click();
+    EXPECT_TRUE(edits[0]->isEnabled());
+    QTest::keyClicks(edits[0], "-2");
+    pencil.click();
+    EXPECT_FALSE(edits[0]->isEnabled());
+    EXPECT_EQ(page.getPrefix(), "oaks-2");
+
+    Modals modals({cancelDialog, choosePath(folder.path())});
+    page.dirSelection();
+    EXPECT_FALSE(process.isEnabled());
+    withText<QToolButton>(page, "Change directory").click();
+    EXPECT_TRUE(process.isEnabled());
+    EXPECT_EQ(page.getOutputPath(), folder.path());
+    EXPECT_EQ(edits[1]->text(), folder.path());
+}
+
+TEST(KineticParametersConfigEditor, GivesBackTheFourValuesOfAProject)
+{
+    KineticParametersConfigEditor editor;
+    QSignalSpy spy(&editor, &KineticParametersConfigEditor::kineticGroupBoxState);
+    ProjectConfig project;
+    project.setInflectionPoint(12.3457f);
+    project.setScaling(52000.0f);
+    project.setStrengthFactor(2.5f);
+    project.setKineticEnabled(true);
+    editor.setConfig(project);
+    EXPECT_EQ(spy.count(), 0);
+    EXPECT_NEAR(editor.getConfig().getInflectionPoint(), 12.3457f, 1e-4f);
+    EXPECT_EQ(editor.getConfig().getScaling(), 52000.0f);
+    EXPECT_EQ(editor.getConfig().getStrengthFactor(), 2.5f);
+    EXPECT_TRUE(editor.getConfig().kineticIsEnabled());
+    toggle(group(editor, "Kinetic Parameters"));
+    EXPECT_EQ(spy.count(), 1);
+    EXPECT_FALSE(editor.getConfig().kineticIsEnabled());
+}
+
+TEST(NewProjectDialog, OpensDoneOnceAFolderWasAskedFor)
+{
+    NewProjectDialog dialog;
+    QPushButton& done = withText<QPushButton>(dialog, "Done");
+    EXPECT_FALSE(done.isEnabled());
+    Modals modals({cancelDialog});
+    dialog.pathChooser();
+    EXPECT_TRUE(done.isEnabled());
+    EXPECT_EQ(dialog.getOutputPath(), "");
+}
+
+TEST(AveragingConfigPage, KeepsStepsAndNumberInStep)
+{
+    AveragingConfigPage page;
+    page.setMinimun(0.0f);
+    page.setMaximun(100.0f);
+    page.setAveragesNumber(10);
+    EXPECT_EQ(page.getStepsNumber(), 10.0f);
+    QDoubleSpinBox& steps = row<QDoubleSpinBox>(page, "Steps :");
+    steps.setValue(30.0);
+    EXPECT_EQ(page.getAveragesNumber(), 3);
+    EXPECT_NEAR(page.getStepsNumber(), 33.33f, 1e-4f);
+    row<QSpinBox>(page, "Averages number :").setValue(7);
+    EXPECT_EQ(page.getAveragesNumber(), 7);
+    EXPECT_NEAR(page.getStepsNumber(), 14.29f, 1e-4f);
+    row<QDoubleSpinBox>(page, "Max :").setValue(50.0);
+    EXPECT_EQ(page.getAveragesNumber(), 3);
+    page.setUnity(" µm");
+    EXPECT_TRUE(steps.text().endsWith(" µm"));
+    // Limits that leave no room between them.
+    page.setMinimun(20.0f);
+    page.setMaximun(20.0f);
+    EXPECT_EQ(page.getBegin(), page.getEnd());
+    steps.setValue(1.0);
+    EXPECT_EQ(page.getAveragesNumber(), 1);
+}
+
+TEST(AveragingConfigPage, TheMethodOpensProcessAndNamesTheFileGroup)
+{
+    AveragingConfigPage page;
+    QPushButton& process = withText<QPushButton>(page, "&Process");
+    QCheckBox& bins = withText<QCheckBox>(page, "based on bins");
+    QCheckBox& sliding = withText<QCheckBox>(page, "sliding averaging");
+    QGroupBox& user = group(page, "User defined parameters");
+    QGroupBox& file = group(page, "Choice a method");
+    const QDoubleSpinBox& steps = row<QDoubleSpinBox>(page, "Steps :");
+    EXPECT_FALSE(process.isEnabled());
+    EXPECT_EQ(page.getMethodAveraging(), 1);
+
+    toggle(user);
+    EXPECT_FALSE(file.isChecked());
+    bins.click();
+    EXPECT_FALSE(process.isEnabled()) << "no group is checked";
+    EXPECT_EQ(file.title(), "User-defined neighborhood bins");
+    EXPECT_EQ(page.getMethodAveraging(), 2);
+    toggle(file);
+    EXPECT_FALSE(user.isChecked());
+    sliding.click();
+    EXPECT_FALSE(bins.isChecked());
+    EXPECT_TRUE(process.isEnabled());
+    EXPECT_EQ(file.title(), "User-defined ranks");
+    EXPECT_EQ(page.getMethodAveraging(), 3);
+    toggle(user);
+    EXPECT_FALSE(file.isChecked());
+    EXPECT_EQ(page.getMethodAveraging(), 1);
+    EXPECT_TRUE(steps.isEnabled());
+    bins.click();
+    EXPECT_FALSE(sliding.isChecked());
+    EXPECT_FALSE(steps.isEnabled());
+    EXPECT_EQ(page.getMethodAveraging(), 0);
+    bins.click();
+    EXPECT_FALSE(bins.isChecked() || sliding.isChecked());
+    EXPECT_TRUE(process.isEnabled());
+    // The stage behind the page may be missing: then nothing opens "&Process".
+    page.setRunnable(false);
+    bins.click();
+    EXPECT_FALSE(process.isEnabled());
+}
+
+TEST(AveragingConfigPage, PeaksDependOnSinuses)
+{
+    AveragingConfigPage page;
+    QCheckBox& sinuses = withText<QCheckBox>(page, "Primary Sinuses");
+    QCheckBox& peaks = withText<QCheckBox>(page, "Primary Peaks");
+    EXPECT_FALSE(peaks.isEnabled());
+    sinuses.click();
+    peaks.click();
+    EXPECT_TRUE(page.getPrimarySinusCheck() && page.getPrimaryPeaksCheck());
+    sinuses.click();
+    EXPECT_FALSE(peaks.isEnabled() || peaks.isChecked());
+    EXPECT_FALSE(page.getPrimarySinusCheck());
+    EXPECT_TRUE(page.getBladeSymmetrization());
+    withText<QCheckBox>(page, "Leaf Symmetrization").click();
+    EXPECT_FALSE(page.getBladeSymmetrization());
+}
+
+TEST(StagePage, EachHelpOpensAWindowOfItsOwnThatEscapeEnds)
+{
+    Q_INIT_RESOURCE(crenaraconfig);
+    ExtractSinusConfigEditor page;
+    const auto windows = [] {
+        QList<HelpBrowser*> found;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* browser = qobject_cast<HelpBrowser*>(widget)) {
+                found.append(browser);
+            }
+        }
+        return found;
+    };
+    QPushButton& help = withText<QPushButton>(page, "Help");
+    help.click();
+    help.click();
+    ASSERT_EQ(windows().size(), 2);
+    HelpBrowser* first = windows().first();
+    EXPECT_EQ(first->size(), QSize(500, 400));
+    withText<QPushButton>(*first, "home").click();
+    EXPECT_TRUE(first->windowTitle().startsWith("Help: "));
+    EXPECT_GT(first->windowTitle().size(), 6) << "the guide has a title";
+    for (HelpBrowser* window : windows()) {
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(window, Qt::Key_Escape);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return windows().isEmpty(); }, 2000));
+}

@@ -1,0 +1,356 @@
+// The workflow in the window that the plug-in opens, by clicks.
+
+#include "blade/junctionplacing.h"
+#include "host/documentfiles.h"
+#include "image/image0.h"
+#include "image/imagewriter.h"
+#include "interface/lmxstack.h"
+#include "shell/pluginwindow.h"
+#include "stack/model.h"
+#include "support/leaf.h"
+#include "support/temporaryfolder.h"
+
+#include <QDoubleSpinBox>
+#include <QProcess>
+#include <QRadioButton>
+
+#include <cmath>
+
+namespace {
+
+/// Runs the command and returns what it wrote on the error stream.
+QString crenara(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(COMMAND_FILE, arguments);
+    EXPECT_TRUE(process.waitForFinished(120000));
+    const QString errors = process.readAllStandardError();
+    EXPECT_EQ(process.exitCode(), 0) << errors.toStdString();
+    return errors;
+}
+
+/// Photographs of leaves in a folder, and their stack file "leaves.sdf".
+class LeafFolder
+{
+public:
+    LeafFolder()
+    {
+        leaf::Shape second;
+        second.teethPerSide = 6;
+        second.angleDegrees = 20.0;
+        second.middle = {330.0, 420.0};
+        outlines_ = {leaf::draw(leaf::Shape()), leaf::draw(second)};
+        QStringList arguments = {"stack", "--pixel-width", "2.5", file("leaves.sdf")};
+        for (std::size_t i = 0; i < outlines_.size(); ++i) {
+            const QString name = file("leaf" + QString::number(i) + ".tif");
+            ImageWriter().write(
+                leaf::toImage(leaf::photograph(outlines_[i], 860, 640, 190.0f, 40.0f, 8.0f)),
+                name.toStdString(), false);
+            arguments.append(name);
+        }
+        crenara(arguments);
+    }
+
+    QString file(const QString& name) const
+    {
+        return QString::fromStdString(folder_.file(name.toStdString()));
+    }
+
+    std::string read(const std::string& name) const { return folder_.read(name); }
+
+    std::unique_ptr<LMXStack> open() const
+    {
+        return DocumentFiles().open({folder_.file("leaves.sdf")});
+    }
+
+    JunctionPoints junctions(std::size_t i) const
+    {
+        const leaf::Point* const points = outlines_[i].junctions;
+        return {{int(std::lround(points[0].x)), int(std::lround(points[1].x))},
+                {int(std::lround(points[0].y)), int(std::lround(points[1].y))}};
+    }
+
+    void draw(LMXStack& stack) const
+    {
+        JunctionPlacing placing;
+        placing.setStack(stack);
+        for (std::size_t i = 0; i < outlines_.size(); ++i) {
+            placing.place(junctions(i), static_cast<int>(i));
+        }
+    }
+
+    void writeJunctionTable() const
+    {
+        std::string table = "Slice_Name\tX1\tY1\tX2\tY2\n";
+        for (std::size_t i = 0; i < outlines_.size(); ++i) {
+            const JunctionPoints points = junctions(i);
+            table += "leaf" + std::to_string(i);
+            for (int k = 0; k < 2; ++k) {
+                table += "\t" + std::to_string(points.x[k]) + "\t" + std::to_string(points.y[k]);
+            }
+            table += "\n";
+        }
+        folder_.write("junctions.tsv", table);
+    }
+
+private:
+    TemporaryFolder folder_;
+    std::vector<leaf::Outline> outlines_;
+};
+
+/// Fills the dialog for a new project like a user.
+Modals::Step fillProject(const QString& name)
+{
+    return [name](QDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "New project");
+        QList<QLineEdit*> edits;
+        for (QLineEdit* edit : dialog.findChildren<QLineEdit*>()) {
+            if (!qobject_cast<QAbstractSpinBox*>(edit->parent())) {
+                edits.append(edit);
+            }
+        }
+        ASSERT_EQ(edits.size(), 6);
+        EXPECT_EQ(edits[0]->text(), "leaves") << "the stack's name";
+        edits[0]->setText(name);
+        edits[1]->setText("Alnus glutinosa");
+        edits[2]->setText("wt");
+        edits[3]->setText("third");
+        edits[4]->setText("wet \"meadow\"");
+        // They tell the ages of the leaves.
+        const QList<QDoubleSpinBox*> growth = dialog.findChildren<QDoubleSpinBox*>();
+        ASSERT_EQ(growth.size(), 3);
+        growth[0]->setValue(12.5);
+        growth[1]->setValue(4000.0);
+        growth[2]->setValue(1.25);
+        withText<QPushButton>(dialog, "").click(); // the folder chooser is the next step
+        withText<QPushButton>(dialog, "Done").click();
+    };
+}
+
+/// Counts what the processes of the plug-in tell.
+class Listener : public LMXEventClient
+{
+public:
+    void modelItemCreateEvent(LMXModelItemCreateEvent&) override { ++items; }
+
+    int items = 0;
+};
+
+QString shown(const char* title, const char* text)
+{
+    return QString(title) + ": " + text;
+}
+
+const QString stageWarnings[] = {
+    "",
+    "",
+    shown("Extract Sinus", "After Extract Contour, don't forget draw the blade-petiole junctions"),
+    shown("Extract Peaks", "Please run Extract Sinus before Extract Tips"),
+    shown("Analysis", "Please run Extract Sinus before Analysis"),
+    shown("Averaging", "Please run Extract Sinus before averaging"),
+};
+
+void addModel(LMXStack& stack, const char* name)
+{
+    Model* model = new Model;
+    model->setName(name);
+    stack.addModel(*model);
+}
+
+} // namespace
+
+TEST(CrenaraWindow, StartsOnThePageOfProjectsWithItsRowCurrent)
+{
+    const auto stack = leaf::emptyStack(1);
+    PluginWindow window(*stack);
+    EXPECT_EQ(window.rows().currentRow(), 0);
+    const QStringList texts = {"Project Manager", "Extract Contour", "Extract Sinus ",
+                               "Extract Tips ",   "Analysis",        "Averaging",
+                               "Export Teeth"};
+    ASSERT_EQ(window.rows().count(), texts.size());
+    for (int row = 0; row < texts.size(); ++row) {
+        const QListWidgetItem& item = *window.rows().item(row);
+        EXPECT_EQ(item.text(), texts[row]);
+        EXPECT_EQ(int(item.flags()), row == 0 ? 32 : 0);
+        EXPECT_FALSE(item.icon().pixmap(100, 100).isNull()) << row;
+        window.clickRow(row);
+        EXPECT_EQ(window.rows().currentRow(), 0) << "only row 0 can be chosen";
+    }
+    window.openRows();
+    for (int row = 1; row < texts.size(); ++row) {
+        EXPECT_EQ(int(window.rows().item(row)->flags()), 33);
+    }
+}
+
+TEST(CrenaraWindow, GatesTellWhatAStackWithoutModelsLacks)
+{
+    const auto stack = leaf::emptyStack(1);
+    PluginWindow window(*stack);
+    window.openRows();
+    Modals modals;
+    for (int row = 2; row <= 6; ++row) {
+        window.clickRow(row);
+        EXPECT_EQ(window.rows().currentRow(), row);
+        EXPECT_EQ(modals.takeBoxes(), row < 6 ? QStringList(stageWarnings[row]) : QStringList());
+        EXPECT_EQ(window.page().isEnabled(), row == 6);
+    }
+    EXPECT_FALSE(withText<QPushButton>(window.page(), "&Process").isEnabled());
+}
+
+TEST(CrenaraWindow, GatesNameTheSliceAndOpenAgainWhenItIsMended)
+{
+    using leaf::Point;
+    const auto stack = leaf::emptyStack(2);
+    PluginWindow window(*stack);
+    window.openRows();
+    Modals modals;
+    const auto boxesOn = [&](int row) {
+        window.clickRow(row == 6 ? 2 : 6); // the row is set up when it is chosen anew
+        modals.takeBoxes();
+        window.clickRow(row);
+        return modals.takeBoxes();
+    };
+    const auto missing = [](const QString& model, int slice) {
+        return "Warning: Missing " + model + " in slice number :leaf" + QString::number(slice);
+    };
+    std::vector<Point> outline = {{0, 0}, {9, 0}, {9, 9}, {5, 12}};
+    const auto contour = [&](int slice) {
+        return &leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, slice, outline);
+    };
+    const auto petiole = [&](int slice, std::vector<Point> points) {
+        return &leaf::addItem(*stack, "Petiole", PRIMITIVE_POLYPOINT, slice, points);
+    };
+
+    addModel(*stack, "Petiole");
+    addModel(*stack, "Contour");
+    EXPECT_EQ(boxesOn(2), QStringList({missing("Contour", 0), stageWarnings[2]}));
+    ModelItem* small = contour(0);
+    EXPECT_EQ(boxesOn(2), QStringList({missing("Contour", 0), stageWarnings[2]}));
+    delete small;
+    outline.push_back({0, 9});
+    contour(0);
+    EXPECT_EQ(boxesOn(2), QStringList({missing("Contour", 1), stageWarnings[2]}));
+    contour(1);
+    contour(1);
+    EXPECT_EQ(boxesOn(2), QStringList({missing("Petiole", 0), stageWarnings[2]}));
+    petiole(0, {{1, 1}, {2, 2}});
+    ModelItem* three = petiole(1, {{1, 1}, {2, 2}, {3, 3}});
+    EXPECT_EQ(boxesOn(2), QStringList({missing("Petiole", 1), stageWarnings[2]}));
+    EXPECT_FALSE(window.page().isEnabled());
+    delete three;
+    petiole(1, {{1, 1}, {2, 2}});
+    petiole(1, {{4, 1}, {5, 2}});
+    EXPECT_EQ(boxesOn(2), QStringList());
+    EXPECT_TRUE(window.page().isEnabled());
+
+    // The later stages ask for their models as well.
+    EXPECT_EQ(boxesOn(3), QStringList(stageWarnings[3]));
+    addModel(*stack, "Apex");
+    EXPECT_EQ(boxesOn(3), QStringList(stageWarnings[3]));
+    EXPECT_EQ(boxesOn(4), QStringList());
+    EXPECT_EQ(boxesOn(5), QStringList());
+    addModel(*stack, "Primary Sinus");
+    EXPECT_EQ(boxesOn(3), QStringList());
+}
+
+TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
+{
+    const LeafFolder folder;
+    const auto stack = folder.open();
+    PluginWindow window(*stack);
+    const Listener listener;
+
+    {
+        const Modals project({fillProject("alder"), choosePath(folder.file(""))});
+        window.clickButton("New Project");
+        ASSERT_TRUE(project.stepsAreDone());
+        EXPECT_EQ(project.boxes(), QStringList());
+    }
+    ASSERT_TRUE(QFile::exists(folder.file("alder.crp")));
+
+    Modals modals;
+    window.clickRow(1);
+    EXPECT_FALSE(withText<QRadioButton>(window.page(), "Blue channel").isEnabled());
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes(), QStringList());
+    EXPECT_EQ(listener.items, 2) << "one list of clients serves both sides";
+    EXPECT_TRUE(stack->isModified());
+    folder.draw(*stack);
+
+    window.clickRow(2);
+    // Twice to the page makes no second connection: one click, one run.
+    window.clickRow(1);
+    window.clickRow(2);
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes(), QStringList(": Detection of the sinuses is complete"));
+    window.clickRow(3);
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes().size(), 1);
+    window.clickRow(4);
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes(), QStringList(": Analysis is complete"));
+
+    folder.writeJunctionTable();
+    const QString file = folder.file("leaves.sdf");
+    crenara({"contour", file});
+    crenara({"junctions", file, folder.file("junctions.tsv")});
+    crenara({"sinus", file});
+    crenara({"tips", file, "--project", folder.file("alder.crp")});
+    crenara({"measure", file, "--project", folder.file("alder.crp"), "--prefix", "command"});
+    for (const std::string table : {"_LeafMeasures.data", "_PeakMeasures.data"}) {
+        const std::string ours = folder.read("alder" + table);
+        EXPECT_GT(ours.size(), 100u);
+        EXPECT_EQ(ours, folder.read("command" + table)) << table;
+    }
+}
+
+TEST(CrenaraWindow, OpensAProjectOrSaysThatItCannot)
+{
+    const LeafFolder folder;
+    crenara({"project", folder.file("p.crp"), "--name", "oaks", "--path", "/results/here"});
+    const auto stack = folder.open();
+    PluginWindow window(*stack);
+    {
+        const Modals modals({choosePath(folder.file("p.crp"))});
+        window.clickButton("Open Project");
+        EXPECT_EQ(modals.boxes(), QStringList());
+    }
+    EXPECT_EQ(int(window.rows().item(4)->flags()), 33);
+    window.clickRow(1);
+
+    QFile::remove(folder.file("p.crp"));
+    const Modals modals({cancelDialog});
+    PluginWindow second(*stack);
+    second.clickButton("Open Project");
+    EXPECT_EQ(modals.boxes(), QStringList("Project Loader: The file crp is unreadable"));
+    EXPECT_EQ(second.rows().item(4)->flags(), Qt::NoItemFlags);
+}
+
+TEST(CrenaraWindow, AnErrorOfAStageIsToldAndTheDocumentStays)
+{
+    const LeafFolder folder;
+    const auto stack = folder.open();
+    PluginWindow window(*stack);
+    window.openRows();
+    Modals modals;
+    window.clickRow(1);
+    window.clickButton("&Process");
+    folder.draw(*stack);
+    ASSERT_EQ(modals.takeBoxes(), QStringList());
+    const std::vector<leaf::Point> contour = leaf::vertices(*stack, "Contour", 0);
+    ASSERT_GT(contour.size(), 500u);
+
+    const QString image = folder.file("leaf1.tif");
+    ASSERT_TRUE(QFile::rename(image, image + ".away"));
+    window.clickButton("&Process");
+    ASSERT_EQ(modals.boxes().size(), 1);
+    EXPECT_TRUE(modals.takeBoxes().first().contains(image));
+    EXPECT_EQ(leaf::vertices(*stack, "Contour", 0).size(), contour.size());
+    EXPECT_EQ(leaf::vertices(*stack, "Petiole", 1).size(), 2u);
+
+    // The window works on once the file is back.
+    ASSERT_TRUE(QFile::rename(image + ".away", image));
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.boxes(), QStringList());
+    EXPECT_EQ(leaf::vertices(*stack, "Contour", 0).size(), contour.size());
+}
