@@ -27,6 +27,27 @@ bool asksForText(int argc, char* argv[])
     return false;
 }
 
+/// Takes an option out of the arguments before Qt sees them, which has one of the same name. Empty
+/// if it is not there.
+QString takeValue(const QString& option, int& argc, char* argv[])
+{
+    QString value;
+    int kept = 1;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromUtf8(argv[i]);
+        if (argument == option && i + 1 < argc) {
+            value = QString::fromUtf8(argv[++i]);
+        } else if (argument.startsWith(option + "=")) {
+            value = argument.mid(option.size() + 1);
+        } else {
+            argv[kept++] = argv[i];
+        }
+    }
+    argc = kept;
+    argv[argc] = nullptr;
+    return value;
+}
+
 void declare(QCommandLineParser& parser)
 {
     QCoreApplication::setApplicationName("crenara-desk");
@@ -49,6 +70,7 @@ int main(int argc, char* argv[])
         const QCoreApplication application(argc, argv);
         parser.process(application);
     }
+    const QString named = takeValue("--plugin", argc, argv);
     const DeskApplication application(argc, argv);
     // File names are bytes, which all layers take as UTF-8, whatever the locale says.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -58,10 +80,9 @@ int main(int argc, char* argv[])
     }
 
     StackPlugin plugin;
-    const bool named = parser.isSet("plugin");
-    if (!plugin.load(named ? QStringList(parser.value("plugin")) : StackPlugin::usualPlaces())) {
+    if (!plugin.load(named.isEmpty() ? StackPlugin::usualPlaces() : QStringList(named))) {
         std::cerr << "crenara-desk: " << plugin.getFault().toStdString() << std::endl;
-        if (named) {
+        if (!named.isEmpty()) {
             return 1;
         }
     }
