@@ -202,11 +202,14 @@ void StackFileParser::beginSlice()
     if (scanner_.atQuote()) {
         begun.file = imagePath(scanner_.lastQuoted());
     } else {
-        // So many cells as an image with one pixel in each could have.
+        // So many cells as an image with one pixel in each could have, for all mosaics of the file:
+        // they take memory, and the file needs no byte for an empty one.
         constexpr int mostCells = 1 << 20;
         begun.kind = StackFileSlice::Kind::Mosaic;
-        begun.rows = scanner_.integer(0, mostCells);
-        begun.columns = scanner_.lastInteger(0, mostCells / std::max(begun.rows, 1));
+        begun.rows = scanner_.integer(0, mostCells - mosaicCells_);
+        const int rows = std::max(begun.rows, 1);
+        begun.columns = scanner_.lastInteger(0, (mostCells - mosaicCells_) / rows);
+        mosaicCells_ += rows * std::max(begun.columns, 1);
     }
     slice_.emplace(std::move(begun));
 }

@@ -90,6 +90,7 @@ private:
     StackFileScanner scanner_;
     std::string imagesFolder_;
     bool stackNamed_ = false;
+    int mosaicCells_ = 0; ///< of all mosaics so far
 
     Block block_ = Block::Header;
     bool lost_ = false; ///< the beginning of the block could not be used, so the rest can't either

@@ -598,6 +598,10 @@ TEST(StackReader, ReadsPlanesAndMosaics)
 
     EXPECT_EQ(files.messages("STACK \"s\";\nSLICE \"c\" 1 1;\nIMAGE 2 1 x;\n", 1).at(0),
               "3: slice \"c\": IMAGE: the number 2 is out of range");
+    // Each mosaic could be held, both could not: the file would take memory at will.
+    EXPECT_EQ(
+        files.messages("STACK \"s\";\nSLICE \"c\" 1024 1000;\nSLICE \"d\" 999 1001;\n", 1).at(0),
+        "3: SLICE: the number 1001 is out of range");
 }
 
 TEST(StackReader, TheLocaleChangesNoNumber)
