@@ -121,7 +121,9 @@ public:
 
     /// Reads a table to the end of the stream. A column whose cells are all integers becomes `int`,
     /// one whose cells are all numbers `float`, any other string. Quotes around a name or a string
-    /// are taken off. Fields beyond the header are left out, and so are empty lines.
+    /// are taken off. Fields beyond the header are left out, and so are empty lines. Where the rows
+    /// are so ragged that millions of cells would be made up between others, the table is empty and
+    /// the stream bad.
     friend std::istream& operator>>(std::istream& stream, DataSet& dataSet);
 
 private:

@@ -35,6 +35,10 @@ void writeCell(std::ostream& stream, const Vector<T>& values, int row)
     }
 }
 
+/// How many cells may be missing in front of others of their columns. They take memory, but no byte
+/// of a file.
+constexpr std::size_t mostGaps = 1 << 21;
+
 std::string removeQuotes(const std::string& text)
 {
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
@@ -162,9 +166,15 @@ std::istream& operator>>(std::istream& stream, DataSet& dataSet)
     readLine(stream, line);
     const std::vector<std::string> header = split(line, dataSet.fieldSeparator);
     std::vector<std::vector<std::string>> cells(header.size());
+    std::size_t gaps = 0;
     for (std::size_t row = 0; readLine(stream, line);) {
         const std::vector<std::string> fields = split(line, dataSet.fieldSeparator);
         for (std::size_t i = 0; i < std::min(fields.size(), cells.size()); ++i) {
+            gaps += row - cells[i].size();
+            if (gaps > mostGaps) {
+                stream.setstate(std::ios_base::badbit);
+                return stream;
+            }
             cells[i].resize(row);
             cells[i].push_back(fields[i]);
         }

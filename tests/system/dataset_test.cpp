@@ -168,6 +168,22 @@ TEST(DataSet, ShortLinesKeepTheOtherRowsInPlace)
     EXPECT_EQ(table("only a name").size()[0], 0);
 }
 
+TEST(DataSet, ASmallFileCannotAskForMillionsOfCells)
+{
+    const int size = 3000;
+    std::string header = "a";
+    std::string rows;
+    for (int i = 0; i < size; ++i) {
+        header += "\ta";
+        rows += "1\n";
+    }
+    const TemporaryFolder folder;
+    DataSet set;
+    EXPECT_THROW(set.load(folder.write("t.tsv", header + "\n" + rows + header)), FileReadError);
+    set.load(folder.write("t.tsv", header + "\n" + header + "\n" + rows));
+    EXPECT_EQ(set.numRows(), size + 1);
+}
+
 TEST(DataSet, CellsThatNoWriteReachedAreZeroOrEmpty)
 {
     DataSet set;
