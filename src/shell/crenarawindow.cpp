@@ -76,7 +76,6 @@ void CrenaraWindow::createPages()
     averagingPage = new AveragingConfigPage(this);
     exportPage = new ExportShapesConfigEditor(this);
     averagingPage->setRunnable(false);
-    exportPage->setRunnable(false);
     for (QWidget* page :
          std::initializer_list<QWidget*>{projectPage, contourPage, sinusPage, peaksPage,
                                          measuresPage, averagingPage, exportPage}) {

@@ -1,6 +1,7 @@
 // The stages of the workflow window: the gate and the filling of each page, and what a click on its
 // "&Process" runs.
 
+#include "blade/exportshapes.h"
 #include "blade/extractcontour.h"
 #include "blade/extractconvexpoints.h"
 #include "blade/extractpeak.h"
@@ -193,12 +194,18 @@ void CrenaraWindow::initializeExportShapes()
             &CrenaraWindow::runExportShapes);
 }
 
+void CrenaraWindow::runExportShapes()
+{
+    ExportShapes process;
+    process.setStack(*stack);
+    process.setOutputPath(__projectConfig.getProjectPath());
+    process.run();
+}
+
 // No stage of this version stands behind the slots below: their pages keep "&Process" closed, or
 // there is no page. They hold their places in the order of the window's slots.
 
 void CrenaraWindow::runAveraging() {}
-
-void CrenaraWindow::runExportShapes() {}
 
 void CrenaraWindow::runHierarchy() {}
 
