@@ -28,7 +28,9 @@ QImage fromBytes(const Image0& image)
                    indexed ? QImage::Format_Indexed8 : QImage::Format_Grayscale8);
     if (indexed) {
         QVector<QRgb> table = colorTable(*image.getColormap());
-        table.resize(256);
+        while (table.size() < 256) {
+            table.append(qRgb(0, 0, 0));
+        }
         picture.setColorTable(table);
     }
     for (int y = 0; y < image.getHeight(); ++y) {

@@ -1,0 +1,158 @@
+#include "image/image0.h"
+#include "image/imagereader.h"
+#include "image/imagesourcefile.h"
+#include "image/imagewriter.h"
+#include "interface/photographimport.h"
+#include "support/temporaryfolder.h"
+#include "system/exception.h"
+
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Left half red, right half blue, the upper left corner white.
+QImage markedPicture(int width, int height)
+{
+    QImage picture(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool corner = x < width / 4 && y < height / 4;
+            picture.setPixelColor(x, y,
+                                  corner          ? QColor(255, 255, 255)
+                                  : x < width / 2 ? QColor(255, 0, 0)
+                                                  : QColor(0, 0, 255));
+        }
+    }
+    return picture;
+}
+
+std::string save(const TemporaryFolder& folder, const std::string& name, const QImage& picture)
+{
+    EXPECT_TRUE(picture.save(QString::fromStdString(folder.file(name)), nullptr, 100));
+    return folder.file(name);
+}
+
+/// Puts an EXIF record with this orientation behind the first marker of a JPEG file.
+void addOrientation(const std::string& path, char orientation)
+{
+    std::ifstream input(path, std::ios_base::binary);
+    std::string bytes{std::istreambuf_iterator<char>(input), {}};
+    const std::string tiff("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 18);
+    const std::string exif =
+        std::string("Exif\0\0", 6) + tiff + orientation + std::string("\0\0\0\0\0\0\0", 7);
+    const auto length = static_cast<char>(exif.size() + 2);
+    bytes.insert(2, std::string("\xFF\xE1\0", 3) + length + exif);
+    std::ofstream(path, std::ios_base::binary) << bytes;
+}
+
+Image0 converted(const TemporaryFolder& folder, const std::string& photograph)
+{
+    std::string note;
+    const std::string path = PhotographImport::convert(photograph, folder.path().string(), note);
+    EXPECT_EQ(path, photograph + ".tif");
+    EXPECT_EQ(note, "");
+    Image0 image;
+    ImageReader().read(image, path);
+    return image;
+}
+
+} // namespace
+
+TEST(PhotographImport, TellsTiffFilesByTheirSuffix)
+{
+    for (const char* name : {"a.tif", "a.TIF", "d.png/a.tiff", "a.Tiff"}) {
+        EXPECT_TRUE(PhotographImport::isTiff(name)) << name;
+    }
+    for (const char* name : {"a.png", "a.tif.jpg", "tif", "a.tif/b", ""}) {
+        EXPECT_FALSE(PhotographImport::isTiff(name)) << name;
+    }
+    EXPECT_EQ(PhotographImport::convertedName("in/leaf.jpg", "out"), "out/leaf.jpg.tif");
+    EXPECT_EQ(PhotographImport::convertedName("leaf.jpg", ""), "leaf.jpg.tif");
+}
+
+TEST(PhotographImport, TurnsPhotographsUprightAsTheirExifRecordSays)
+{
+    const TemporaryFolder folder;
+    const std::string path = save(folder, "p.jpg", markedPicture(64, 32));
+    addOrientation(path, 6); // its right side is the top: to be turned clockwise
+    const Image0 image = converted(folder, path);
+    ASSERT_EQ(image.getWidth(), 32);
+    ASSERT_EQ(image.getHeight(), 64);
+    const auto sample = [&](int x, int y, int c) { return int(image.getPixels()[y][3 * x + c]); };
+    // The corner has gone to the upper right, the blue half to the bottom.
+    EXPECT_GT(sample(29, 3, 1), 200);
+    EXPECT_LT(sample(3, 3, 1), 60);
+    EXPECT_GT(sample(16, 60, 2), 200);
+    EXPECT_LT(sample(16, 60, 0), 60);
+}
+
+TEST(PhotographImport, KeepsAResolutionThatTheFileStates)
+{
+    const TemporaryFolder folder;
+    QImage picture = markedPicture(40, 20);
+    // A PNG file written by Qt always states one; without its record there is none.
+    picture.setDotsPerMeterX(11811);
+    picture.setDotsPerMeterY(5906);
+    for (const char* name : {"p.png", "p.jpg"}) {
+        const std::string path = save(folder, name, picture);
+        converted(folder, path);
+        const PixelCalibration calibration = ImageSourceFile(path + ".tif").getPixelCalibration();
+        EXPECT_EQ(calibration.getLengthUnit().getScale(), -2) << name;
+        EXPECT_NEAR(calibration.getPixelWidth(), 2.54 / 300.0, 2e-5) << name;
+        EXPECT_NEAR(calibration.getPixelHeight(), 2.54 / 150.0, 4e-5) << name;
+    }
+    std::string bytes = folder.read("p.png");
+    const std::size_t record = bytes.find("pHYs");
+    ASSERT_NE(record, std::string::npos);
+    bytes.erase(record - 4, 21); // length, name, nine bytes, checksum
+    const std::string plain = folder.write("q.png", bytes);
+    converted(folder, plain);
+    EXPECT_EQ(ImageSourceFile(plain + ".tif").getPixelCalibration().getLengthUnit().getScale(), 0);
+}
+
+TEST(PhotographImport, UsesANewerConversionAndTellsIfItShowsSomethingElse)
+{
+    const TemporaryFolder folder;
+    const std::string path = save(folder, "p.png", markedPicture(20, 20));
+    const Image0 first = converted(folder, path);
+    const fs::path tiff = path + ".tif";
+    const auto later = fs::last_write_time(path) + std::chrono::hours(1);
+    fs::last_write_time(tiff, later);
+    converted(folder, path);
+    EXPECT_EQ(fs::last_write_time(tiff), later) << "written again without need";
+
+    Image0 retouched = first;
+    retouched.clear();
+    ImageWriter().write(retouched, tiff.string(), true);
+    fs::last_write_time(tiff, later);
+    std::string note;
+    PhotographImport::convert(path, folder.path().string(), note);
+    EXPECT_NE(note.find("holds another picture"), std::string::npos) << note;
+
+    fs::last_write_time(path, later + std::chrono::hours(1));
+    const Image0 again = converted(folder, path);
+    EXPECT_EQ(again.getData()[0], first.getData()[0]);
+}
+
+TEST(PhotographImport, RefusesWhatIsNoPhotograph)
+{
+    const TemporaryFolder folder;
+    std::string note;
+    const auto convert = [&](const std::string& name) {
+        PhotographImport::convert(folder.file(name), folder.path().string(), note);
+    };
+    EXPECT_THROW(convert("none.png"), FileReadError);
+    folder.write("text.jpg", "this is text");
+    EXPECT_THROW(convert("text.jpg"), FileFormatError);
+    save(folder, "p.bmp", markedPicture(8, 8));
+    EXPECT_THROW(convert("p.bmp"), FileFormatError);
+    save(folder, "p.png", markedPicture(8, 8));
+    EXPECT_THROW(PhotographImport::convert(folder.file("p.png"), folder.file("none"), note),
+                 FileWriteError);
+}
