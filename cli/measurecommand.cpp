@@ -49,9 +49,10 @@ int runMeasure(const QStringList& arguments, Report& report)
         report.setQuiet();
     }
 
+    const MeasureTarget target = targetOf(line, project.config);
+    checkPrefix(target);
     StackFile file(line.argument(0), report);
     requireGate(GatedStage::LeafMeasures, file.stack(), report);
-    const MeasureTarget target = targetOf(line, project.config);
     prepareTarget(target);
     for (const std::string& note : StackBuilder::calibrationNotes(file.stack())) {
         report.note(note);

@@ -25,11 +25,15 @@ void configure(LeafAnalysis& analysis, const MeasureTarget& target, const Projec
 
 } // namespace
 
-void prepareTarget(const MeasureTarget& target)
+void checkPrefix(const MeasureTarget& target)
 {
     if (target.prefix.empty() || target.prefix.find('/') != std::string::npos) {
         throw UsageFailure("'" + target.prefix + "' can't begin the names of the tables");
     }
+}
+
+void prepareTarget(const MeasureTarget& target)
+{
     prepareFolder(target.folder);
     LeafAnalysis analysis;
     configure(analysis, target, ProjectConfig());

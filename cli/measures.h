@@ -17,8 +17,10 @@ struct MeasureTarget
     std::string recordPath() const { return folder + "/" + prefix + "_run.json"; }
 };
 
-/// Throws `UsageFailure` for a prefix that is no part of a file name, `Failure` if the folder can't
-/// be made or one of the files can't be written.
+/// Throws `UsageFailure` for a prefix that is no part of a file name.
+void checkPrefix(const MeasureTarget& target);
+
+/// Makes the folder. Throws `Failure` if that can't be done or one of the files can't be written.
 void prepareTarget(const MeasureTarget& target);
 
 /// Measures the leaves and writes the two tables and the record. Throws `Failure` naming the table

@@ -73,6 +73,11 @@ RunRecord beginRecord(const Plan& plan)
     record.addParameters("sinus", plan.sinus.toJson());
     record.addParameters("tips", plan.tips.toJson());
     record.setProject(plan.project.toJson());
+    return record;
+}
+
+void recordInputs(RunRecord& record, const Plan& plan)
+{
     for (const std::string& photograph : plan.photographs) {
         record.addInput(photograph);
     }
@@ -80,7 +85,6 @@ RunRecord beginRecord(const Plan& plan)
     if (!plan.project.path.empty()) {
         record.addInput(plan.project.path);
     }
-    return record;
 }
 
 /// Takes an outline that is too small for the later stages off the slice.
@@ -149,6 +153,7 @@ int runRun(const QStringList& arguments, Report& report)
     if (plan.name.find('/') != std::string::npos || plan.name.empty()) {
         throw UsageFailure("'" + plan.name + "' can't be the name of a stack");
     }
+    checkPrefix(plan.target);
 
     prepareTarget(plan.target);
     checkWritable(plan.stackPath());
@@ -157,6 +162,7 @@ int runRun(const QStringList& arguments, Report& report)
     LMXStack stack;
     stack.setName(plan.name);
     buildStack(stack, plan.stackPath(), plan.photographs, plan.stack, report);
+    recordInputs(record, plan);
     checkStorable(stack, plan.stackPath());
     extractContours(stack, plan.contour, report);
     placeJunctions(stack, table, record, report);

@@ -1,0 +1,87 @@
+#include "cli/commandrunner.h"
+#include "cli/leaffolder.h"
+
+#include <gtest/gtest.h>
+
+TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
+{
+    LeafFolder folder;
+    const std::string stack = folder.file("s.sdf");
+    ASSERT_EQ(crenara({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")}).status, 0);
+    const std::string table =
+        folder.write("t.tsv", "\xEF\xBB\xBFY2\tX2\tRemark\tSlice_Name\tY1\tX1\r\n"
+                              "\r\n"
+                              "12.5\t1.49e1\tfine, \"so\"\t\"b\"\t 7 \t3.2\r\n"
+                              "5\t4\t\ta\t2\t1\r\n"
+                              "5\t4\t\tc\t2\t1\r\n");
+    const CommandResult result = crenara({"junctions", stack, table}, {{"LC_ALL", "de_DE.UTF-8"}});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_TRUE(result.says("t.tsv:5: slice c: the stack has no such slice")) << result.err;
+    EXPECT_NE(bytesOf(stack).find("MODELITEM \"Petiole\" \"b\";\nMODELITEMDATA\n 3,7 15,13;"),
+              std::string::npos);
+    EXPECT_NE(bytesOf(stack).find("MODELITEM \"Petiole\" \"a\";\nMODELITEMDATA\n 1,2 4,5;"),
+              std::string::npos);
+    // A second table replaces what a slice has and leaves the others alone.
+    const std::string second = folder.write("u.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t9\t8\t7\t6\n");
+    EXPECT_EQ(crenara({"junctions", stack, second}).status, 0);
+    const std::string after = bytesOf(stack);
+    EXPECT_NE(after.find("MODELITEM \"Petiole\" \"a\";\nMODELITEMDATA\n 9,8 7,6;"),
+              std::string::npos);
+    EXPECT_EQ(after.find(" 1,2 4,5;"), std::string::npos);
+    EXPECT_NE(after.find(" 3,7 15,13;"), std::string::npos);
+}
+
+TEST(JunctionTable, FaultsNameFileLineAndSliceAndLeaveTheStackAlone)
+{
+    LeafFolder folder;
+    const std::string stack = folder.makeStack({folder.addLeaf("a"), folder.addLeaf("b")});
+    const std::string before = bytesOf(stack);
+    const std::string header = "Slice_Name\tX1\tY1\tX2\tY2\n";
+
+    struct Case
+    {
+        std::string table;
+        std::string message;
+    };
+
+    const std::vector<Case> cases = {
+        {"", "t.tsv: the junction table has no header line"},
+        {"Slice_Name\tX1\tY1\tX2\n", "t.tsv: the junction table has no column Y2"},
+        {"Slice_Name,X1,Y1,X2,Y2\n", "has no column Slice_Name"},
+        {header + "a\t1\t2\t3\tfour\n", "t.tsv:2: slice a: Y2 is not a number of pixels: 'four'"},
+        {header + "a\t1\t2,5\t3\t4\n", "slice a: Y1 is not a number of pixels: '2,5'"},
+        {header + "a\t1\t2\t3\n", "slice a: Y2 is not a number of pixels: ''"},
+        {header + "a\tnan\t2\t3\t4\n", "slice a: X1 is not a number of pixels: 'nan'"},
+        {header + "a\t1e30\t2\t3\t4\n", "slice a: X1 is not a number of pixels"},
+        {header + "\t1\t2\t3\t4\n", "t.tsv:2: the line names no slice"},
+        {header + "a\t1\t2\t3\t4\nb\t1\t2\t3\t4\na\t1\t2\t3\t4\n",
+         "t.tsv:4: slice a: stands in line 2 already"},
+        {header + "b\t520\t2\t3\t4\n", "t.tsv:2: slice b: junction 1 (520, 2) lies outside"},
+        {header + "b\t3\t2\t-0.6\t4\n", "slice b: junction 2 (-1, 4) lies outside the image"},
+        {header + "b\t260\t720\t260.2\t719.9\n", "slice b: both junctions are the same point"},
+        {header + "b\t2\t2\t9\t2\n", "slice b: junction 1 lies "},
+    };
+    for (const Case& given : cases) {
+        const CommandResult result =
+            crenara({"junctions", stack, folder.write("t.tsv", given.table)});
+        EXPECT_EQ(result.status, 1) << given.table;
+        EXPECT_TRUE(result.says(given.message)) << given.message << "\n" << result.err;
+        EXPECT_EQ(bytesOf(stack), before) << given.table;
+    }
+    const CommandResult result = crenara({"junctions", stack, folder.file("none.tsv")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.says("none.tsv: the junction table can't be read")) << result.err;
+}
+
+TEST(JunctionTable, ASliceWithoutJunctionsIsToldAfterTheOthersGotTheirs)
+{
+    LeafFolder folder;
+    const std::string stack = folder.file("s.sdf");
+    ASSERT_EQ(crenara({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")}).status, 0);
+    const CommandResult result =
+        crenara({"junctions", stack,
+                 folder.write("t.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t150\t380\t170\t380\n")});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.says("t.tsv: slice b: the junction table has no row for it")) << result.err;
+    EXPECT_NE(bytesOf(stack).find(" 150,380 170,380;"), std::string::npos);
+}
