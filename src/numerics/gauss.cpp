@@ -35,6 +35,9 @@ double Gauss::cdf(double x) const
 
 double Gauss::cdf(double x, double mean, double sigma) const
 {
+    if (sigma == 0) {
+        return x < mean ? 0 : x > mean ? 1 : 0.5;
+    }
     return cdf((x - mean) / sigma);
 }
 

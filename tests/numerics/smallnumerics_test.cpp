@@ -115,6 +115,11 @@ TEST(Gauss, DistributionMatchesTheErrorFunction)
         EXPECT_NEAR(gauss.pdf(3 + 2 * x, 3, 2), gauss.pdf(x) / 2, 1e-15);
     }
     EXPECT_NEAR(gauss.pdf(0), 0.3989422804014327, 1e-16);
+    for (double mean : {-2.0, 0.0, 3.4e38}) {
+        EXPECT_EQ(gauss.cdf(std::nextafter(mean, -1e39), mean, 0), 0);
+        EXPECT_EQ(gauss.cdf(mean, mean, 0), 0.5);
+        EXPECT_EQ(gauss.cdf(std::nextafter(mean, 1e39), mean, 0), 1);
+    }
 }
 
 TEST(Gauss, InverseWalksToTheFirstStepBeyond)
