@@ -92,6 +92,17 @@ bool fits(int a, int b, int c, std::size_t size, std::uint64_t available)
     return room >= 1;
 }
 
+/// Holds the pages of a TIFF, which may share their pixels, against the length of the file.
+void requireVolume(const std::string& path, const Image0& page, int pages)
+{
+    const char* const where = "void VoxelMatrix<T>::load(const string&)";
+    const TiffFile file(path, "r");
+    tiffcheck::dataFits(TiffFile::require(file, where, path),
+                        std::uint64_t(page.getHeight()) * page.bytesPerLine() *
+                            static_cast<std::uint64_t>(pages),
+                        where);
+}
+
 /// A replacement for the file, whose failure to open has a message of its own.
 std::unique_ptr<FileReplacement>
 replacementFor(const std::string& where, const std::string& path, bool overwrite)
@@ -289,8 +300,8 @@ void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
         Image0 image;
         source.setPlane(k);
         ImageReader().read(image, source);
-        // The first page has shown by now that the file holds what it claims.
         if (k == 0) {
+            requireVolume(path, image, pages);
             setSize(image.getHeight(), image.getWidth(), pages);
         }
         if (image.getHeight() != size1 || image.getWidth() != size2) {

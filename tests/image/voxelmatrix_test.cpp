@@ -61,6 +61,23 @@ using Elements = testing::Types<char,
                                 double,
                                 long double>;
 
+/// A TIFF file whose pages, all of `side` times `side` bytes, stand at one place of the file.
+std::string sharedPages(int side, int pages)
+{
+    constexpr int pageLength = 2 + 6 * 12 + 4;
+    // An entry of a page: tag, type (long), count and value.
+    const auto entry = [](int tag, int value) { return words({tag | 4 << 16, 1, value}); };
+    const int pixels = side * side;
+    std::string bytes = std::string("II*\0", 4) + words({8 + pixels}) +
+                        std::string(static_cast<std::size_t>(pixels), 'x');
+    for (int page = 1; page <= pages; ++page) {
+        const int next = page == pages ? 0 : 8 + pixels + page * pageLength;
+        bytes += std::string("\6\0", 2) + entry(256, side) + entry(257, side) + entry(258, 8) +
+                 entry(262, 1) + entry(273, 8) + entry(279, pixels) + words({next});
+    }
+    return bytes;
+}
+
 } // namespace
 
 TYPED_TEST_SUITE(VoxelTypes, Elements);
@@ -201,6 +218,16 @@ TEST(VoxelMatrix, NoByteOfAHeaderTakesMemoryThatTheFileDoesNotHave)
     VoxelMatrix<int> matrix;
     EXPECT_THROW(matrix.load(folder.write("planes.vm", words({1, 0, 0x10000, 1}))),
                  FileFormatError);
+}
+
+TEST(VoxelMatrix, TiffPagesThatShareTheirPixelsAreNotBelieved)
+{
+    const TemporaryFolder folder;
+    VoxelMatrix<float> matrix;
+    EXPECT_THROW(matrix.load(folder.write("many.tif", sharedPages(200, 300))), FileFormatError);
+    EXPECT_EQ(matrix.getSize3(), 0);
+    matrix.load(folder.write("one.tif", sharedPages(200, 1)));
+    EXPECT_EQ(matrix[0][199][199], 'x');
 }
 
 TEST(VoxelMatrix, TiffStacksCarryBytesAndVoxelSize)
