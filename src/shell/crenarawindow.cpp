@@ -51,8 +51,10 @@ CrenaraWindow::CrenaraWindow(QWidget* parent)
     iconsList->setFixedWidth(150);
     iconsList->setSpacing(5);
     iconsList->setMovement(QListView::Static);
-    // One column as wide as the list leaves beside its scroll bar, so that no text is cut.
-    iconsList->setGridSize(QSize(124, 130));
+    // One column as wide as the list leaves beside its scroll bar, and room for texts of two lines, so
+    // that none is cut.
+    iconsList->setWordWrap(true);
+    iconsList->setGridSize(QSize(124, 108 + 2 * iconsList->fontMetrics().lineSpacing()));
     iconsList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     iconsList->setFrameStyle(QFrame::Raised);
     iconsList->setFrameShape(QFrame::StyledPanel);
@@ -75,6 +77,7 @@ void CrenaraWindow::createPages()
     measuresPage = new LeafMeasuresConfigEditor(this);
     averagingPage = new AveragingConfigPage(this);
     exportPage = new ExportShapesConfigEditor(this);
+    sinusPage->setConfig(__configLCMethod); // before its gate opens, the page is seen all the same
     averagingPage->setRunnable(false);
     for (QWidget* page :
          std::initializer_list<QWidget*>{projectPage, contourPage, sinusPage, peaksPage,
@@ -97,6 +100,10 @@ void CrenaraWindow::layOut()
     QVBoxLayout* layout = new QVBoxLayout(this);
     layout->addLayout(pages);
     layout->addLayout(bottom);
+    // Enter in a box of numbers confirms the number, and presses no button of the dialog.
+    for (QPushButton* button : findChildren<QPushButton*>()) {
+        button->setAutoDefault(false);
+    }
 }
 
 void CrenaraWindow::createIcons()

@@ -25,6 +25,7 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
     setWindowTitle("New project");
 
     QPushButton* saveButton = new QPushButton(QIcon(":/images/filesave-96.png"), QString());
+    saveButton->setAutoDefault(false); // Enter is for "Done"
     saveButton->setToolTip("Choose the project's folder");
     QFormLayout* form = new QFormLayout;
     form->setVerticalSpacing(10);

@@ -37,7 +37,7 @@ StagePage::StagePage(const QString& helpPage,
     QVBoxLayout* layout = new QVBoxLayout(this);
     layout->addLayout(helpRow);
     layout->addWidget(controlsBox);
-    layout->addStretch();
+    layout->addStretch(1);
     layout->addLayout(processRow);
 
     connect(helpButton, &QPushButton::clicked, this, &StagePage::help);
