@@ -34,6 +34,7 @@ DeskWindow::DeskWindow(LMXRootMediator& mediator, StackPlugin& plugin, QWidget* 
     splitter->setSizes({180, 720});
     setCentralWidget(splitter);
     createMenus();
+    statusBar();
     connect(sliceList_, &QListWidget::currentRowChanged, this, &DeskWindow::showSlice);
     connect(view_, &SliceView::pairClicked, this, &DeskWindow::placeJunctions);
     resize(1000, 750);
