@@ -98,6 +98,7 @@ void JunctionTable::readRow(const std::string& text, int line)
         row.x[point] = number(field(1 + 2 * point), row, columnNames[1 + 2 * point]);
         row.y[point] = number(field(2 + 2 * point), row, columnNames[2 + 2 * point]);
     }
+    rowsBySlice_.emplace(row.slice, rows_.size());
     rows_.push_back(row);
 }
 
@@ -114,9 +115,8 @@ int JunctionTable::number(const std::string& field, const Junctions& row, const 
 
 const Junctions* JunctionTable::find(const std::string& slice) const
 {
-    const auto row = std::find_if(rows_.begin(), rows_.end(),
-                                  [&](const Junctions& other) { return other.slice == slice; });
-    return row == rows_.end() ? nullptr : &*row;
+    const auto row = rowsBySlice_.find(slice);
+    return row == rowsBySlice_.end() ? nullptr : &rows_[row->second];
 }
 
 std::string JunctionTable::place(const Junctions& row) const

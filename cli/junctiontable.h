@@ -3,6 +3,7 @@
 #include "blade/junctionplacing.h"
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 /// A row of the table: the two blade-petiole junctions of one slice.
@@ -40,4 +41,5 @@ private:
     std::string path_;
     std::vector<int> columns_; // where the five columns stand
     std::vector<Junctions> rows_;
+    std::unordered_map<std::string, std::size_t> rowsBySlice_;
 };
