@@ -10,6 +10,7 @@
 #include "support/leaf.h"
 #include "support/temporaryfolder.h"
 
+#include <QDirIterator>
 #include <QDoubleSpinBox>
 #include <QProcess>
 #include <QRadioButton>
@@ -97,6 +98,17 @@ private:
     TemporaryFolder folder_;
     std::vector<leaf::Outline> outlines_;
 };
+
+/// The paths of all files below a folder, from there on, in order.
+QStringList filesBelow(const QString& folder)
+{
+    QStringList found;
+    for (QDirIterator walk(folder, QDir::Files, QDirIterator::Subdirectories); walk.hasNext();) {
+        found.append(QDir(folder).relativeFilePath(walk.next()));
+    }
+    found.sort();
+    return found;
+}
 
 /// Fills the dialog for a new project like a user.
 Modals::Step fillProject(const QString& name)
@@ -289,6 +301,9 @@ TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
     window.clickRow(4);
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes(), QStringList(": Analysis is complete"));
+    window.clickRow(6);
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes(), QStringList(": Export is complete"));
 
     folder.writeJunctionTable();
     const QString file = folder.file("leaves.sdf");
@@ -301,6 +316,14 @@ TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
         const std::string ours = folder.read("alder" + table);
         EXPECT_GT(ours.size(), 100u);
         EXPECT_EQ(ours, folder.read("command" + table)) << table;
+    }
+    crenara({"teeth", file, "--out", folder.file("command")});
+    const QStringList teeth = filesBelow(folder.file("teeth"));
+    EXPECT_GE(teeth.size(), 12);
+    EXPECT_EQ(teeth, filesBelow(folder.file("command/teeth")));
+    for (const QString& tooth : teeth) {
+        const std::string name = "teeth/" + tooth.toStdString();
+        EXPECT_EQ(folder.read(name), folder.read("command/" + name)) << name;
     }
 }
 
