@@ -35,10 +35,11 @@ FileReplacement::FileReplacement(const std::string& where, const std::string& fi
     if (fs::is_directory(status)) {
         fail("The file can't be written", EISDIR);
     }
-    if (fs::exists(status) && access(target_.c_str(), W_OK) != 0) {
+    replaces_ = fs::exists(status);
+    if (replaces_ && access(target_.c_str(), W_OK) != 0) {
         fail("The file can't be written", errno);
     }
-    if (fs::exists(status) && !fs::is_regular_file(status)) {
+    if (replaces_ && !fs::is_regular_file(status)) {
         temporaryName_ = target_;
     } else {
         createTemporary();
@@ -77,6 +78,17 @@ void FileReplacement::commit(bool written)
     if (!pending_) {
         return;
     }
+    if (replaces_) {
+        bringToDisk();
+    }
+    if (std::rename(temporaryName_.c_str(), target_.c_str()) != 0) {
+        fail("The file can't be replaced", errno);
+    }
+    pending_ = false;
+}
+
+void FileReplacement::bringToDisk() const
+{
     const int descriptor = open(temporaryName_.c_str(), O_RDONLY | O_CLOEXEC);
     const bool onDisk = descriptor >= 0 && fsync(descriptor) == 0;
     const int reason = errno;
@@ -86,10 +98,6 @@ void FileReplacement::commit(bool written)
     if (!onDisk) {
         fail("The file can't be written to its end", reason);
     }
-    if (std::rename(temporaryName_.c_str(), target_.c_str()) != 0) {
-        fail("The file can't be replaced", errno);
-    }
-    pending_ = false;
 }
 
 void FileReplacement::fail(const std::string& what, int errorNumber) const

@@ -29,16 +29,20 @@ public:
     const std::string& temporaryName() const { return temporaryName_; }
 
     /// Replaces the file. Raises `FileWriteError` if `written` says that writing failed, or if the
-    /// data don't reach the disk; the old file then stays.
+    /// data don't reach the disk; the old file then stays. Where there is no old file to lose, the
+    /// system brings the data to the disk in its own time, so that thousands of small files do not
+    /// wait for it one by one.
     void commit(bool written = true);
 
 private:
     [[noreturn]] void fail(const std::string& what, int errorNumber) const;
     void createTemporary();
+    void bringToDisk() const;
 
     std::string where_;
     std::string filename_;
     std::string target_;
     std::string temporaryName_;
     bool pending_ = false;
+    bool replaces_ = false;
 };
