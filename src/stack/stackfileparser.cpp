@@ -378,8 +378,9 @@ void StackFileParser::readTile()
     if (file.empty()) {
         refuse("the name of the tile is missing");
     }
-    if (!FileInfo::fileExists(file) && FileInfo::fileExists(imagePath(file))) {
-        file = imagePath(file);
+    if (!FileInfo::fileExists(file)) {
+        // Whole, since tiles are written without their folder.
+        file = std::filesystem::absolute(imagePath(file)).string();
     }
     if (!slice_->tiles.emplace(std::make_pair(row - 1, column - 1), file).second) {
         refuse("the cell of the mosaic is filled already");

@@ -598,6 +598,15 @@ TEST(StackReader, ReadsPlanesAndMosaics)
 
     EXPECT_EQ(files.messages("STACK \"s\";\nSLICE \"c\" 1 1;\nIMAGE 2 1 x;\n", 1).at(0),
               "3: slice \"c\": IMAGE: the number 2 is out of range");
+    // The folder of the images is not written for a mosaic alone, so a tile that is missing there must
+    // not be found elsewhere when the stack is read again.
+    writeImage(files.path("u.tif"), 6, 4);
+    ASSERT_TRUE(files.read(
+        "STACK \"s\";\nImagesPath \"gone\";\nSLICE \"c\" 1 1;\nIMAGE 1 1 u.tif;\n", stack, reader));
+    const std::string moved = files.text(stack);
+    EXPECT_NE(moved.find("IMAGE 1 1 " + files.path("gone/u.tif") + ";"), std::string::npos);
+    ASSERT_TRUE(files.read(moved, stack, reader));
+    EXPECT_EQ(files.text(stack), moved);
     // Each mosaic could be held, both could not: the file would take memory at will.
     EXPECT_EQ(
         files.messages("STACK \"s\";\nSLICE \"c\" 1024 1000;\nSLICE \"d\" 999 1001;\n", 1).at(0),
