@@ -9,6 +9,7 @@ const std::vector<Command>& commands()
         {"sinus", "finds apex and sinuses", runSinus},
         {"tips", "finds the tips of the teeth", runTips},
         {"measure", "writes the tables of leaf and tooth measures", runMeasure},
+        {"average", "writes average leaf shapes", runAverage},
         {"teeth", "writes each tooth as a curve file", runTeeth},
         {"project", "writes a project file", runProject},
         {"run", "does all of this on a set of photographs", runRun},

@@ -24,6 +24,7 @@ int runJunctions(const QStringList& arguments, Report& report);
 int runSinus(const QStringList& arguments, Report& report);
 int runTips(const QStringList& arguments, Report& report);
 int runMeasure(const QStringList& arguments, Report& report);
+int runAverage(const QStringList& arguments, Report& report);
 int runTeeth(const QStringList& arguments, Report& report);
 int runProject(const QStringList& arguments, Report& report);
 int runRun(const QStringList& arguments, Report& report);

@@ -229,17 +229,18 @@ void AveragingProcess::writeAverages(const AverageSeries& series,
     fillTarget(target);
     PixelCalibration calibration = target.getDefaultPixelCalibration();
     AverageNames names(prefix() + series.infix);
+    // The label of an empty bin may be that of no centre.
+    const std::vector<std::string> numbers = numberLabels(number);
     std::string leftOut;
     int index = 0;
     for (int i = 0; i < number; ++i) {
         showProgress(i, number);
         Curve<float>& shape = shapes[static_cast<std::size_t>(i)];
-        const std::string& label = series.labels[static_cast<std::size_t>(i)];
         if (isEmpty(shape)) {
-            leftOut += (leftOut.empty() ? "" : ", ") + label;
+            leftOut += (leftOut.empty() ? "" : ", ") + numbers[static_cast<std::size_t>(i)];
             continue;
         }
-        const std::string name = names.next(label);
+        const std::string name = names.next(series.labels[static_cast<std::size_t>(i)]);
         shape.save(outPath + name, true);
         createTiff(index++, name, series.positions[i], O, target, shape, calibration);
     }
