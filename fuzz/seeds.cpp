@@ -46,7 +46,9 @@ void writePlane(const std::string& path, int depth, bool palette)
     header.setDepth(depth);
     header.setPixelCalibration(stacks::calibration(2.5f, 1.0f));
     if (palette) {
-        header.setColormap(Colormap(256));
+        Colormap colormap(256);
+        colormap.makeGrayscale();
+        header.setColormap(colormap);
     }
     Image0 image;
     image.setHeader(header);
