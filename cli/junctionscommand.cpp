@@ -30,7 +30,6 @@ void placeAll(LMXStack& stack, const JunctionTable& table, Report& report)
     for (const Junctions& row : table.rows()) {
         const int slice = stack.findSlice(row.slice);
         if (slice < 0) {
-            report.note(table.place(row) + ": the stack has no such slice");
             continue;
         }
         const std::string fault = junctionFault(row, stack.getSlice(slice));
@@ -38,6 +37,10 @@ void placeAll(LMXStack& stack, const JunctionTable& table, Report& report)
             throw Failure(table.place(row) + ": " + fault);
         }
         placing.place(row, slice);
+    }
+    const std::string strangers = table.strangers(stack);
+    if (!strangers.empty()) {
+        report.note(strangers);
     }
 }
 

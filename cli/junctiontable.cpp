@@ -1,6 +1,7 @@
 #include "cli/junctiontable.h"
 
 #include "cli/failure.h"
+#include "stack/stack.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -122,4 +123,16 @@ const Junctions* JunctionTable::find(const std::string& slice) const
 std::string JunctionTable::place(const Junctions& row) const
 {
     return path_ + ":" + std::to_string(row.line) + ": slice " + row.slice;
+}
+
+std::string JunctionTable::strangers(const Stack& stack) const
+{
+    std::string names;
+    for (const Junctions& row : rows_) {
+        if (stack.findSlice(row.slice) < 0) {
+            names += (names.empty() ? "" : ", ") + row.slice + " (line " +
+                     std::to_string(row.line) + ")";
+        }
+    }
+    return names.empty() ? "" : path_ + ": the stack has no slice for these rows: " + names;
 }

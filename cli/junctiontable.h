@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+class Stack;
+
 /// A row of the table: the two blade-petiole junctions of one slice.
 struct Junctions : JunctionPoints
 {
@@ -29,6 +31,9 @@ public:
 
     /// The row of a slice, or null.
     const Junctions* find(const std::string& slice) const;
+
+    /// What to tell of rows for slices that the stack does not have; empty if there are none.
+    std::string strangers(const Stack& stack) const;
 
     /// "FILE:LINE: slice NAME".
     std::string place(const Junctions& row) const;

@@ -128,10 +128,9 @@ void placeJunctions(LMXStack& stack, const JunctionTable& table, RunRecord& reco
             record.addLeftOut(name, reason);
         }
     }
-    for (const Junctions& row : table.rows()) {
-        if (stack.findSlice(row.slice) < 0) {
-            report.note(table.place(row) + ": the stack has no such slice");
-        }
+    const std::string strangers = table.strangers(stack);
+    if (!strangers.empty()) {
+        report.note(strangers);
     }
 }
 

@@ -184,7 +184,7 @@ TEST(Chain, SlicesThatCannotBeWorkedOnAreLeftOutAndTold)
     EXPECT_TRUE(result.says("t.tsv:4: slice far: junction 1 lies ")) << result.err;
     EXPECT_TRUE(result.says("t.tsv:5: slice same: both junctions are the same point"));
     EXPECT_TRUE(result.says("slice norow: the junction table has no row for it"));
-    EXPECT_TRUE(result.says("t.tsv:6: slice stranger: the stack has no such slice"));
+    EXPECT_TRUE(result.says("t.tsv: the stack has no slice for these rows: stranger (line 6)\n"));
     for (const char* kind : {"LeafMeasures", "PeakMeasures"}) {
         EXPECT_EQ(measures(folder, "out", kind), measures(folder, "only", kind));
     }

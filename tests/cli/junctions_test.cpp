@@ -16,7 +16,8 @@ TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
                               "5\t4\t\tc\t2\t1\r\n");
     const CommandResult result = crenara({"junctions", stack, table}, {{"LC_ALL", "de_DE.UTF-8"}});
     EXPECT_EQ(result.status, 0) << result.err;
-    EXPECT_TRUE(result.says("t.tsv:5: slice c: the stack has no such slice")) << result.err;
+    EXPECT_TRUE(result.says("t.tsv: the stack has no slice for these rows: c (line 5)\n"))
+        << result.err;
     EXPECT_NE(bytesOf(stack).find("MODELITEM \"Petiole\" \"b\";\nMODELITEMDATA\n 3,7 15,13;"),
               std::string::npos);
     EXPECT_NE(bytesOf(stack).find("MODELITEM \"Petiole\" \"a\";\nMODELITEMDATA\n 1,2 4,5;"),
