@@ -62,6 +62,8 @@ void measureLeaves(LMXStack& stack,
         throw Failure(analysis.leafTablePath() + ", " + analysis.peakTablePath() +
                       ": the tables can't be written");
     }
+    record.addParameters("measure", {{"out", QString::fromStdString(target.folder)},
+                                     {"prefix", QString::fromStdString(target.prefix)}});
     record.setTables(analysis, stack);
     record.save(target.recordPath());
 }
