@@ -1,0 +1,299 @@
+#include "numerics/polynomial.h"
+#include "support/errors.h"
+#include "support/vectors.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <numeric>
+#include <sstream>
+
+namespace {
+
+template <class T>
+class PolynomialOf : public testing::Test
+{};
+
+using RealTypes = testing::Types<float, double, long double>;
+TYPED_TEST_SUITE(PolynomialOf, RealTypes);
+
+/// The exponents of all terms in the order of the coefficients, from nested descending loops.
+std::vector<std::vector<int>> termsOf(int degree, int dimension)
+{
+    std::vector<std::vector<int>> terms;
+    std::vector<int> exponents;
+    const std::function<void(int)> visit = [&](int left) {
+        if (static_cast<int>(exponents.size()) == dimension) {
+            terms.push_back(exponents);
+            return;
+        }
+        for (int e = left; e >= 0; --e) {
+            exponents.push_back(e);
+            visit(left - e);
+            exponents.pop_back();
+        }
+    };
+    visit(degree);
+    return terms;
+}
+
+template <class T>
+T monomial(const std::vector<int>& exponents, const Vector<T>& x)
+{
+    T product = 1;
+    for (std::size_t k = 0; k < exponents.size(); ++k) {
+        product *= std::pow(x[static_cast<int>(k)], static_cast<T>(exponents[k]));
+    }
+    return product;
+}
+
+template <class T>
+Polynomial<T> randomPolynomial(int degree, int dimension, std::mt19937& engine)
+{
+    Polynomial<T> polynomial(degree, dimension);
+    for (const auto& exponents : termsOf(degree, dimension)) {
+        polynomial.setCoeff(exponents.data(), randomUnit<T>(engine));
+    }
+    return polynomial;
+}
+
+template <class T>
+std::vector<Vector<T>> randomPoints(int count, int dimension, std::mt19937& engine)
+{
+    std::vector<Vector<T>> points;
+    for (int i = 0; i < count; ++i) {
+        points.push_back(randomVector<T>(dimension, engine));
+    }
+    return points;
+}
+
+std::string joined(const std::vector<int>& numbers)
+{
+    std::ostringstream text;
+    for (int number : numbers) {
+        text << number << ',';
+    }
+    return text.str();
+}
+
+TYPED_TEST(PolynomialOf, TermsAreOrderedByDescendingExponents)
+{
+    using T = TypeParam;
+    for (int dimension = 1; dimension <= 4; ++dimension) {
+        for (int degree = 0; degree <= 5; ++degree) {
+            const auto terms = termsOf(degree, dimension);
+            const Polynomial<T> polynomial(degree, dimension);
+            ASSERT_EQ(polynomial.numTerms(), static_cast<int>(terms.size()));
+            for (std::size_t i = 0; i < terms.size(); ++i) {
+                EXPECT_EQ(polynomial.locate(terms[i].data()), static_cast<int>(i));
+                EXPECT_EQ(polynomial.locate(joined(terms[i])), static_cast<int>(i));
+            }
+        }
+    }
+    EXPECT_EQ(Polynomial<T>(1, 1000).numTerms(), 1001);
+    EXPECT_EQ(Polynomial<T>(30, 4).numTerms(), 46376);
+    EXPECT_EQ(Polynomial<T>(3, 0).numTerms(), 0);
+    EXPECT_EQ(Polynomial<T>(3, 0).eval(Vector<T>()), 0);
+}
+
+TYPED_TEST(PolynomialOf, ValuesAndDerivativesAreThoseOfTheSumOfItsTerms)
+{
+    using T = TypeParam;
+    std::mt19937 engine(2);
+    for (int dimension = 1; dimension <= 4; ++dimension) {
+        for (int degree = 0; degree <= 5; ++degree) {
+            const auto terms = termsOf(degree, dimension);
+            const Polynomial<T> p = randomPolynomial<T>(degree, dimension, engine);
+            const T tolerance =
+                std::numeric_limits<T>::epsilon() * static_cast<T>(10 * terms.size());
+            for (const Vector<T>& x : randomPoints<T>(5, dimension, engine)) {
+                T value = 0;
+                Vector<T> slopes(dimension);
+                slopes.setZeros();
+                for (const auto& exponents : terms) {
+                    const T coefficient = p.getCoeff(exponents.data());
+                    value += coefficient * monomial(exponents, x);
+                    for (int k = 0; k < dimension; ++k) {
+                        auto lower = exponents;
+                        int& exponent = lower[static_cast<std::size_t>(k)];
+                        if (exponent > 0) {
+                            const T factor = static_cast<T>(exponent--);
+                            slopes[k] += factor * coefficient * monomial(lower, x);
+                        }
+                    }
+                }
+                EXPECT_LE(std::abs(p.eval(x) - value), tolerance);
+                for (int k = 0; k < dimension; ++k) {
+                    const Polynomial<T> slope = p.derivative(k);
+                    EXPECT_EQ(slope.getDegree(), std::max(0, degree - 1));
+                    EXPECT_EQ(slope.getDimension(), dimension);
+                    EXPECT_LE(std::abs(slope.eval(x) - slopes[k]), tolerance * 5);
+                }
+            }
+        }
+    }
+}
+
+TYPED_TEST(PolynomialOf, ArithmeticActsOnTheCoefficients)
+{
+    using T = TypeParam;
+    std::mt19937 engine(3);
+    Polynomial<T> p = randomPolynomial<T>(3, 2, engine);
+    const Polynomial<T> q = randomPolynomial<T>(3, 2, engine);
+    for (const auto& exponents : termsOf(3, 2)) {
+        const int* e = exponents.data();
+        EXPECT_EQ((p + q).getCoeff(e), p.getCoeff(e) + q.getCoeff(e));
+        EXPECT_EQ((p - q).getCoeff(e), p.getCoeff(e) - q.getCoeff(e));
+        EXPECT_EQ((p * 3).getCoeff(e), p.getCoeff(e) * 3);
+        EXPECT_EQ((p / 3).getCoeff(e), p.getCoeff(e) / 3);
+    }
+    p.reset(3, 2);
+    EXPECT_EQ(p.eval(vectorOf<T>({2, 3})), 0);
+    p.setDegree(1);
+    p.setDimension(3);
+    EXPECT_EQ(p.numTerms(), 4);
+    p.setCoeff("0,0,0", 5);
+    EXPECT_EQ(p.eval(vectorOf<T>({2, 3, 4})), 5);
+}
+
+TYPED_TEST(PolynomialOf, OrthogonalisedMonomialsAreOrthogonalAndSpanTheSame)
+{
+    using T = TypeParam;
+    std::mt19937 engine(4);
+    const auto points = randomPoints<T>(40, 2, engine);
+    std::vector<Polynomial<T>> basis;
+    Polynomial<T>::buildBasis(3, 2, basis);
+    std::vector<Polynomial<T>> orthogonal;
+    Polynomial<T>::gramSchmidt(basis, points, orthogonal);
+    ASSERT_EQ(orthogonal.size(), 10u);
+    const auto terms = termsOf(3, 2);
+    for (std::size_t i = 0; i < orthogonal.size(); ++i) {
+        EXPECT_EQ(basis[i].getCoeff(terms[9 - i].data()), 1);
+        EXPECT_EQ(orthogonal[i].getCoeff(terms[9 - i].data()), 1);
+        for (std::size_t j = 0; j < i; ++j) {
+            EXPECT_LE(std::abs(orthogonal[i].innerProduct(orthogonal[j], points)),
+                      std::numeric_limits<T>::epsilon() * 400);
+            EXPECT_EQ(orthogonal[j].getCoeff(terms[9 - i].data()), 0);
+        }
+    }
+}
+
+TYPED_TEST(PolynomialOf, TheFitIsTheLeastSquaresSolution)
+{
+    using T = TypeParam;
+    std::mt19937 engine(5);
+    for (int dimension = 1; dimension <= 3; ++dimension) {
+        const int degree = 4 - dimension;
+        const auto terms = termsOf(degree, dimension);
+        const auto points = randomPoints<T>(60, dimension, engine);
+        const Vector<T> values = randomVector<T>(60, engine);
+        Matrix<T> design(60, static_cast<int>(terms.size()));
+        for (int i = 0; i < 60; ++i) {
+            for (std::size_t t = 0; t < terms.size(); ++t) {
+                design(i, static_cast<int>(t)) =
+                    monomial(terms[t], points[static_cast<std::size_t>(i)]);
+            }
+        }
+        const Vector<T> expected = design.solve(values);
+        Polynomial<T> fit(0, 1);
+        fit.approximate(points, values, degree);
+        for (std::size_t t = 0; t < terms.size(); ++t) {
+            EXPECT_LE(std::abs(fit.getCoeff(terms[t].data()) - expected[static_cast<int>(t)]),
+                      std::numeric_limits<T>::epsilon() * 4000);
+        }
+    }
+}
+
+TEST(PolynomialFit, KeepsTheLowerTermWherePointsDoNotTellTermsApart)
+{
+    // On the line y = x the plane needs no second variable, and x2, xy, y2 are one.
+    std::vector<Vector<double>> points;
+    Vector<double> values(9);
+    for (int i = 0; i < 9; ++i) {
+        points.push_back(vectorOf<double>({i / 4.0, i / 4.0}));
+        values[i] = 2 + 3 * i / 4.0 - i * i / 16.0;
+    }
+    Polynomial<double> fit(0, 1);
+    testing::internal::CaptureStderr();
+    fit.approximate(points, values, 2);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Polynomial<T>::gramSchmidt(...): warning: 3 polynomial(s) discarded.\n"
+              "epsilon = 6e-15\n");
+    EXPECT_LE(std::abs(fit.getCoeff("0,0") - 2), 1e-12);
+    EXPECT_LE(std::abs(fit.getCoeff("0,1") - 3), 1e-12);
+    EXPECT_LE(std::abs(fit.getCoeff("0,2") + 1), 1e-12);
+    for (const char* higher : {"2,0", "1,1", "1,0"}) {
+        EXPECT_EQ(fit.getCoeff(higher), 0);
+    }
+}
+
+TEST(PolynomialText, PrintsItsCoefficients)
+{
+    Polynomial<double> p(1, 2);
+    p.setCoeff("1,0", 0.5);
+    p.setCoeff("0,0", -3);
+    std::ostringstream stream;
+    p.print("", stream);
+    p.print("Curve", stream);
+    const std::string body = "  Dimension 2\n  Degree    1\n  Terms     3\n  Coeffs    0.5 0 -3 \n";
+    EXPECT_EQ(stream.str(), "Polynomial \n" + body + "Curve\n" + body);
+}
+
+TEST(PolynomialErrors, NameTheOperationAndTheReason)
+{
+    using P = Polynomial<double>;
+    const P p(2, 2);
+    P other(2, 3);
+    P higher(3, 2);
+    const std::string sum = "void Polynomial<T>::operator+=(const Polynomial&)";
+    expectError<SizeError>([&] { other += p; }, sum, "Dimension mismatch");
+    expectError<SizeError>([&] { higher += p; }, sum, "Degree mismatch");
+    expectError<SizeError>([&] { higher -= p; },
+                           "void Polynomial<T>::operator-=(const Polynomial&)", "Degree mismatch");
+    expectError<SizeError>([&] { p + other; },
+                           "Polynomial<T> Polynomial<T>::operator+(const Polynomial&) const",
+                           "Dimension mismatch");
+    expectError<SizeError>([&] { p - higher; },
+                           "Polynomial<T> Polynomial<T>::operator-(const Polynomial&) const",
+                           "Degree mismatch");
+    for (int variable : {-1, 2}) {
+        expectError<RangeError>([&] { p.derivative(variable); },
+                                "Polynomial<T> Polynomial<T>::derivative(const int) const",
+                                "Index of derivation out of range");
+    }
+    EXPECT_THROW(p.locate("2,1"), RangeError);
+    EXPECT_THROW(p.locate("-1,1"), RangeError);
+    EXPECT_THROW(p.locate("1"), SizeError);
+    EXPECT_THROW(p.locate("1,x"), TypeError);
+    EXPECT_THROW(p.eval(Vector<double>(1)), SizeError);
+    EXPECT_THROW(P(-1, 2), ValueError);
+    EXPECT_THROW(P(100, 100), SizeError);
+
+    const std::string gram = "void Polynomial<T>::gramSchmidt(...)";
+    const std::vector<Vector<double>> plane = {vectorOf<double>({1, 2}), vectorOf<double>({3, 4})};
+    const std::vector<Vector<double>> uneven = {plane[0], vectorOf<double>({1})};
+    std::vector<P> out;
+    expectError<SizeError>(
+        [&] {
+            P::gramSchmidt({p, higher}, plane, out);
+        },
+        gram, "Degree mismatch");
+    expectError<SizeError>(
+        [&] {
+            P::gramSchmidt({p, other}, plane, out);
+        },
+        gram, "Dimension mismatch");
+    expectError<SizeError>([&] { P::gramSchmidt({p}, uneven, out); }, gram, "Size mismatch");
+    expectError<SizeError>([&] { P::gramSchmidt({other}, plane, out); }, gram,
+                           "Dimension mismatch");
+    P fit(1, 1);
+    expectError<SizeError>([&] { fit.approximate({p}, plane, Vector<double>(3)); },
+                           "void Polynomial<T>::approximate(const vector<Polynomial>&,"
+                           "const vector<Vector<T> >&,const Vector<T>&)",
+                           "Sizes of input vectors x and y differ.");
+    EXPECT_THROW(fit.approximate({}, Vector<double>(), 1), SizeError);
+}
+
+} // namespace
