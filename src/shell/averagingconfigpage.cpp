@@ -15,6 +15,20 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <cmath>
+
+namespace {
+
+/// The bound itself where a box shows it, rounded to two decimals: else the leaf that gave it could
+/// lie outside.
+float unrounded(double shown, float bound)
+{
+    const double exact = static_cast<double>(bound);
+    return std::fabs(shown - exact) <= 0.005 * (1.0 + 1e-6) ? bound : static_cast<float>(shown);
+}
+
+} // namespace
+
 AveragingConfigPage::AveragingConfigPage(QWidget* parent)
     : StagePage("qrc:/html/normalization.html", 180, "qrc:/html/index.html#normalization", parent)
     , resamplingEditor(new LeafResamplingEditor)
@@ -88,12 +102,12 @@ int AveragingConfigPage::getMethodAveraging() const
 
 float AveragingConfigPage::getBegin() const
 {
-    return static_cast<float>(averagingEditor->getBegin());
+    return unrounded(averagingEditor->getBegin(), minimum);
 }
 
 float AveragingConfigPage::getEnd() const
 {
-    return static_cast<float>(averagingEditor->getEnd());
+    return unrounded(averagingEditor->getEnd(), maximum);
 }
 
 float AveragingConfigPage::getStepsNumber() const

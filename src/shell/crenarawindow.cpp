@@ -78,7 +78,6 @@ void CrenaraWindow::createPages()
     averagingPage = new AveragingConfigPage(this);
     exportPage = new ExportShapesConfigEditor(this);
     sinusPage->setConfig(__configLCMethod); // before its gate opens, the page is seen all the same
-    averagingPage->setRunnable(false);
     for (QWidget* page :
          std::initializer_list<QWidget*>{projectPage, contourPage, sinusPage, peaksPage,
                                          measuresPage, averagingPage, exportPage}) {

@@ -13,6 +13,7 @@
 #include <string>
 
 class AveragingConfigPage;
+class AveragingProcess;
 class ExportShapesConfigEditor;
 class ExtractContourConfigEditor;
 class ExtractPeaksConfigEditor;
@@ -90,6 +91,9 @@ private:
     void initializeExportShapes();
 
     bool passesGate(QWidget* page, GatedStage stage);
+    bool fillAveragingPage();
+    void average(AveragingProcess& process);
+    void showAveragingFault(const std::string& text);
 
     bool kineticParametersEnabled = false;
     QListWidget* iconsList = nullptr;

@@ -1,6 +1,7 @@
 // The stages of the workflow window: the gate and the filling of each page, and what a click on its
 // "&Process" runs.
 
+#include "blade/averagingprocess.h"
 #include "blade/exportshapes.h"
 #include "blade/extractcontour.h"
 #include "blade/extractconvexpoints.h"
@@ -17,6 +18,7 @@
 #include "shell/newproject.h"
 #include "shell/projectloader.h"
 #include "shell/projectloaderconfigpage.h"
+#include "system/exception.h"
 
 #include <QMessageBox>
 #include <QProgressBar>
@@ -178,14 +180,47 @@ void CrenaraWindow::runLeafMeasures()
 
 void CrenaraWindow::initializeAveraging()
 {
-    if (passesGate(averagingPage, GatedStage::Averaging)) {
-        averagingPage->setUnity(kineticParametersEnabled ? " hours" : " µm");
-        averagingPage->setAveragesNumber(100);
-        averagingPage->setPath(__projectConfig.getProjectPath());
-        averagingPage->setFile("");
+    if (passesGate(averagingPage, GatedStage::Averaging) && fillAveragingPage()) {
         connect(averagingPage, &AveragingConfigPage::averagingClicked, this,
                 &CrenaraWindow::runAveraging);
     }
+}
+
+/// Measures the leaves for the page. Leaves that can't be measured are told and close the page.
+bool CrenaraWindow::fillAveragingPage()
+{
+    AveragingProcess process;
+    process.setStack(*stack);
+    process.setKineticParameters(kineticParametersEnabled);
+    process.setInflection(__projectConfig.getInflectionPoint());
+    process.setScaling(__projectConfig.getScaling());
+    process.setStrength(__projectConfig.getStrengthFactor());
+    Matrix<float> measures;
+    QString fault;
+    float smallest = 0.0f;
+    float largest = 0.0f;
+    try {
+        process.initializationMeasure(measures);
+        process.setMeasurement(measures);
+        if (!process.keyRange(smallest, largest)) {
+            fault = "No age follows from the length of any leaf";
+        }
+    } catch (const Exception& error) {
+        fault = QString::fromStdString(error.getWhat());
+    }
+    if (!fault.isEmpty()) {
+        averagingPage->setEnabled(false);
+        QMessageBox::warning(this, "Averaging", fault);
+        return false;
+    }
+    averagingPage->setMeasurement(measures);
+    averagingPage->setMinimun(smallest);
+    averagingPage->setMaximun(largest);
+    averagingPage->setUnity(kineticParametersEnabled ? " hours" : " µm");
+    averagingPage->setAveragesNumber(100);
+    averagingPage->setPath(__projectConfig.getProjectPath());
+    averagingPage->setFile("");
+    return true;
 }
 
 void CrenaraWindow::initializeExportShapes()
@@ -202,10 +237,83 @@ void CrenaraWindow::runExportShapes()
     process.run();
 }
 
+void CrenaraWindow::runAveraging()
+{
+    const QString outputPath = averagingPage->getOutputPath();
+    if (outputPath.isEmpty()) {
+        QMessageBox::warning(this, "Averaging", "Please choose an output path");
+        return;
+    }
+    AveragingProcess process;
+    process.setStack(*stack);
+    process.setProgressBar(*progressBar);
+    process.setVenationType(__projectConfig.getVenationType());
+    process.setSymmetrizationState(averagingPage->getBladeSymmetrization());
+    process.sinusIsEnabled(averagingPage->getPrimarySinusCheck());
+    process.peakIsEnabled(averagingPage->getPrimaryPeaksCheck());
+    process.setInflection(__projectConfig.getInflectionPoint());
+    process.setScaling(__projectConfig.getScaling());
+    process.setStrength(__projectConfig.getStrengthFactor());
+    process.setResamplingPointsNumber(averagingPage->getResamplingPointsNumber());
+    process.setMinimaToothHeight(averagingPage->getMinimaToothHeight());
+    process.setOutPath(outputPath.toStdString() + "/");
+    process.setKineticParameters(kineticParametersEnabled);
+    process.setAveragesNumber(averagingPage->getAveragesNumber());
+    process.setMeasurement(averagingPage->getMeasurement());
+    process.setBegin(averagingPage->getBegin());
+    process.setEnd(averagingPage->getEnd());
+    process.setSteps(averagingPage->getStepsNumber());
+    try {
+        average(process);
+    } catch (const FileError& error) {
+        showAveragingFault(error.getFilename() + ": " + error.getWhat());
+    } catch (const Exception& error) {
+        showAveragingFault(error.getWhat());
+    }
+}
+
+/// Runs the method of the page: bins, sliding averages, and the two with a file of the user's own.
+void CrenaraWindow::average(AveragingProcess& process)
+{
+    const int method = averagingPage->getMethodAveraging();
+    const std::string file = averagingPage->getFile().toStdString();
+    if (method >= 2 && file.empty()) {
+        showAveragingFault("Please upload a file first");
+        return;
+    }
+    switch (method) {
+    case 1:
+        if (stack->getNumSlices() <= 3) {
+            QMessageBox box;
+            box.setText("Average aborted \n insufficient number of leaves");
+            box.exec();
+            return;
+        }
+        process.setkOptima(process.computeOptimaKnn());
+        process.runSlidingAveragingMethod();
+        break;
+    case 2:
+        process.setInputFileName(file);
+        process.runHomogeousAveragingMethod();
+        break;
+    case 3:
+        process.setkOptimaFile(file);
+        process.runSlidingAveragingMethod();
+        break;
+    default:
+        process.runHomogeousAveragingMethod();
+        break;
+    }
+}
+
+void CrenaraWindow::showAveragingFault(const std::string& text)
+{
+    progressBar->reset();
+    QMessageBox::warning(this, "Averaging", QString::fromStdString(text));
+}
+
 // No stage of this version stands behind the slots below: their pages keep "&Process" closed, or
 // there is no page. They hold their places in the order of the window's slots.
-
-void CrenaraWindow::runAveraging() {}
 
 void CrenaraWindow::runHierarchy() {}
 
