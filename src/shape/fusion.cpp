@@ -1,6 +1,8 @@
 #include "shape/fusion.h"
 
+#include "shape/polynomialwarp.h"
 #include "shape/quadmesh.h"
+#include "shape/thinplatesplinewarp3d.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,6 +48,19 @@ void moveShapes(const ShapeSet<T>& set,
             set[i]->translate(translation);
         }
     }
+}
+
+/// The levels of all meshes of a set, on their servers.
+template <class T>
+VertexStack<T> meshLevels(const ShapeSet<T>& set)
+{
+    VertexStack<T> levels;
+    for (int i = 0; i < set.getSize(); ++i) {
+        if (const auto* mesh = dynamic_cast<const QuadMesh<T>*>(set[i])) {
+            levels.append(*mesh);
+        }
+    }
+    return levels;
 }
 
 } // namespace
@@ -164,6 +179,36 @@ void Fusion<T>::registerOntoOthers(int i, bool useClosestPoints)
     }
     combineTransformMatrix(i, translation, rotation);
     moveShapes(*shapeSets_[place], translation, rotation);
+}
+
+template <class T>
+void Fusion<T>::warpOnto(const ShapeSet<T>& target, ShapeWarp<T>& warp)
+{
+    this->notifyStarted("");
+    const VertexStack<T> goal = meshLevels(target);
+    for (int i = 0; i < getSize(); ++i) {
+        ShapeSet<T>& set = *shapeSets_[static_cast<std::size_t>(i)];
+        set.matchSurfaces(target);
+        warp.fit(meshLevels(set), goal);
+        warp.apply(set);
+        this->notifyProgressed(i + 1, getSize() + 1);
+    }
+    this->notifyFinished("");
+}
+
+template <class T>
+void Fusion<T>::polynomialWarping(const ShapeSet<T>& target, int degree)
+{
+    PolynomialWarp<T> warp;
+    warp.setDegree(degree);
+    warpOnto(target, warp);
+}
+
+template <class T>
+void Fusion<T>::tpsWarping(const ShapeSet<T>& target)
+{
+    ThinPlateSplineWarp3D<T> warp;
+    warpOnto(target, warp);
 }
 
 template <class T>

@@ -7,6 +7,9 @@
 
 #include <vector>
 
+template <class T>
+class ShapeWarp;
+
 /// Registers several shape sets onto each other by least squares. The sets are moved in place; they
 /// are not owned. Quad meshes at equal entries of the sets correspond, grid point by grid point.
 template <class T>
@@ -56,6 +59,17 @@ public:
     /// Source: J. C. Gower, Generalized Procrustes analysis, Psychometrika 40, 1975.
     void amibRegistration(int rounds, bool matchFirst, bool useClosestPoints);
 
+    /// Warps each set onto the target: its meshes are matched to those of the target, a polynomial
+    /// warp of this degree is fitted to all their vertices, and all shapes of the set are moved by
+    /// it. Reports progress after each set. The meshes must be as many, and have as many vertices,
+    /// as those of the target; errors as `QuadMesh::match` and `PolynomialWarp`.
+    void polynomialWarping(const ShapeSet<T>& target, int degree);
+
+    /// The same with thin-plate splines, which bring the meshes' vertices exactly to the target's.
+    /// Costs, for each set, the cube of its number of vertices. Errors as `QuadMesh::match` and
+    /// `RadialBasisFunctionWarp`.
+    void tpsWarping(const ShapeSet<T>& target);
+
     /// Adds shifts, one per reference shape, to those of set `i`; raises `SizeError` for another
     /// number.
     void combineOffsets(int i, const Vector<int>& offsets);
@@ -73,6 +87,7 @@ public:
 private:
     void rebuildCorrespondences();
     void registerOntoOthers(int i, bool useClosestPoints);
+    void warpOnto(const ShapeSet<T>& target, ShapeWarp<T>& warp);
     T registrationError(const std::vector<ShapeSet<T>*>& sets) const;
 
     std::vector<ShapeSet<T>*> shapeSets_;

@@ -1,0 +1,292 @@
+#include "numerics/squarematrix.h"
+#include "shape/fusion.h"
+#include "shape/polynomialwarp.h"
+#include "shape/quadmesh.h"
+#include "shape/thinplatesplinewarp2d.h"
+#include "shape/thinplatesplinewarp3d.h"
+#include "support/curves.h"
+#include "support/errors.h"
+#include "system/progressmonitor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <sstream>
+
+namespace {
+
+template <class T>
+class Warp : public testing::Test
+{};
+
+using RealTypes = testing::Types<float, double, long double>;
+TYPED_TEST_SUITE(Warp, RealTypes);
+
+/// Notes what a transform reports.
+class Notes : public ProgressMonitor
+{
+public:
+    using ProgressMonitor::subjectFinished;
+    using ProgressMonitor::subjectProgressed;
+    using ProgressMonitor::subjectStarted;
+
+    void subjectStarted(const std::string& told) override { text << '(' << told; }
+
+    void subjectFinished(const std::string& told) override { text << told << ')'; }
+
+    void subjectProgressed(int current, int total) override { text << current << '/' << total; }
+
+    std::ostringstream text;
+};
+
+/// Doubles every point; not valid left of the origin.
+class Doubling : public ShapeTransform<double>
+{
+public:
+    using ShapeTransform<double>::apply;
+
+    void apply(Vector<double>& x) const override { x *= 2; }
+
+    bool isValidAt(const Vector<double>& x) const override { return x[0] >= 0; }
+};
+
+template <class T>
+Curve<T> detached(const Curve<T>& curve)
+{
+    Curve<T> copy(curve);
+    copy.detach();
+    return copy;
+}
+
+template <class T>
+T largestDistance(const Shape<T>& a, const Shape<T>& b)
+{
+    return std::sqrt(a.squareDistances(b).max());
+}
+
+TEST(ShapeTransform, MovesShapesWithExtensionsSetsAndGroups)
+{
+    Curve<double> curve = curveOf<double>({{1, 2}, {-3, 4}}, true);
+    Curve<double> companion = curveOf<double>({{-5, 6}}, true);
+    curve.getExtensions().addShape(&companion, false);
+    Curve<double> other = curveOf<double>({{-7, 8}, {-1, 1}}, true);
+    ShapeSet<double> set;
+    set.addShape(&curve, true);
+    set.addShape(nullptr, false);
+    set.addShape(&other, false);
+    ShapeSetGroup<double> group;
+    group.addShapeSet(&set);
+    group.addShapeSet(&set);
+
+    Doubling doubling;
+    EXPECT_EQ(doubling.jacobianErrors(curve), 2);
+    Notes notes;
+    doubling.addMonitor(notes);
+    EXPECT_EQ(doubling.jacobianErrors(set), 4);
+    EXPECT_EQ(notes.text.str(), "((0/1)0/31/32/3)");
+    notes.text.str("");
+    doubling.apply(group);
+    EXPECT_EQ(notes.text.str(), "((0/1)0/31/32/3)((0/1)0/31/32/3)");
+    EXPECT_EQ(coordinatesOf(curve), (std::vector<double>{4, 8, -12, 16}));
+    EXPECT_EQ(coordinatesOf(companion), (std::vector<double>{-20, 24}));
+    EXPECT_EQ(coordinatesOf(other), (std::vector<double>{-28, 32, -4, 4}));
+}
+
+TYPED_TEST(Warp, PolynomialsOfDegreeOneAreAffineMotionsEverywhere)
+{
+    using T = TypeParam;
+    std::mt19937 engine(2);
+    for (int space : {1, 2, 3}) {
+        const Curve<T> source = randomCurve<T>(20, 2, true, engine, space);
+        const Curve<T> elsewhere = randomCurve<T>(20, 5, true, engine, space);
+        const Matrix<T> affine = randomMatrix<T>(space, space, engine);
+        const Vector<T> offset = randomVector<T>(space, engine);
+        Curve<T> target = detached(source);
+        Curve<T> expected = detached(elsewhere);
+        for (Curve<T>* curve : {&target, &expected}) {
+            curve->multiply(affine);
+            curve->translate(offset);
+        }
+        PolynomialWarp<T> warp;
+        warp.fit(source, target);
+        Curve<T> moved = detached(elsewhere);
+        warp.apply(moved);
+        const T tolerance = 500 * std::numeric_limits<T>::epsilon();
+        EXPECT_LE(largestDistance(moved, expected), tolerance);
+        // A reflection folds space at every point, a rotation at none.
+        EXPECT_EQ(warp.jacobianErrors(elsewhere), SquareMatrix<T>(affine).det() > 0 ? 0 : 20);
+    }
+}
+
+TEST(PolynomialWarp, OfHigherDegreeTellsWhereItFolds)
+{
+    // x becomes x2, which turns space over left of the origin.
+    Curve<double> source =
+        curveOf<double>({{-2, 0}, {-1, 3}, {0, 1}, {1, -2}, {2, 5}, {3, 0}}, true);
+    Curve<double> target = detached(source);
+    for (int i = 0; i < target.getSize(); ++i) {
+        target[i][0] = source[i][0] * source[i][0];
+    }
+    PolynomialWarp<double> warp;
+    warp.setDegree(2);
+    warp.fit(source, target);
+    EXPECT_TRUE(warp.isValidAt(vectorOf<double>({0.5, 7})));
+    EXPECT_FALSE(warp.isValidAt(vectorOf<double>({-0.5, 7})));
+    EXPECT_EQ(warp.jacobianErrors(curveOf<double>({{-3, 0}, {-2, 1}, {4, 1}}, true)), 2);
+    Vector<double> x = vectorOf<double>({-4, 9});
+    warp.apply(x);
+    EXPECT_NEAR(x[0], 16, 1e-10);
+    EXPECT_NEAR(x[1], 9, 1e-10);
+}
+
+TYPED_TEST(Warp, ThinPlateSplinesReachTheTargetAndKeepAffineMotions)
+{
+    using T = TypeParam;
+    std::mt19937 engine(3);
+    // The inverse costs about as many digits as the condition of the system has.
+    const T tolerance = 1e5 * std::numeric_limits<T>::epsilon();
+    for (int space : {2, 3}) {
+        std::unique_ptr<RadialBasisFunctionWarp<T>> warp;
+        if (space == 2) {
+            warp = std::make_unique<ThinPlateSplineWarp2D<T>>();
+        } else {
+            warp = std::make_unique<ThinPlateSplineWarp3D<T>>();
+        }
+        Curve<T> source = randomCurve<T>(15, 1, true, engine, space);
+        const Curve<T> start = detached(source);
+        const Curve<T> target = randomCurve<T>(15, 1, true, engine, space);
+        warp->fit(source, target);
+        // The control points are the warp's own: it still finds them when the source has moved.
+        warp->apply(source);
+        EXPECT_LE(largestDistance(source, target), tolerance);
+        Curve<T> again = detached(start);
+        warp->apply(again);
+        EXPECT_EQ(coordinatesOf(again), coordinatesOf(source));
+
+        const Matrix<T> affine = randomMatrix<T>(space, space, engine);
+        Curve<T> turned = detached(start);
+        turned.multiply(affine);
+        warp->fit(start, turned);
+        Curve<T> elsewhere = randomCurve<T>(10, 2, true, engine, space);
+        Curve<T> expected = detached(elsewhere);
+        expected.multiply(affine);
+        warp->apply(elsewhere);
+        EXPECT_LE(largestDistance(elsewhere, expected), tolerance);
+    }
+}
+
+TEST(ThinPlateSplineWarp, BendsAsItsBasisFunctionAsks)
+{
+    const ThinPlateSplineWarp2D<double> plane;
+    const ThinPlateSplineWarp3D<double> space;
+    const Vector<double> a = vectorOf<double>({1, 2});
+    const Vector<double> b = vectorOf<double>({4, 6});
+    EXPECT_EQ(plane.rbf(a, b), 25 * std::log(25.0));
+    EXPECT_EQ(plane.rbf(a, a), 0);
+    EXPECT_EQ(space.rbf(a, b), 5);
+
+    // Four corners stay and the middle is lifted by h. By symmetry the weights are c in the middle
+    // and -c / 4 in the corners, and the affine part is constant: two equations.
+    const Curve<double> source = curveOf<double>({{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {0, 0}}, false);
+    Curve<double> target = detached(source);
+    target[4][0] = 0.5;
+    ThinPlateSplineWarp2D<double> warp;
+    warp.fit(source, target);
+    const double corners = (2 * 2 * std::log(2.0) + 4 * std::log(4.0)) / 4;
+    const double c = 0.5 / corners;
+    const Vector<double> x = vectorOf<double>({0.3, 0.4});
+    double expected = 0.5 + c * plane.rbf(x, source[4]);
+    for (int i = 0; i < 4; ++i) {
+        expected -= c / 4 * plane.rbf(x, source[i]);
+    }
+    EXPECT_NEAR(warp.eval(x)[0], expected, 1e-12);
+    EXPECT_NEAR(warp.eval(x)[1], 0, 1e-12);
+}
+
+TEST(ShapeWarp, RefusesShapesThatDoNotFit)
+{
+    PolynomialWarp<double> polynomial;
+    ThinPlateSplineWarp2D<double> spline;
+    const Curve<double> three = curveOf<double>({{0, 0}, {1, 0}, {0, 1}}, true);
+    const Curve<double> two = curveOf<double>({{0, 0}, {1, 0}}, true);
+    const Curve<double> solid = curveOf<double>({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, true);
+    const Curve<double> line = curveOf<double>({{0, 0}, {1, 1}, {2, 2}}, true);
+    Vector<double> x = vectorOf<double>({1, 2, 3});
+    for (ShapeWarp<double>* warp :
+         {static_cast<ShapeWarp<double>*>(&polynomial), static_cast<ShapeWarp<double>*>(&spline)}) {
+        const ShapeWarp<double>& still = *warp;
+        EXPECT_THROW(still.apply(x), ProgramError);
+        EXPECT_THROW(warp->fit(three, two), SizeError);
+        EXPECT_THROW(warp->fit(two, three), SizeError);
+        EXPECT_THROW(warp->fit(three, solid), SizeError);
+        EXPECT_THROW(warp->fit(Curve<double>(), Curve<double>()), SizeError);
+        warp->fit(three, three);
+        EXPECT_THROW(still.apply(x), SizeError);
+    }
+    EXPECT_THROW(spline.fit(line, line), MathError);
+}
+
+/// A tube of three rings of nine vertices, bent by seeded noise.
+std::unique_ptr<QuadMesh<double>> tube(double noise, std::mt19937& engine)
+{
+    auto mesh = std::make_unique<QuadMesh<double>>(3, 3, 9, 0, 0, false);
+    for (int k = 0; k < 3; ++k) {
+        const Curve<double> ring = regularPolygon<double>(9, 4 + k);
+        for (int i = 0; i < 9; ++i) {
+            (*mesh)[k][i] = vectorOf<double>({ring[i][0], ring[i][1], 2.0 * k}) +
+                            randomVector<double>(3, engine) * noise;
+        }
+    }
+    return mesh;
+}
+
+TEST(FusionWarping, BringsTheMeshesToTheTargetAndTheOtherShapesAlong)
+{
+    std::mt19937 engine(4);
+    const auto goal = tube(0.3, engine);
+    ShapeSet<double> target;
+    target.addShape(goal.get(), true);
+    Matrix<double> affine(3, 3);
+    affine.setZeros();
+    affine(0, 0) = affine(1, 1) = affine(2, 2) = 1.2;
+    affine(0, 1) = 0.1;
+    for (bool spline : {true, false}) {
+        // The start is moved from the target, begins at another vertex, and has a companion.
+        QuadMesh<double> mesh(*goal);
+        mesh.detach();
+        mesh.multiply(affine);
+        for (int k = 0; k < 3; ++k) {
+            mesh[k].setOrigin(4);
+        }
+        Curve<double> mark = curveOf<double>({{1, 2, 3}}, true);
+        ShapeSet<double> set;
+        set.addShape(&mark, false);
+        set.addShape(&mesh, true);
+        ShapeSet<double> goals;
+        goals.addShape(nullptr, false);
+        goals.addShape(goal.get(), true);
+        mark.multiply(affine);
+        Fusion<double> fusion;
+        Notes notes;
+        fusion.addMonitor(notes);
+        fusion.addShapeSet(&set);
+        if (spline) {
+            fusion.tpsWarping(goals);
+        } else {
+            fusion.polynomialWarping(goals, 1);
+        }
+        EXPECT_EQ(notes.text.str(), "(1/2)");
+        EXPECT_LE(largestDistance<double>(mesh, *goal), 1e-10);
+        EXPECT_LE(mark[0].distance(vectorOf<double>({1, 2, 3})), 1e-10);
+    }
+    const auto longer = std::make_unique<QuadMesh<double>>(3, 2, 9, 0, 0, true);
+    ShapeSet<double> open;
+    open.addShape(longer.get(), true);
+    Fusion<double> fusion;
+    fusion.addShapeSet(&open);
+    EXPECT_THROW(fusion.tpsWarping(target), Exception);
+}
+
+} // namespace
