@@ -10,7 +10,8 @@
 
 void ExtractConvexPoints::createModels()
 {
-    for (const char* name : {"Apex", "Sinus", "Primary Sinus", "Primary Peak"}) {
+    for (const char* name :
+         {"Apex", "Sinus", "Primary Sinus", "Primary Peak", "Secondary Sinus", "Secondary Peak"}) {
         const int model = stack->findModel(name);
         if (model >= 0) {
             stack->deleteModel(model);

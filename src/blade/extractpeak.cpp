@@ -14,9 +14,11 @@
 
 void ExtractPeak::createModels()
 {
-    const int model = stack->findModel("Primary Peak");
-    if (model >= 0) {
-        stack->deleteModel(model);
+    for (const char* name : {"Primary Peak", "Secondary Sinus", "Secondary Peak"}) {
+        const int model = stack->findModel(name);
+        if (model >= 0) {
+            stack->deleteModel(model);
+        }
     }
     createModelPrimaryPeaks();
 }

@@ -124,6 +124,28 @@ void ModelsManager::createModelPrimaryPeaksDistal()
         *stack, makePointModel("Primary Distal Peak", {255, 0, 200}, VertexSymbol::Tetrahedron));
 }
 
+void ModelsManager::createModelSecondarySinus()
+{
+    secondarySinusModel = addModel(
+        *stack, makePointModel("Secondary Sinus", {0, 160, 0}, VertexSymbol::Sphere, 5.0f));
+}
+
+void ModelsManager::createModelSecondaryPeaks()
+{
+    secondaryPeakModel = addModel(
+        *stack, makePointModel("Secondary Peak", {255, 140, 0}, VertexSymbol::Tetrahedron, 5.0f));
+}
+
+void ModelsManager::createModelsItemsSecondary(int slice)
+{
+    secondaryPeakItem = new ModelItem;
+    secondaryPeakItem->setModel(*secondaryPeakModel);
+    secondaryPeakItem->setSlice(stack->getSlice(slice));
+    secondarySinusItem = new ModelItem;
+    secondarySinusItem->setModel(*secondarySinusModel);
+    secondarySinusItem->setSlice(stack->getSlice(slice));
+}
+
 void ModelsManager::createModelApex(Stack& other)
 {
     apexModel = addModel(other, makePointModel("Apex", {0, 0, 255}, VertexSymbol::Cube));
@@ -170,20 +192,31 @@ Vertices<float>* ModelsManager::cleanModelsItem(const Vertices<float>* list, Mod
 
 void ModelsManager::foldLabels(Vertices<float>& sinuses, Vertices<float>& peaks)
 {
-    if (primaryDistalSinus) {
-        for (int i = 0; i < primaryDistalSinus->getSize(); ++i) {
-            if (!contains(primarySinus, (*primaryDistalSinus)[i])) {
-                sinuses.append((*primaryDistalSinus)[i]);
+    const auto addPeaks = [&](const Vertices<float>* list, ModelItem* item) {
+        for (int i = 0; list && i < list->getSize(); ++i) {
+            peaks.append((*list)[i]);
+        }
+        if (list) {
+            removeAllVertices(*item);
+        }
+    };
+    // A sinus with two labels stands in two lists, and comes back once.
+    const auto addSinuses = [&](const Vertices<float>* list, ModelItem* item,
+                                const Vertices<float>* other) {
+        for (int i = 0; list && i < list->getSize(); ++i) {
+            const Vector<float>& sinus = (*list)[i];
+            if (!contains(primarySinus, sinus) && !contains(other, sinus)) {
+                sinuses.append(sinus);
             }
         }
-        removeAllVertices(*primaryDistalSinusItem);
-    }
-    if (primaryDistalPeak) {
-        for (int i = 0; i < primaryDistalPeak->getSize(); ++i) {
-            peaks.append((*primaryDistalPeak)[i]);
+        if (list) {
+            removeAllVertices(*item);
         }
-        removeAllVertices(*primaryDistalPeakItem);
-    }
+    };
+    addSinuses(primaryDistalSinus, primaryDistalSinusItem, nullptr);
+    addSinuses(secondarySinus, secondarySinusItem, primaryDistalSinus);
+    addPeaks(primaryDistalPeak, primaryDistalPeakItem);
+    addPeaks(secondaryPeak, secondaryPeakItem);
 }
 
 void ModelsManager::storeLandmarks(Model& model, int slice, const Vertices<float>& points)
@@ -225,6 +258,7 @@ void ModelsManager::createModelsForHierarchy()
         }
         primarySinusItem = primaryPeakItem = nullptr;
         primaryDistalSinusItem = primaryDistalPeakItem = nullptr;
+        secondarySinusItem = secondaryPeakItem = nullptr;
     }
     deleteModel(*stack, "Primary Sinus");
     deleteModel(*stack, "Primary Peak");
@@ -235,6 +269,8 @@ void ModelsManager::createModelsForHierarchy()
         storeLandmarks(*primarySinusModel, slice, *sinuses[k]);
         storeLandmarks(*primaryPeakModel, slice, *peaks[k]);
     }
-    deleteModel(*stack, "Primary Distal Sinus");
-    deleteModel(*stack, "Primary Distal Peak");
+    for (const char* name :
+         {"Primary Distal Sinus", "Primary Distal Peak", "Secondary Sinus", "Secondary Peak"}) {
+        deleteModel(*stack, name);
+    }
 }

@@ -2,7 +2,9 @@
 
 #include "blade/bladeselfintersects.h"
 #include "blade/modelsmanager.h"
+#include "interface/lmxstack.h"
 #include "numerics/matrix.h"
+#include "stack/stackslice.h"
 
 #include <algorithm>
 
@@ -144,6 +146,22 @@ void ModelsManager::checkLeaves(int slice, std::string& report)
     if (!report.empty()) {
         report += remedy;
     }
+}
+
+bool ModelsManager::leavesAreGood()
+{
+    leafFaults_.clear();
+    for (int i = 0; i < stack->getNumSlices(); ++i) {
+        std::string report;
+        checkLeaves(i, report);
+        if (!report.empty()) {
+            leafFaults_ += stack->getSlice(i).getName() + ": " + report + "\n";
+        }
+    }
+    if (!leafFaults_.empty()) {
+        tell(leafFaults_);
+    }
+    return leafFaults_.empty();
 }
 
 std::string ModelsManager::missingLandmarks() const

@@ -54,8 +54,9 @@ void ModelsManager::getModels(int slice)
 {
     primarySinusItem = primaryDistalSinusItem = nullptr;
     primaryPeakItem = primaryDistalPeakItem = nullptr;
-    for (Vertices<float>** member :
-         {&primarySinus, &primaryDistalSinus, &primaryPeak, &primaryDistalPeak}) {
+    secondarySinusItem = secondaryPeakItem = nullptr;
+    for (Vertices<float>** member : {&primarySinus, &primaryDistalSinus, &primaryPeak,
+                                     &primaryDistalPeak, &secondarySinus, &secondaryPeak}) {
         replace(*member, std::unique_ptr<Vertices<float>>());
     }
     getModelsForResampling(slice);
@@ -72,6 +73,8 @@ void ModelsManager::getModels(int slice)
         {"Primary Sinus", primarySinusItem, primarySinus},
         {"Primary Distal Peak", primaryDistalPeakItem, primaryDistalPeak},
         {"Primary Distal Sinus", primaryDistalSinusItem, primaryDistalSinus},
+        {"Secondary Peak", secondaryPeakItem, secondaryPeak},
+        {"Secondary Sinus", secondarySinusItem, secondarySinus},
     };
     ModelItemOwner& owner = stack->getSlice(slice);
     for (int i = 0; i < owner.getNumItems(); ++i) {
@@ -162,6 +165,35 @@ void ModelsManager::appendLandmark(ModelItem& item, const Curve<float>& curve, i
     item.detach();
     item.appendVertex(truncated(curve[index]));
     item.attach();
+}
+
+void ModelsManager::appendLandmarks(ModelItem& item, const std::vector<int>& indexes) const
+{
+    for (const int index : indexes) {
+        appendLandmark(item, *contour, index);
+    }
+}
+
+void ModelsManager::emptyLandmarks(ModelItem& item, Vertices<float>& list)
+{
+    item.detach();
+    for (int i = item.getSize() - 1; i >= 0; --i) {
+        item.removeVertex(i);
+    }
+    list.setSize(0, false);
+}
+
+void ModelsManager::dropIfEmpty(ModelItem*& item, bool announced)
+{
+    if (item->getSize() > 0) {
+        return;
+    }
+    if (announced) {
+        LMXModelItemDeleteEvent event(*item);
+        LMXEventServer::notifyEvent(event);
+    }
+    delete item;
+    item = nullptr;
 }
 
 void ModelsManager::addApex(int index)

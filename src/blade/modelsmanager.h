@@ -54,6 +54,8 @@ public:
     void createModelPrimaryPeaks();
     void createModelPrimarySinusDistal();
     void createModelPrimaryPeaksDistal();
+    void createModelSecondarySinus();
+    void createModelSecondaryPeaks();
 
     // The same on another stack than the open one.
     void createModelApex(Stack& other);
@@ -139,6 +141,9 @@ public:
     /// three vertices.
     bool verifyModels() const;
 
+    /// Makes the still empty items of the secondary landmarks for the slice; their models exist.
+    void createModelsItemsSecondary(int slice);
+
     /// Checks number and order of a slice's landmarks; an empty report means good. It also moves
     /// the junctions onto the contour and stores the contour with vertex 0 in the middle of the
     /// petiole. The venation type is not looked at.
@@ -147,7 +152,24 @@ public:
     /// Reports a contour that crosses itself. Quadratic in the contour's vertices.
     void checkBlades(int slice, std::string& report);
 
+    /// What kept a hierarchy from running: the slices that failed their checks, each with its
+    /// report; empty if all are good.
+    const std::string& getLeafFaults() const { return leafFaults_; }
+
 protected:
+    /// Checks the leaves of all slices, and tells the faults if there are any.
+    bool leavesAreGood();
+
+    /// Removes all vertices of an item, which is detached then, and of its list.
+    static void emptyLandmarks(ModelItem& item, Vertices<float>& list);
+
+    /// Adds the contour's vertices at `indexes` to the item.
+    void appendLandmarks(ModelItem& item, const std::vector<int>& indexes) const;
+
+    /// Deletes an item that has no vertex, and sets the pointer to null. The deletion of an item
+    /// that was `announced` is announced too.
+    static void dropIfEmpty(ModelItem*& item, bool announced);
+
     /// The pattern of a run: progress, `createModels`, `process` on each slice, and at the end
     /// `closingText` as a message, followed by what the slices reported, one a line.
     void runOnAllSlices(const std::string& closingText);
@@ -206,6 +228,7 @@ private:
     void bringToWorkingOrder();
     void landmarkFaults(std::string& report);
 
+    std::string leafFaults_;
     // The lists that the members point to, in no order.
     std::vector<std::unique_ptr<Vertices<float>>> lists_;
 };

@@ -299,6 +299,8 @@ TEST(ModelsManager, ModelsBearTheirColoursAndSymbolsAndAreAnnounced)
     probe.createModelPrimaryPeaks();
     probe.createModelPrimarySinusDistal();
     probe.createModelPrimaryPeaksDistal();
+    probe.createModelSecondarySinus();
+    probe.createModelSecondaryPeaks();
 
     struct Row
     {
@@ -343,9 +345,23 @@ TEST(ModelsManager, ModelsBearTheirColoursAndSymbolsAndAreAnnounced)
          7.0f,
          3.0f,
          false},
+        {"Secondary Sinus",
+         PRIMITIVE_POLYPOINT,
+         {0, 160, 0},
+         VertexSymbol::Sphere,
+         5.0f,
+         3.0f,
+         false},
+        {"Secondary Peak",
+         PRIMITIVE_POLYPOINT,
+         {255, 140, 0},
+         VertexSymbol::Tetrahedron,
+         5.0f,
+         3.0f,
+         false},
     };
-    ASSERT_EQ(stack->getNumModels(), 7);
-    for (int k = 0; k < 7; ++k) {
+    ASSERT_EQ(stack->getNumModels(), 9);
+    for (int k = 0; k < 9; ++k) {
         const Model& model = stack->getModel(k);
         const ModelItemProperties& properties = model.getItemProperties();
         EXPECT_EQ(model.getName(), rows[k].name);
@@ -360,7 +376,8 @@ TEST(ModelsManager, ModelsBearTheirColoursAndSymbolsAndAreAnnounced)
     }
     EXPECT_EQ(listener.names, (std::vector<std::string>{
                                   "Contour", "Petiole", "Petiole", "Apex", "Primary Sinus",
-                                  "Primary Peak", "Primary Distal Sinus", "Primary Distal Peak"}));
+                                  "Primary Peak", "Primary Distal Sinus", "Primary Distal Peak",
+                                  "Secondary Sinus", "Secondary Peak"}));
     EXPECT_EQ(stack->getSlice(0).getNumItems(), 0);
     EXPECT_TRUE(stack->isModified());
 
@@ -401,6 +418,8 @@ TEST(ModelsManager, FoldingBringsEachSinusBackOnceAndEveryTip)
     add("Primary Distal Sinus", 0, {{2.0, 2.0}, {3.0, 3.0}});
     add("Primary Peak", 0, {{5.0, 5.0}});
     add("Primary Distal Peak", 0, {{5.0, 5.0}, {6.0, 6.0}});
+    add("Secondary Sinus", 0, {{1.0, 1.0}, {3.0, 3.0}, {4.0, 4.0}});
+    add("Secondary Peak", 0, {{9.0, 9.0}});
     add("Primary Distal Sinus", 1, {{7.0, 7.0}});
     add("Primary Distal Peak", 1, {{8.0, 8.0}});
     Probe probe(*stack);
@@ -413,18 +432,20 @@ TEST(ModelsManager, FoldingBringsEachSinusBackOnceAndEveryTip)
         }
         return result;
     };
-    EXPECT_EQ(xs("Primary Sinus", 0), (std::vector<double>{1.0, 2.0, 3.0}));
-    EXPECT_EQ(xs("Primary Peak", 0), (std::vector<double>{5.0, 5.0, 6.0}));
+    EXPECT_EQ(xs("Primary Sinus", 0), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
+    EXPECT_EQ(xs("Primary Peak", 0), (std::vector<double>{5.0, 5.0, 6.0, 9.0}));
     EXPECT_EQ(xs("Primary Sinus", 1), (std::vector<double>{7.0}));
     EXPECT_EQ(xs("Primary Peak", 1), (std::vector<double>{8.0}));
     EXPECT_EQ(leaf::findItem(*stack, "Primary Sinus", 2), nullptr);
     EXPECT_EQ(stack->findModel("Primary Distal Sinus"), -1);
     EXPECT_EQ(stack->findModel("Primary Distal Peak"), -1);
+    EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
+    EXPECT_EQ(stack->findModel("Secondary Peak"), -1);
     EXPECT_EQ(stack->getSlice(0).getNumItems(), 4);
     // A second folding finds nothing left to fold.
     probe.createModelsForHierarchy();
-    EXPECT_EQ(xs("Primary Sinus", 0), (std::vector<double>{1.0, 2.0, 3.0}));
-    EXPECT_EQ(xs("Primary Peak", 0), (std::vector<double>{5.0, 5.0, 6.0}));
+    EXPECT_EQ(xs("Primary Sinus", 0), (std::vector<double>{1.0, 2.0, 3.0, 4.0}));
+    EXPECT_EQ(xs("Primary Peak", 0), (std::vector<double>{5.0, 5.0, 6.0, 9.0}));
 }
 
 TEST(ModelsManager, CalibratedLandmarksAreScaledAndTheOthersAreAsStored)
