@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <locale>
 #include <numeric>
+#include <sstream>
 
 namespace {
 
@@ -109,7 +111,10 @@ void AveragingProcess::requireRange(const char* where) const
         raise<ValueError>(where, "At least one average has to be asked for");
     }
     if (!(begin < end)) {
-        raise<ValueError>(where, "The begin of the averages has to lie below their end");
+        std::ostringstream text;
+        text.imbue(std::locale::classic());
+        text << "The begin of the averages, " << begin << ", has to lie below their end, " << end;
+        raise<ValueError>(where, text.str());
     }
 }
 

@@ -88,6 +88,7 @@ void AveragingProcess::runHomogeousAveragingMethod()
     const OwnedCurves curves(computeResampling(O));
     BladeAveraging averaging;
     setUpAveraging(averaging);
+    averaging.setProgressListener([this](int bin, int number) { showProgress(bin, number); });
     std::vector<Curve<float>> averages;
     averaging.computeNewHomogeneousAverages(curves.get(), averages, sorted, counts);
     std::vector<Curve<float>> shapes;

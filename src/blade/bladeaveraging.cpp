@@ -71,6 +71,9 @@ void BladeAveraging::computeNewHomogeneousAverages(const std::vector<Curve<float
 {
     averages.clear();
     for (int bin = 0; bin < numberOfAverages; ++bin) {
+        if (progressListener) {
+            progressListener(bin, numberOfAverages);
+        }
         std::vector<const Curve<float>*> leaves;
         for (int j = 0; j < sorted.getSize2(); ++j) {
             if (static_cast<int>(sorted[4][j]) == bin) {

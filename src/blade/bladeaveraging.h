@@ -4,7 +4,9 @@
 #include "numerics/matrix.h"
 #include "shape/curve.h"
 
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Averages of leaf outlines, made for one run.
@@ -39,6 +41,12 @@ public:
 
     /// Targets in place of the evenly spaced ones; their number becomes that of the averages.
     void setTargets(const Vector<float>& keys);
+
+    /// Called before each bin with its number and the number of bins.
+    void setProgressListener(std::function<void(int, int)> listener)
+    {
+        progressListener = std::move(listener);
+    }
 
     /// Distance of two evenly spaced targets, and the first target, of the last run.
     float getDeltaX() const { return deltaX; }
@@ -131,4 +139,5 @@ private:
     Vector<float> targets;
     Vector<float> usedTargets;
     Matrix<float> knnParameters;
+    std::function<void(int, int)> progressListener;
 };

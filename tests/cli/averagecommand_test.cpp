@@ -114,6 +114,15 @@ TEST(Average, WhatCantBeDoneIsToldAndNothingIsWritten)
     EXPECT_TRUE(ages.says("no age")) << ages.err;
     EXPECT_EQ(leaves.filesIn("out"), 0);
 
+    // A full disk: no piece of a file stays.
+    fs::create_directory(leaves.folder.file("full"));
+    const CommandResult full = crenara(
+        {"average", leaves.stack, "bins", "--number", "1", "--out", leaves.folder.file("full")}, {},
+        5000);
+    EXPECT_EQ(full.status, 1);
+    EXPECT_TRUE(full.says(leaves.folder.file("full/s-trajectory-ho-0.cv"))) << full.err;
+    EXPECT_EQ(leaves.filesIn("full"), 0);
+
     const std::string blocked = leaves.folder.write("file", "mine");
     EXPECT_EQ(leaves.average({"bins", "--number", "1"}, "file/below").status, 1);
     EXPECT_EQ(leaves.folder.read("file"), "mine");
