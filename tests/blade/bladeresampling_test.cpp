@@ -132,7 +132,7 @@ TEST(BladeResampling, LandmarksOfAllLeavesStandAtTheSamePlacesCountedFromTheApex
             const auto k = static_cast<std::size_t>(slice);
             const Vector<int>& first = leaves.first[k];
             const Vector<int>& second = leaves.second[k];
-            EXPECT_EQ(leaves.curves[k]->getSize(), 1000);
+            ASSERT_EQ(leaves.curves[k]->getSize(), 1000);
             EXPECT_TRUE(leaves.curves[k]->isOpen());
             EXPECT_EQ(leaves.curves[k]->getName(), "leaf" + std::to_string(slice));
             EXPECT_TRUE(leaves.stands(slice, 0, first[0]));
