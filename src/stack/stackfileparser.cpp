@@ -379,8 +379,7 @@ void StackFileParser::readTile()
         refuse("the name of the tile is missing");
     }
     if (!FileInfo::fileExists(file)) {
-        // Whole, since tiles are written without their folder.
-        file = std::filesystem::absolute(imagePath(file)).string();
+        file = tilePath(file);
     }
     if (!slice_->tiles.emplace(std::make_pair(row - 1, column - 1), file).second) {
         refuse("the cell of the mosaic is filled already");
@@ -470,6 +469,17 @@ std::string StackFileParser::imagePath(const std::string& file) const
     const std::string path = FileInfo::dirName(filename_) + folder + file;
     // Names that will be written as they are must not hang on the current folder.
     return stack_.getAbsoluteImagesPathPolicy() ? std::filesystem::absolute(path).string() : path;
+}
+
+/// The whole name of a tile, since tiles are written without a folder. One that is missing from a
+/// folder with a semicolon, which no tile's name can hold, counts from the folder of the stack file.
+std::string StackFileParser::tilePath(const std::string& file) const
+{
+    const std::string path = std::filesystem::absolute(imagePath(file)).string();
+    if (path.find(';') == std::string::npos || FileInfo::fileExists(path)) {
+        return path;
+    }
+    return std::filesystem::absolute(FileInfo::dirName(filename_) + file).string();
 }
 
 std::string StackFileParser::context() const

@@ -80,6 +80,7 @@ private:
     void finish();
 
     std::string imagePath(const std::string& file) const;
+    std::string tilePath(const std::string& file) const;
     std::string context() const;
     void tell(int line, const std::string& message);
     void fail(int line, const std::string& message);

@@ -607,6 +607,10 @@ TEST(StackReader, ReadsPlanesAndMosaics)
     EXPECT_NE(moved.find("IMAGE 1 1 " + files.path("gone/u.tif") + ";"), std::string::npos);
     ASSERT_TRUE(files.read(moved, stack, reader));
     EXPECT_EQ(files.text(stack), moved);
+    // A folder that can't stand in the name of a tile does not keep the stack from being written.
+    ASSERT_TRUE(files.read(
+        "STACK \"s\";\nImagesPath \"a;b\";\nSLICE \"c\" 1 1;\nIMAGE 1 1 v.tif;\n", stack, reader));
+    EXPECT_NE(files.text(stack).find("IMAGE 1 1 " + files.path("v.tif") + ";"), std::string::npos);
     // Each mosaic could be held, both could not: the file would take memory at will.
     EXPECT_EQ(
         files.messages("STACK \"s\";\nSLICE \"c\" 1024 1000;\nSLICE \"d\" 999 1001;\n", 1).at(0),
