@@ -4,6 +4,7 @@
 #include "blade/extractconvexpoints.h"
 #include "blade/extractpeak.h"
 #include "blade/hierarchyarabidoprocess.h"
+#include "blade/hierarchyiterativeprocess.h"
 #include "blade/nohierarchyprocess.h"
 #include "interface/lmxeventserver.h"
 #include "support/labelledleaf.h"
@@ -60,6 +61,16 @@ std::size_t runRecursive(LMXStack& stack, int degrees, bool distal)
     }
     EXPECT_EQ(quiet.errors.str(), dropped);
     return process.getDropped().size();
+}
+
+void runIterative(LMXStack& stack, float tolerance)
+{
+    Quiet quiet;
+    HierarchyIterativeProcess process;
+    process.setStack(stack);
+    process.setTolerance(tolerance);
+    process.run();
+    EXPECT_EQ(quiet.told, (std::vector<std::string>{"Hierarchy process is complete"}));
 }
 
 void runNone(LMXStack& stack)
@@ -169,6 +180,25 @@ TEST(HierarchyArabidoProcess, ASmallToothBesideTheTipIsDistal)
     EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 0), sinuses, 3));
 }
 
+TEST(HierarchyIterativeProcess, TeethOnTeethAreLabelledAsDrawn)
+{
+    const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(false);
+    const auto stack = leaf::stackOf({drawn.outline});
+    leaf::addLandmarks(*stack, 0, drawn.outline);
+    runIterative(*stack, 0.2f);
+    const auto expectPlaces = [&](const char* name, const std::vector<Point>& places) {
+        EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, name, 0), places, 3)) << name;
+    };
+    expectPlaces("Primary Sinus", drawn.primarySinuses);
+    expectPlaces("Secondary Sinus", drawn.secondarySinuses);
+    expectPlaces("Primary Peak", drawn.primaryTips);
+    expectPlaces("Secondary Peak", drawn.secondaryTips);
+    // At a stringency of 1 nothing falls, and all labels are folded back.
+    runIterative(*stack, 1.0f);
+    expectPlaces("Primary Sinus", drawn.outline.sinuses);
+    expectPlaces("Primary Peak", drawn.outline.tips);
+}
+
 TEST(Hierarchy, NoLandmarkIsLostInAnyOrderOfRuns)
 {
     std::vector<leaf::Outline> outlines;
@@ -182,7 +212,10 @@ TEST(Hierarchy, NoLandmarkIsLostInAnyOrderOfRuns)
         leaf::addLandmarks(*stack, 0, outline);
         for (int round = 0; round < 6 && dropped == 0; ++round) {
             SCOPED_TRACE(round);
-            if (random() % 3u == 0) {
+            const unsigned choice = random() % 4u;
+            if (choice == 0) {
+                runIterative(*stack, 0.05f + 0.002f * static_cast<float>(random() % 200u));
+            } else if (choice == 1) {
                 runNone(*stack);
                 EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
                 EXPECT_EQ(stack->findModel("Primary Distal Peak"), -1);
@@ -252,6 +285,8 @@ TEST(Hierarchy, AFaultyLeafStopsTheRunBeforeAnyLabelChanges)
     HierarchyArabidoProcess recursive;
     recursive.setLimitAngle(45);
     expectStopped(recursive, "Hierarchy process is complete");
+    HierarchyIterativeProcess iterative;
+    expectStopped(iterative, "Hierarchy process is complete");
     NoHierarchyProcess none;
     expectStopped(none, "No Hierarchy process is complete");
 }
