@@ -126,7 +126,7 @@ std::string AveragingProcess::leavesWithoutAge() const
             names += (names.empty() ? "" : ", ") + stack->getSlice(i).getName();
         }
     }
-    return names.empty() ? "" : "No age follows from the length of, and left out: " + names;
+    return names.empty() ? "" : "Leaves without a finite age, left out: " + names;
 }
 
 void AveragingProcess::setUpAveraging(BladeAveraging& averaging) const

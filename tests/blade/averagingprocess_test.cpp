@@ -359,7 +359,7 @@ TEST(AveragingProcess, LeavesWithoutAgeTakePartInNoAverage)
             EXPECT_EQ(process.buildMeasurementMatrix().getSize2(), 5);
         }
         ASSERT_EQ(leaves.messages.size(), 2u);
-        EXPECT_EQ(leaves.messages[0], "No age follows from the length of, and left out: leaf5");
+        EXPECT_EQ(leaves.messages[0], "Leaves without a finite age, left out: leaf5");
         const auto stack = leaves.trajectory();
         ASSERT_EQ(stack->getNumSlices(), 2);
         EXPECT_NE(stack->getSlice(0).getName().find('h'), std::string::npos);
