@@ -8,6 +8,7 @@ const std::vector<Command>& commands()
         {"junctions", "puts the blade-petiole junctions of a table on the slices", runJunctions},
         {"sinus", "finds apex and sinuses", runSinus},
         {"tips", "finds the tips of the teeth", runTips},
+        {"hierarchy", "sorts sinuses and tips by the teeth that carry teeth", runHierarchy},
         {"measure", "writes the tables of leaf and tooth measures", runMeasure},
         {"average", "writes average leaf shapes", runAverage},
         {"teeth", "writes each tooth as a curve file", runTeeth},

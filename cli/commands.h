@@ -23,6 +23,7 @@ int runContour(const QStringList& arguments, Report& report);
 int runJunctions(const QStringList& arguments, Report& report);
 int runSinus(const QStringList& arguments, Report& report);
 int runTips(const QStringList& arguments, Report& report);
+int runHierarchy(const QStringList& arguments, Report& report);
 int runMeasure(const QStringList& arguments, Report& report);
 int runAverage(const QStringList& arguments, Report& report);
 int runTeeth(const QStringList& arguments, Report& report);

@@ -5,8 +5,9 @@
 
 namespace {
 
-const std::vector<std::string> subcommands = {"stack",   "contour", "junctions", "sinus",  "tips",
-                                              "measure", "project", "run",       "picture"};
+const std::vector<std::string> subcommands = {"stack", "contour",   "junctions", "sinus",
+                                              "tips",  "hierarchy", "measure",   "project",
+                                              "run",   "picture"};
 
 } // namespace
 
@@ -56,6 +57,9 @@ TEST(Usage, WrongUsageEndsWithStatusTwoAndTouchesNoFile)
         {{"sinus", stack, "--angle", "nan"}, "'angle' needs a number"},
         {{"sinus", stack, "--angle", "145,0"}, "'angle' needs a number"},
         {{"sinus", stack, "--half-neighbourhood", "2.5"}, "needs an integer from 1 to 200"},
+        {{"hierarchy", stack}, "'method' needs one of recursive, iterative, none"},
+        {{"hierarchy", stack, "--method", "none", "--limit-angle", "180"}, "from 1 to 179"},
+        {{"hierarchy", stack, "--method", "none", "--stringency", "0.04"}, "from 0.05 to 1"},
         {{"tips", stack, "--exclude", "1"}, "needs an integer from 2 to 50"},
         {{"tips", stack, "--venation", "pin"}, "'venation' needs one of pinnate, palmate"},
         {{"measure", stack, "--scaling", "-1"}, "'scaling' needs a number above 0"},
