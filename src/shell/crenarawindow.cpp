@@ -6,6 +6,7 @@
 #include "shell/extractcontourconfigeditor.h"
 #include "shell/extractpeaksconfigeditor.h"
 #include "shell/extractsinusconfigeditor.h"
+#include "shell/hierarchyconfigeditor.h"
 #include "shell/leafmeasuresconfigeditor.h"
 #include "shell/projectloaderconfigpage.h"
 
@@ -34,8 +35,8 @@ struct Row
 const Row rows[] = {
     {"Project Manager", ":/images/oakFinal.png"}, {"Extract Contour", ":/images/Segmentation.png"},
     {"Extract Sinus ", ":/images/oakSinus.png"},  {"Extract Tips ", ":/images/oakSinusTips.png"},
-    {"Analysis", ":/images/analyse.png"},         {"Averaging", ":/images/means.png"},
-    {"Export Teeth", ":/images/exportTooth.png"},
+    {"Hierarchy", ":/images/hierarchy.png"},      {"Analysis", ":/images/analyse.png"},
+    {"Averaging", ":/images/means.png"},          {"Export Teeth", ":/images/exportTooth.png"},
 };
 
 } // namespace
@@ -74,13 +75,14 @@ void CrenaraWindow::createPages()
     contourPage = new ExtractContourConfigEditor(this);
     sinusPage = new ExtractSinusConfigEditor(this);
     peaksPage = new ExtractPeaksConfigEditor(this);
+    hierarchyPage = new HierarchyConfigEditor(this);
     measuresPage = new LeafMeasuresConfigEditor(this);
     averagingPage = new AveragingConfigPage(this);
     exportPage = new ExportShapesConfigEditor(this);
     sinusPage->setConfig(__configLCMethod); // before its gate opens, the page is seen all the same
     for (QWidget* page :
          std::initializer_list<QWidget*>{projectPage, contourPage, sinusPage, peaksPage,
-                                         measuresPage, averagingPage, exportPage}) {
+                                         hierarchyPage, measuresPage, averagingPage, exportPage}) {
         pagesStack->addWidget(page);
     }
 }
@@ -188,14 +190,18 @@ void CrenaraWindow::makeAction(int row)
         initializeExtractPeaks();
         break;
     case 4:
+        disconnect(hierarchyPage, nullptr, this, nullptr);
+        initializeHierarchy();
+        break;
+    case 5:
         disconnect(measuresPage, nullptr, this, nullptr);
         initializeLeafMeasures();
         break;
-    case 5:
+    case 6:
         disconnect(averagingPage, nullptr, this, nullptr);
         initializeAveraging();
         break;
-    case 6:
+    case 7:
         disconnect(exportPage, nullptr, this, nullptr);
         initializeExportShapes();
         break;

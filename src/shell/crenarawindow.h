@@ -18,6 +18,7 @@ class ExportShapesConfigEditor;
 class ExtractContourConfigEditor;
 class ExtractPeaksConfigEditor;
 class ExtractSinusConfigEditor;
+class HierarchyConfigEditor;
 class LMXRootMediator;
 class LMXStack;
 class LeafMeasuresConfigEditor;
@@ -86,10 +87,14 @@ private:
     void initializeExtractContour();
     void initializeExtractSinus();
     void initializeExtractPeaks();
+    void initializeHierarchy();
     void initializeLeafMeasures();
     void initializeAveraging();
     void initializeExportShapes();
 
+    void runNoHierrachy();
+    void runHierarchyIterative();
+    void runHierarchyArabidoMethod();
     bool passesGate(QWidget* page, GatedStage stage);
     bool fillAveragingPage();
     void average(AveragingProcess& process);
@@ -104,6 +109,7 @@ private:
     ExtractContourConfigEditor* contourPage = nullptr;
     ExtractSinusConfigEditor* sinusPage = nullptr;
     ExtractPeaksConfigEditor* peaksPage = nullptr;
+    HierarchyConfigEditor* hierarchyPage = nullptr;
     LeafMeasuresConfigEditor* measuresPage = nullptr;
     AveragingConfigPage* averagingPage = nullptr;
     ExportShapesConfigEditor* exportPage = nullptr;

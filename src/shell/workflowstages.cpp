@@ -6,7 +6,10 @@
 #include "blade/extractcontour.h"
 #include "blade/extractconvexpoints.h"
 #include "blade/extractpeak.h"
+#include "blade/hierarchyarabidoprocess.h"
+#include "blade/hierarchyiterativeprocess.h"
 #include "blade/leafanalysis.h"
+#include "blade/nohierarchyprocess.h"
 #include "interface/lmxstack.h"
 #include "shell/averagingconfigpage.h"
 #include "shell/crenarawindow.h"
@@ -14,6 +17,7 @@
 #include "shell/extractcontourconfigeditor.h"
 #include "shell/extractpeaksconfigeditor.h"
 #include "shell/extractsinusconfigeditor.h"
+#include "shell/hierarchyconfigeditor.h"
 #include "shell/leafmeasuresconfigeditor.h"
 #include "shell/newproject.h"
 #include "shell/projectloader.h"
@@ -148,6 +152,62 @@ void CrenaraWindow::runExtractPeaks()
     process.setMethodToExtract(peaksPage->getMethodToExtract());
     process.setExcludeNeighbourhood(peaksPage->getExcludeNeighboorhood());
     process.setVenationType(__projectConfig.getVenationType());
+    process.setProgressBar(*progressBar);
+    process.run();
+}
+
+void CrenaraWindow::initializeHierarchy()
+{
+    if (passesGate(hierarchyPage, GatedStage::Hierarchy)) {
+        hierarchyPage->setConfigHierarchyIterativeMethod(__configHierarchyIterativeMethod);
+        hierarchyPage->setConfigHierarchyArabidoMethod(__configHierarchyArabidoMethod);
+        hierarchyPage->setConfigNoHierarchyMethod(__configNoHierarchyMethod);
+        hierarchyPage->setVenationType(__projectConfig.getVenationType());
+        connect(hierarchyPage, &HierarchyConfigEditor::processHierarchyClicked, this,
+                &CrenaraWindow::runHierarchy);
+    }
+}
+
+void CrenaraWindow::runHierarchy()
+{
+    // All three are kept, so that the page comes back with the one choice that was made.
+    __configNoHierarchyMethod = hierarchyPage->getConfigNoHierarchyMethod();
+    __configHierarchyIterativeMethod = hierarchyPage->getConfigHierarchyIterativeMethod();
+    __configHierarchyArabidoMethod = hierarchyPage->getConfigHierarchyArabidoMethod();
+    if (__configNoHierarchyMethod.isSettingsEnabled()) {
+        runNoHierrachy();
+    }
+    if (__configHierarchyIterativeMethod.isSettingsEnabled()) {
+        runHierarchyIterative();
+    }
+    if (__configHierarchyArabidoMethod.isSettingsEnabled()) {
+        runHierarchyArabidoMethod();
+    }
+}
+
+void CrenaraWindow::runNoHierrachy()
+{
+    NoHierarchyProcess process;
+    process.setStack(*stack);
+    process.setProgressBar(*progressBar);
+    process.run();
+}
+
+void CrenaraWindow::runHierarchyIterative()
+{
+    HierarchyIterativeProcess process;
+    process.setStack(*stack);
+    process.setTolerance(__configHierarchyIterativeMethod.getTolerance());
+    process.setProgressBar(*progressBar);
+    process.run();
+}
+
+void CrenaraWindow::runHierarchyArabidoMethod()
+{
+    HierarchyArabidoProcess process;
+    process.setStack(*stack);
+    process.setLimitAngle(__configHierarchyArabidoMethod.getAngleLimit());
+    process.setEnableDistalTeeth(__configHierarchyArabidoMethod.getEnabledDistalTeeth());
     process.setProgressBar(*progressBar);
     process.run();
 }
@@ -314,8 +374,6 @@ void CrenaraWindow::showAveragingFault(const std::string& text)
 
 // No stage of this version stands behind the slots below: their pages keep "&Process" closed, or
 // there is no page. They hold their places in the order of the window's slots.
-
-void CrenaraWindow::runHierarchy() {}
 
 void CrenaraWindow::runCheckStack() {}
 

@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int averagingRow = 5;
+constexpr int averagingRow = 6;
 
 /// Seven leaves with all landmarks, as a stack file and as an open stack.
 class LandmarkedLeaves

@@ -4,6 +4,7 @@
 #include "shell/extractpeaksconfigeditor.h"
 #include "shell/extractsinusconfigeditor.h"
 #include "shell/helpbrowser.h"
+#include "shell/hierarchyconfigeditor.h"
 #include "shell/kineticparametersconfigeditor.h"
 #include "shell/leafmeasuresconfigeditor.h"
 #include "shell/newprojectdialog.h"
@@ -176,6 +177,53 @@ TEST(LeafMeasuresConfigEditor, LocksThePrefixAndTakesAFolder)
     EXPECT_TRUE(process.isEnabled());
     EXPECT_EQ(page.getOutputPath(), folder.path());
     EXPECT_EQ(edits[1]->text(), folder.path());
+}
+
+TEST(HierarchyConfigEditor, AtMostOneOfTheThreeChoicesIsChecked)
+{
+    HierarchyConfigEditor page;
+    QGroupBox* const groups[] = {&group(page, "Hierarchy Recursive Method (Arabodipsis)"),
+                                 &group(page, "Hierarchy Iterative Method"),
+                                 &group(page, "No Hierarchy")};
+    const auto choices = [&] {
+        return QList<bool>({page.getConfigHierarchyArabidoMethod().isSettingsEnabled(),
+                            page.getConfigHierarchyIterativeMethod().isSettingsEnabled(),
+                            page.getConfigNoHierarchyMethod().isSettingsEnabled()});
+    };
+    EXPECT_EQ(choices(), QList<bool>({false, false, false}));
+    for (int k : {0, 1, 2, 0, 2, 1}) {
+        toggle(*groups[k]);
+        EXPECT_EQ(choices(), QList<bool>({k == 0, k == 1, k == 2}));
+    }
+    toggle(*groups[1]);
+    EXPECT_EQ(choices(), QList<bool>({false, false, false}));
+    QSignalSpy spy(&page, &HierarchyConfigEditor::processHierarchyClicked);
+    withText<QPushButton>(page, "&Process").click();
+    EXPECT_EQ(spy.count(), 1);
+}
+
+TEST(HierarchyConfigEditor, GivesBackTheParametersThatItWasGivenOrThatWereTyped)
+{
+    HierarchyConfigEditor page;
+    EXPECT_EQ(page.getConfigHierarchyArabidoMethod().getAngleLimit(), 45);
+    EXPECT_EQ(page.getConfigHierarchyIterativeMethod().getTolerance(), 0.3f);
+    HierarchyArabidoConfig recursive;
+    recursive.setAngleLimit(300);
+    recursive.setEnableDistalTeeth(true);
+    recursive.setSettingsEnabled(true);
+    page.setConfigHierarchyArabidoMethod(recursive);
+    EXPECT_EQ(page.getConfigHierarchyArabidoMethod().getAngleLimit(), 179);
+    EXPECT_TRUE(page.getConfigHierarchyArabidoMethod().getEnabledDistalTeeth());
+    QSpinBox& angle = row<QSpinBox>(page, "Limit angle (degres):");
+    angle.setValue(60);
+    angle.stepUp();
+    withText<QCheckBox>(page, "Enable distal teeth detection").click();
+    EXPECT_EQ(page.getConfigHierarchyArabidoMethod().getAngleLimit(), 62);
+    EXPECT_FALSE(page.getConfigHierarchyArabidoMethod().getEnabledDistalTeeth());
+    QDoubleSpinBox& factor = row<QDoubleSpinBox>(page, "Stringency factor :");
+    factor.setValue(0.0);
+    factor.stepUp();
+    EXPECT_EQ(page.getConfigHierarchyIterativeMethod().getTolerance(), 0.07f);
 }
 
 TEST(KineticParametersConfigEditor, GivesBackTheFourValuesOfAProject)

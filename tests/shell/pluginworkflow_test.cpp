@@ -12,8 +12,10 @@
 
 #include <QDirIterator>
 #include <QDoubleSpinBox>
+#include <QGroupBox>
 #include <QProcess>
 #include <QRadioButton>
+#include <QSpinBox>
 
 #include <cmath>
 
@@ -158,6 +160,7 @@ const QString stageWarnings[] = {
     "",
     shown("Extract Sinus", "After Extract Contour, don't forget draw the blade-petiole junctions"),
     shown("Extract Peaks", "Please run Extract Sinus before Extract Tips"),
+    shown("Hierarchy", "Please run Extract Sinus and/or Extract Tips before Hierarchy"),
     shown("Analysis", "Please run Extract Sinus before Analysis"),
     shown("Averaging", "Please run Extract Sinus before averaging"),
 };
@@ -177,8 +180,8 @@ TEST(CrenaraWindow, StartsOnThePageOfProjectsWithItsRowCurrent)
     PluginWindow window(*stack);
     EXPECT_EQ(window.rows().currentRow(), 0);
     const QStringList texts = {"Project Manager", "Extract Contour", "Extract Sinus ",
-                               "Extract Tips ",   "Analysis",        "Averaging",
-                               "Export Teeth"};
+                               "Extract Tips ",   "Hierarchy",       "Analysis",
+                               "Averaging",       "Export Teeth"};
     ASSERT_EQ(window.rows().count(), texts.size());
     for (int row = 0; row < texts.size(); ++row) {
         const QListWidgetItem& item = *window.rows().item(row);
@@ -200,11 +203,11 @@ TEST(CrenaraWindow, GatesTellWhatAStackWithoutModelsLacks)
     PluginWindow window(*stack);
     window.openRows();
     Modals modals;
-    for (int row = 2; row <= 6; ++row) {
+    for (int row = 2; row <= 7; ++row) {
         window.clickRow(row);
         EXPECT_EQ(window.rows().currentRow(), row);
-        EXPECT_EQ(modals.takeBoxes(), row < 6 ? QStringList(stageWarnings[row]) : QStringList());
-        EXPECT_EQ(window.page().isEnabled(), row == 6);
+        EXPECT_EQ(modals.takeBoxes(), row < 7 ? QStringList(stageWarnings[row]) : QStringList());
+        EXPECT_EQ(window.page().isEnabled(), row == 7);
     }
     EXPECT_TRUE(withText<QPushButton>(window.page(), "&Process").isEnabled());
 }
@@ -217,7 +220,7 @@ TEST(CrenaraWindow, GatesNameTheSliceAndOpenAgainWhenItIsMended)
     window.openRows();
     Modals modals;
     const auto boxesOn = [&](int row) {
-        window.clickRow(row == 6 ? 2 : 6); // the row is set up when it is chosen anew
+        window.clickRow(row == 7 ? 2 : 7); // the row is set up when it is chosen anew
         modals.takeBoxes();
         window.clickRow(row);
         return modals.takeBoxes();
@@ -259,11 +262,15 @@ TEST(CrenaraWindow, GatesNameTheSliceAndOpenAgainWhenItIsMended)
     EXPECT_EQ(boxesOn(3), QStringList(stageWarnings[3]));
     addModel(*stack, "Apex");
     EXPECT_EQ(boxesOn(3), QStringList(stageWarnings[3]));
-    EXPECT_EQ(boxesOn(4), QStringList());
-    EXPECT_EQ(boxesOn(5),
+    EXPECT_EQ(boxesOn(5), QStringList());
+    EXPECT_EQ(boxesOn(6),
               QStringList("Averaging: Slice leaf0 lacks contour, two junctions or apex"));
     addModel(*stack, "Primary Sinus");
     EXPECT_EQ(boxesOn(3), QStringList());
+    EXPECT_EQ(boxesOn(4), QStringList(stageWarnings[4]));
+    addModel(*stack, "Primary Peak");
+    EXPECT_EQ(boxesOn(4), QStringList());
+    EXPECT_TRUE(window.page().isEnabled());
 }
 
 TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
@@ -299,10 +306,10 @@ TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
     window.clickRow(3);
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes().size(), 1);
-    window.clickRow(4);
+    window.clickRow(5);
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes(), QStringList(": Analysis is complete"));
-    window.clickRow(6);
+    window.clickRow(7);
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes(), QStringList(": Export is complete"));
 
@@ -326,6 +333,52 @@ TEST(CrenaraWindow, RunsTheWorkflowWithTheTablesOfTheCommand)
         const std::string name = "teeth/" + tooth.toStdString();
         EXPECT_EQ(folder.read(name), folder.read("command/" + name)) << name;
     }
+}
+
+TEST(CrenaraWindow, RunsEachHierarchyLikeTheCommand)
+{
+    const LeafFolder folder;
+    folder.writeJunctionTable();
+    const QString file = folder.file("leaves.sdf");
+    crenara({"contour", file});
+    crenara({"junctions", file, folder.file("junctions.tsv")});
+    crenara({"sinus", file});
+    crenara({"tips", file});
+    const auto stack = folder.open();
+    PluginWindow window(*stack);
+    window.openRows();
+    Modals modals;
+    window.clickRow(4);
+    const auto expectSame = [&](const QString& title, const QStringList& options) {
+        for (QGroupBox* box : window.page().findChildren<QGroupBox*>()) {
+            if (box->title() == title) {
+                box->setFocus();
+                QTest::keyClick(box, Qt::Key_Space);
+                EXPECT_TRUE(box->isChecked());
+            }
+        }
+        window.clickButton("&Process");
+        EXPECT_EQ(modals.takeBoxes().size(), 1);
+        ASSERT_TRUE(stack->write(folder.file("window.sdf").toStdString()));
+        crenara(QStringList({"hierarchy", file}) + options);
+        EXPECT_EQ(folder.read("window.sdf"), folder.read("leaves.sdf"));
+        // The page comes back with the choice that was made.
+        window.clickRow(3);
+        window.clickRow(4);
+        for (QGroupBox* box : window.page().findChildren<QGroupBox*>()) {
+            EXPECT_EQ(box->isChecked() && box->isCheckable(), box->title() == title);
+        }
+    };
+
+    window.clickButton("&Process");
+    EXPECT_EQ(modals.takeBoxes(), QStringList()) << "nothing is chosen, nothing runs";
+    window.page().findChild<QSpinBox*>()->setValue(121);
+    expectSame("Hierarchy Recursive Method (Arabodipsis)",
+               {"--method", "recursive", "--limit-angle", "121"});
+    EXPECT_FALSE(leaf::vertices(*stack, "Secondary Sinus", 0).empty());
+    expectSame("Hierarchy Iterative Method", {"--method", "iterative"});
+    expectSame("No Hierarchy", {"--method", "none"});
+    EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
 }
 
 TEST(CrenaraWindow, OpensAProjectOrSaysThatItCannot)
