@@ -8,6 +8,8 @@
 class Colormap;
 template <class T>
 class Matrix;
+template <class T>
+class TriMesh;
 
 /// A curve stack with equally many vertices in each level, so that the vertices form a grid, with
 /// optional end caps and colours.
@@ -133,6 +135,11 @@ public:
 
     /// Grid point by grid point; none gives an empty mesh. Errors as `operator+=`.
     static QuadMesh mean(const std::vector<QuadMesh*>& meshes);
+
+    /// The surface as triangles, two for each cell of the grid, over copies of the vertices: grid
+    /// point (i, j) becomes vertex `i * width + j`. The flag has no effect. Raises `SizeError` in
+    /// other than three dimensions, `TypeError` for `int`.
+    TriMesh<T> toTriMesh(bool flag) const;
 
 private:
     void requireWidth(const Vertices<T>& curve, const char* where) const;

@@ -5,6 +5,7 @@
 #include "shape/quadmesh.h"
 #include "shape/shape.h"
 #include "shape/shapeset.h"
+#include "shape/trimesh.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
@@ -115,6 +116,9 @@ Shape<T>* Shape<T>::loadFile(const std::string& filename)
     case 4:
     case 5:
         shape = std::make_unique<QuadMesh<T>>(filename);
+        break;
+    case 8:
+        shape = std::make_unique<TriMesh<T>>(filename);
         break;
     case 7:
         shape = std::make_unique<VertexStack<T>>(filename);

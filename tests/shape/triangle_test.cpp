@@ -1,0 +1,220 @@
+#include "shape/edge.h"
+#include "shape/triangle.h"
+#include "support/curves.h"
+#include "support/errors.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+template <class T>
+class TriangleOf : public testing::Test
+{};
+
+using RealTypes = testing::Types<float, double, long double>;
+TYPED_TEST_SUITE(TriangleOf, RealTypes);
+
+template <class T>
+Triangle<T> randomTriangle(int space, std::mt19937& engine)
+{
+    Triangle<T> triangle(space);
+    for (int i = 0; i < 3; ++i) {
+        triangle[i] = randomVector<T>(space, engine);
+    }
+    return triangle;
+}
+
+/// How far `position` is from the triangle: the best of a plane's foot that lies inside, told by
+/// solving for it, and of the three sides.
+template <class T>
+T distanceBySides(const Triangle<T>& triangle, const Vector<T>& position)
+{
+    T best = std::numeric_limits<T>::max();
+    for (int i = 0; i < 3; ++i) {
+        Vector<T> q;
+        Edge<T>(triangle, i, (i + 1) % 3).closestPoint(position, q);
+        best = std::min(best, q.distance(position));
+    }
+    const int space = position.getSize();
+    Matrix<T> directions(space, 2);
+    directions.setColumn(0, triangle[1] - triangle[0]);
+    directions.setColumn(1, triangle[2] - triangle[0]);
+    const Vector<T> place = directions.solve(position - triangle[0]);
+    if (place.min() >= 0 && place.sum() <= 1) {
+        const Vector<T> foot =
+            triangle[0] + directions.getColumn(0) * place[0] + directions.getColumn(1) * place[1];
+        best = std::min(best, foot.distance(position));
+    }
+    return best;
+}
+
+/// Six times the signed volume of a tetrahedron.
+template <class T>
+T volumeOf(const Vector<T>& a, const Vector<T>& b, const Vector<T>& c, const Vector<T>& d)
+{
+    return (b - a).vectorProduct(c - a).scalarProduct(d - a);
+}
+
+TYPED_TEST(TriangleOf, ClosestPointIsTheNearestOfInsideAndSides)
+{
+    using T = TypeParam;
+    std::mt19937 engine(1);
+    const T tolerance = 2000 * std::numeric_limits<T>::epsilon();
+    std::vector<int> regions(7, 0);
+    for (int round = 0; round < 2000; ++round) {
+        const int space = 2 + round % 3;
+        const Triangle<T> triangle = randomTriangle<T>(space, engine);
+        const Vector<T> position = randomVector<T>(space, engine) * T(3);
+        Vector<T> q;
+        const int region = triangle.closestPoint(position, q);
+        ASSERT_TRUE(region >= 0 && region <= 6);
+        ++regions[static_cast<std::size_t>(region)];
+        ASSERT_LE(std::abs(q.distance(position) - distanceBySides(triangle, position)), tolerance);
+        // The point itself belongs to the triangle.
+        ASSERT_LE(distanceBySides(triangle, q), tolerance);
+    }
+    EXPECT_GE(*std::min_element(regions.begin(), regions.end()), 20);
+}
+
+TEST(TriangleRegions, LieAroundTheTriangle)
+{
+    Triangle<double> triangle(2);
+    triangle[0] = vectorOf<double>({0, 0});
+    triangle[1] = vectorOf<double>({4, 0});
+    triangle[2] = vectorOf<double>({0, 4});
+
+    struct Case
+    {
+        int region;
+        double x, y, qx, qy;
+    };
+
+    const Case cases[] = {{0, 1, 1, 1, 1},  {1, 4, 4, 2, 2},   {2, -1, 7, 0, 4},
+                          {3, -2, 1, 0, 1}, {4, -1, -1, 0, 0}, {5, 3, -2, 3, 0},
+                          {6, 7, -1, 4, 0}, {1, 2, 6, 0, 4},   {2, -1, 5.5, 0, 4}};
+    for (const Case& c : cases) {
+        Vector<double> q;
+        EXPECT_EQ(triangle.closestPoint(vectorOf<double>({c.x, c.y}), q), c.region);
+        EXPECT_EQ(q, vectorOf<double>({c.qx, c.qy})) << c.x << ' ' << c.y;
+    }
+    // Without an inside the sides remain, and a point in the end.
+    triangle[2] = vectorOf<double>({8, 0});
+    Vector<double> q;
+    for (double x : {-3.0, 5.0, 9.0}) {
+        triangle.closestPoint(vectorOf<double>({x, 2}), q);
+        EXPECT_EQ(q, vectorOf<double>({std::clamp(x, 0.0, 8.0), 0}));
+    }
+    triangle[1] = triangle[2] = triangle[0];
+    triangle.closestPoint(vectorOf<double>({3, 2}), q);
+    EXPECT_EQ(q, triangle[0]);
+}
+
+TYPED_TEST(TriangleOf, MeetsTheSegmentsThatItSeparates)
+{
+    using T = TypeParam;
+    std::mt19937 engine(2);
+    int meetings = 0;
+    for (int round = 0; round < 2000; ++round) {
+        const Triangle<T> triangle = randomTriangle<T>(3, engine);
+        Edge<T> edge(3);
+        edge[0] = randomVector<T>(3, engine);
+        edge[1] = randomVector<T>(3, engine);
+        // The ends lie on either side, and the line sees the corners turn one way.
+        const T side0 = volumeOf(triangle[0], triangle[1], triangle[2], edge[0]);
+        const T side1 = volumeOf(triangle[0], triangle[1], triangle[2], edge[1]);
+        T turns[3];
+        for (int i = 0; i < 3; ++i) {
+            turns[i] = volumeOf(edge[0], edge[1], triangle[i], triangle[(i + 1) % 3]);
+        }
+        const bool oneWay = (turns[0] > 0 && turns[1] > 0 && turns[2] > 0) ||
+                            (turns[0] < 0 && turns[1] < 0 && turns[2] < 0);
+        const bool expected = (side0 > 0) != (side1 > 0) && oneWay;
+        const T margin = std::min({std::abs(side0), std::abs(side1), std::abs(turns[0]),
+                                   std::abs(turns[1]), std::abs(turns[2])});
+        if (margin < T(1e-3)) {
+            continue;
+        }
+        Vector<T> q;
+        ASSERT_EQ(triangle.intersects(edge, q), expected ? 1 : 0);
+        if (expected) {
+            ++meetings;
+            const T tolerance = T(1e4) * std::numeric_limits<T>::epsilon();
+            ASSERT_LE(std::abs(volumeOf(triangle[0], triangle[1], triangle[2], q)), tolerance);
+            ASSERT_LE(distanceBySides(triangle, q), tolerance);
+        }
+    }
+    EXPECT_GE(meetings, 50);
+}
+
+TEST(TriangleBorder, CountsForPointsAndIsToldForSegments)
+{
+    // In each of the three coordinate planes.
+    for (int axis = 0; axis < 3; ++axis) {
+        const int u = axis == 0 ? 1 : 0;
+        const int v = axis == 2 ? 1 : 2;
+        const auto point = [&](double x, double y, double z) {
+            Vector<double> p(3);
+            p[u] = x;
+            p[v] = y;
+            p[axis] = z;
+            return p;
+        };
+        Triangle<double> triangle(3);
+        triangle[0] = point(0, 0, 5);
+        triangle[1] = point(4, 0, 5);
+        triangle[2] = point(0, 4, 5);
+        EXPECT_TRUE(triangle.contains(point(1, 1, 5)));
+        EXPECT_TRUE(triangle.contains(point(2, 2, 5)));
+        EXPECT_TRUE(triangle.contains(point(0, 4, 5)));
+        EXPECT_FALSE(triangle.contains(point(1, 1, 5.5)));
+        EXPECT_FALSE(triangle.contains(point(3, 2, 5)));
+        EXPECT_EQ(triangle.projectionContains(point(1, 1, 9), u, v), 1);
+        EXPECT_EQ(triangle.projectionContains(point(3, 3, 9), u, v), 0);
+        EXPECT_EQ(triangle.projectionContains(point(0, 3, 9), u, v), 2);
+        EXPECT_EQ(triangle.area(), 8);
+        EXPECT_EQ(triangle.normal(true)[axis], axis == 1 ? -1 : 1);
+
+        Edge<double> edge(3);
+        Vector<double> q;
+        const auto meeting = [&](const Vector<double>& from, const Vector<double>& to) {
+            edge[0] = from;
+            edge[1] = to;
+            return triangle.intersects(edge, q);
+        };
+        EXPECT_EQ(meeting(point(1, 1, 0), point(1, 1, 9)), 1);
+        EXPECT_EQ(q, point(1, 1, 5));
+        EXPECT_EQ(meeting(point(2, 2, 0), point(2, 2, 9)), 2);
+        EXPECT_EQ(meeting(point(1, 1, 0), point(1, 1, 4)), 0);
+        EXPECT_EQ(meeting(point(-1, 1, 5), point(9, 1, 5)), 2);
+        EXPECT_EQ(meeting(point(-1, -1, 5), point(9, -1, 5)), 0);
+        EXPECT_EQ(meeting(point(-1, 1, 6), point(9, 1, 6)), 0);
+    }
+}
+
+TEST(Triangle, FollowsTheVerticesOfTheShapeThatItViews)
+{
+    Curve<float> curve = curveOf<float>({{9, 9, 9}, {0, 0, 0}, {3, 0, 0}, {0, 2, 0}}, true);
+    const Triangle<float> triangle(curve, 1, 2, 3);
+    EXPECT_TRUE(triangle.isClosed());
+    EXPECT_EQ(triangle.area(), 3);
+    curve[2][0] = 6;
+    EXPECT_EQ(triangle.area(), 6);
+
+    Triangle<int> whole(3);
+    whole[0] = vectorOf<int>({1, 1, 1});
+    whole[1] = vectorOf<int>({3, 1, 1});
+    whole[2] = vectorOf<int>({1, 4, 1});
+    EXPECT_EQ(whole.normal(false), vectorOf<int>({0, 0, 6}));
+    EXPECT_TRUE(whole.contains(vectorOf<int>({2, 2, 1})));
+    Vector<int> q;
+    expectError<TypeError>([&] { whole.closestPoint(whole[0], q); },
+                           "int Triangle<int>::closestPoint(...) const",
+                           "Method not available for type 'int'");
+    EXPECT_THROW(Triangle<double>(2).area(), SizeError);
+}
+
+} // namespace
