@@ -7,6 +7,7 @@
 #include "image/imagewriter.h"
 #include "image/voxelmatrix.h"
 #include "shape/quadmesh.h"
+#include "shape/trimesh.h"
 #include "shell/projectfile.h"
 #include "stack/stackwriter.h"
 #include "support/stacks.h"
@@ -160,6 +161,8 @@ void writeShapes(const std::string& folder)
     writeShape(QuadMesh<float>(3, 3, 4, 4, 0, false), folder + "closed.qm");
     writeShape(Vertices<float>(2, 5, 5, 0), folder + "points.vx");
     writeShape(VertexStack<float>(3, 2, 2, 2, 0), folder + "points.vs");
+    writeShape(QuadMesh<float>(3, 2, 3, 3, 0, false).toTriMesh(false), folder + "plain.tm");
+    TriMesh<float>::cube().save(folder + "cube.tm", true);
 }
 
 void writeTables(const std::string& folder)
