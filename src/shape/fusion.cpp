@@ -1,8 +1,10 @@
 #include "shape/fusion.h"
 
+#include "image/colormap.h"
 #include "shape/polynomialwarp.h"
 #include "shape/quadmesh.h"
 #include "shape/thinplatesplinewarp3d.h"
+#include "system/exception.h"
 
 #include <algorithm>
 #include <cmath>
@@ -281,6 +283,75 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
         sum /= static_cast<T>(correspondences_.size());
     }
     return vertices > 0 ? std::sqrt(sum / vertices) : T(0);
+}
+
+namespace {
+
+template <class T>
+std::vector<QuadMesh<T>*> meshesOf(const ShapeSet<T>& set)
+{
+    std::vector<QuadMesh<T>*> meshes;
+    for (int i = 0; i < set.getSize(); ++i) {
+        if (auto* mesh = dynamic_cast<QuadMesh<T>*>(set[i])) {
+            meshes.push_back(mesh);
+        }
+    }
+    return meshes;
+}
+
+} // namespace
+
+template <class T>
+std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
+{
+    std::vector<std::vector<QuadMesh<T>*>> meshes;
+    for (const ShapeSet<T>* set : shapeSets_) {
+        meshes.push_back(meshesOf(*set));
+        if (meshes.back().size() != meshes.front().size()) {
+            raise<SizeError>("std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const",
+                             "The sets differ in their number of meshes");
+        }
+    }
+    std::vector<Matrix<T>> errors;
+    if (correspondences_.empty()) {
+        return errors;
+    }
+    for (std::size_t k = 0; k < meshes.front().size(); ++k) {
+        Matrix<T> mean;
+        for (const ShapeSetCorrespondence<T>& pair : correspondences_) {
+            const Matrix<T> squared = QuadMesh<T>::varianceMap(
+                *meshes[static_cast<std::size_t>(pair.firstShapeSet)][k],
+                {meshes[static_cast<std::size_t>(pair.secondShapeSet)][k]});
+            if (mean.getSize1() == 0) {
+                mean = squared;
+            } else {
+                mean += squared;
+            }
+        }
+        for (int i = 0; i < mean.getSize1(); ++i) {
+            for (int j = 0; j < mean.getSize2(); ++j) {
+                mean(i, j) = std::sqrt(mean(i, j) / static_cast<T>(correspondences_.size()));
+            }
+        }
+        errors.push_back(mean);
+    }
+    return errors;
+}
+
+template <class T>
+void Fusion<T>::computeColorMaps(const std::vector<Matrix<T>>& matrices)
+{
+    const Colormap colormap = Colormap::fire();
+    for (const ShapeSet<T>* set : shapeSets_) {
+        const std::vector<QuadMesh<T>*> meshes = meshesOf(*set);
+        if (meshes.size() != matrices.size()) {
+            raise<SizeError>("void Fusion<T>::computeColorMaps(const std::vector<Matrix<T>>&)",
+                             "There is not one matrix for each mesh");
+        }
+        for (std::size_t k = 0; k < meshes.size(); ++k) {
+            meshes[k]->buildVertexColors(matrices[k], colormap);
+        }
+    }
 }
 
 template class Fusion<float>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "numerics/matrix.h"
 #include "numerics/squarematrix.h"
 #include "shape/shapeset.h"
 #include "shape/shapesetcorrespondence.h"
@@ -58,6 +59,18 @@ public:
     ///
     /// Source: J. C. Gower, Generalized Procrustes analysis, Psychometrika 40, 1975.
     void amibRegistration(int rounds, bool matchFirst, bool useClosestPoints);
+
+    /// How far the sets lie apart, place by place: for each mesh of the first set a matrix, whose
+    /// rows are the levels, of the root mean squared distance of the corresponding grid points over
+    /// all pairs of sets. Empty without pairs. Raises `SizeError` where a set lacks a mesh that the
+    /// first one has, or meshes differ in dimensions.
+    std::vector<Matrix<T>> computeNormalizationError() const;
+
+    /// Colours the meshes of all sets by such matrices, one for each mesh of a set, from black for
+    /// the smallest to white for the largest value of each matrix. Raises `SizeError` for another
+    /// number of matrices than a set has meshes, or as `QuadMesh::buildVertexColors`; the meshes
+    /// before the fault are coloured then.
+    void computeColorMaps(const std::vector<Matrix<T>>& matrices);
 
     /// Warps each set onto the target: its meshes are matched to those of the target, a polynomial
     /// warp of this degree is fitted to all their vertices, and all shapes of the set are moved by

@@ -151,6 +151,32 @@ TEST(Fusion, OneSetAloneStays)
     EXPECT_EQ(leaves.fusion.getDistances().back(), 0);
 }
 
+TEST(Fusion, TheNormalizationErrorIsTheDistanceOverAllPairsPointByPoint)
+{
+    Leaves leaves(4, 1.0, 23);
+    Fusion<double>& fusion = leaves.fusion;
+    const auto mesh = [&](std::size_t i) -> QuadMesh<double>& {
+        return dynamic_cast<QuadMesh<double>&>(*leaves.sets[i][1]);
+    };
+    const std::vector<Matrix<double>> errors = fusion.computeNormalizationError();
+    ASSERT_EQ(errors.size(), 1u);
+    for (int k = 0; k < 2; ++k) {
+        for (int j = 0; j < 9; ++j) {
+            double sum = 0;
+            for (std::size_t a = 0; a < 4; ++a) {
+                for (std::size_t b = a + 1; b < 4; ++b) {
+                    sum += mesh(a)[k][j].sdistance(mesh(b)[k][j]);
+                }
+            }
+            EXPECT_NEAR(errors[0](k, j), std::sqrt(sum / 6), 1e-9);
+        }
+    }
+    fusion.computeColorMaps(errors);
+    ASSERT_TRUE(mesh(3).hasVertexColors());
+    EXPECT_THROW(fusion.computeColorMaps({}), SizeError);
+    EXPECT_TRUE(Fusion<double>().computeNormalizationError().empty());
+}
+
 TEST(ShapeSetGroup, AveragesEntryByEntry)
 {
     Curve<double> a = curveOf<double>({{0, 0}}, true);
