@@ -80,8 +80,8 @@ public:
     /// Makes `out` polynomials that are orthogonal on the points: from each polynomial of the basis
     /// its projections on those before are taken away. One that vanishes on the points stays in
     /// `out`, but the later ones pass it by; their number is told on the standard error stream.
-    /// `out` may be `basis`. `SizeError` unless all have one degree and one dimension, which is that
-    /// of all points.
+    /// `out` may be `basis`. `SizeError` unless all have one degree and one dimension, which is
+    /// that of all points.
     ///
     /// Source: Golub and Van Loan, Matrix Computations, section 5.2.8 (modified Gram-Schmidt).
     static void gramSchmidt(const std::vector<Polynomial>& basis,

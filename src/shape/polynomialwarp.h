@@ -6,8 +6,8 @@
 
 #include <vector>
 
-/// A warp whose displacements are polynomials of the coordinates, one for each coordinate, fitted by
-/// least squares. Degree 1 gives affine motions.
+/// A warp whose displacements are polynomials of the coordinates, one for each coordinate, fitted
+/// by least squares. Degree 1 gives affine motions.
 ///
 /// One warp must not be used by two threads at a time, not even to move points.
 template <class T>

@@ -24,7 +24,8 @@ public:
     void fit(const Shape<T>& source, const Shape<T>& target) override;
 
     using ShapeWarp<T>::apply;
-    /// Adds `eval` to the point. Raises `ProgramError` before the first fit, `SizeError` for a point of another dimension.
+    /// Adds `eval` to the point. Raises `ProgramError` before the first fit, `SizeError` for a
+    /// point of another dimension.
     void apply(Vector<T>& x) const override;
 
     /// The basis function of two points; symmetrical.

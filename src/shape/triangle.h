@@ -5,8 +5,8 @@
 template <class T>
 class Edge;
 
-/// A closed curve of three vertices A, B, C: a triangle of its own, or a view on three vertices of a
-/// shape, which it follows. Its normal is AB x AC.
+/// A closed curve of three vertices A, B, C: a triangle of its own, or a view on three vertices of
+/// a shape, which it follows. Its normal is AB x AC.
 ///
 /// All but the choice of vertices needs three dimensions; others raise `SizeError`.
 template <class T>

@@ -256,7 +256,7 @@ TEST(TriMesh, ContainsWhatTheTorusHoldsAndFindsItsNearestPoints)
     TriMesh<double> cube = TriMesh<double>::cube();
     EXPECT_TRUE(cube.contains(vectorOf<double>({0.5, 0.25, 1})));
     EXPECT_TRUE(cube.contains(vectorOf<double>({1, 1, 1})));
-    // The first ray from here, towards (-1.1, -1.11, -1.111), leaves through the diagonal of a face.
+    // The first ray, towards (-1.1, -1.11, -1.111), leaves through the diagonal of a face.
     EXPECT_TRUE(TriMesh<float>::cube().contains(vectorOf<float>({0.98f, 0.983f, 0.3333f})));
     EXPECT_FALSE(cube.contains(vectorOf<double>({0.5, 0.5, 1.01})));
     cube.setTriangles({});
