@@ -20,30 +20,37 @@ const QStringList methodNames = {"recursive", "iterative", "none"};
 struct HierarchyOptions
 {
     explicit HierarchyOptions(const CommandLine& line)
-        : method(static_cast<Method>(line.choice("method", methodNames)))
+        : method(methodOf(line))
         , limitAngle(line.integer("limit-angle", 1, 179))
-        , distalTeeth(line.isSet("distal-teeth"))
-        , stringency(line.number("stringency", 0.05, 1.0))
+        , distalTeeth(line.isSet("distal"))
+        , tolerance(line.number("tolerance", 0.05, 1.0))
     {}
+
+    static Method methodOf(const CommandLine& line)
+    {
+        const int method = methodNames.indexOf(QString::fromStdString(line.argument(1)));
+        if (method < 0) {
+            throw UsageFailure("'" + line.argument(1) +
+                               "' is no method; there are recursive, iterative and none");
+        }
+        return static_cast<Method>(method);
+    }
 
     static void declare(CommandLine& line)
     {
-        line.addOption("method", "How structures are sorted: recursive, iterative or none.",
-                       "METHOD");
         line.addOption("limit-angle",
                        "Limit angle in degrees of the recursive method, 1 to 179; a sinus wider "
                        "than pi times that many degrees is primary.",
                        "A", "45");
-        line.addFlag("distal-teeth",
-                     "The recursive method tells small teeth beside the leaf tip apart.");
-        line.addOption("stringency", "Stringency factor of the iterative method, 0.05 to 1.", "F",
+        line.addFlag("distal", "The recursive method tells small teeth beside the leaf tip apart.");
+        line.addOption("tolerance", "Stringency factor of the iterative method, 0.05 to 1.", "F",
                        "0.3");
     }
 
     Method method;
     int limitAngle;
     bool distalTeeth;
-    float stringency;
+    float tolerance;
 };
 
 /// While it lives, what the processes print goes to the error stream, with the other messages.
@@ -95,7 +102,7 @@ void sortStructures(StackFile& file, const HierarchyOptions& options, Report& re
         }
     } else if (options.method == Iterative) {
         HierarchyIterativeProcess process;
-        process.setTolerance(options.stringency);
+        process.setTolerance(options.tolerance);
         runProcess(process, file, report);
     } else {
         NoHierarchyProcess process;
@@ -108,12 +115,12 @@ void sortStructures(StackFile& file, const HierarchyOptions& options, Report& re
 int runHierarchy(const QStringList& arguments, Report& report)
 {
     CommandLine line(
-        "hierarchy", "STACK.sdf --method METHOD",
+        "hierarchy", "STACK.sdf none|iterative|recursive",
         "Sorts sinuses and tips into primary, secondary and distal ones, or makes all "
         "of them primary again; can be run any number of times. Needs the tips stage.");
     HierarchyOptions::declare(line);
     StackFile::declareOutput(line);
-    line.parse(arguments, 1, 1);
+    line.parse(arguments, 2, 2);
     const HierarchyOptions options(line);
     if (line.isSet("quiet")) {
         report.setQuiet();

@@ -69,16 +69,16 @@ TEST(Hierarchy, TheStackIsThatOfTheProcessesByteForByte)
     HierarchyArabidoProcess recursive;
     recursive.setLimitAngle(50);
     recursive.setEnableDistalTeeth(true);
-    expectSame({"--method", "recursive", "--limit-angle", "50", "--distal-teeth"}, recursive);
+    expectSame({"recursive", "--limit-angle", "50", "--distal"}, recursive);
     HierarchyIterativeProcess iterative;
     iterative.setTolerance(0.05f);
-    expectSame({"--method", "iterative", "--stringency", "0.05"}, iterative);
+    expectSame({"iterative", "--tolerance", "0.05"}, iterative);
     HierarchyArabidoProcess wide;
     wide.setLimitAngle(120);
-    expectSame({"--method", "recursive", "--limit-angle", "120"}, wide);
+    expectSame({"recursive", "--limit-angle", "120"}, wide);
     EXPECT_GT(points(former, "Secondary Sinus", 1), 0u);
     NoHierarchyProcess none;
-    expectSame({"--method", "none"}, none);
+    expectSame({"none"}, none);
     EXPECT_EQ(points(former, "Secondary Sinus", 1), 0u);
 }
 
@@ -86,8 +86,7 @@ TEST(Hierarchy, MeasuresUseThePrimaryStructuresAlone)
 {
     LeafFolder folder;
     const std::string stack = stackWithTips(folder, {folder.addLeaf("a", 5)});
-    ASSERT_EQ(crenara({"hierarchy", stack, "--method", "recursive", "--limit-angle", "120"}).status,
-              0);
+    ASSERT_EQ(crenara({"hierarchy", stack, "recursive", "--limit-angle", "120"}).status, 0);
     const std::size_t primary = points(stack, "Primary Peak", 0);
     EXPECT_LT(primary, 10u);
     ASSERT_EQ(crenara({"measure", stack, "--prefix", "m"}).status, 0);
@@ -99,7 +98,7 @@ TEST(Hierarchy, WhatStandsInTheWayIsToldAndTheStackStays)
 {
     LeafFolder folder;
     const std::string stack = folder.makeStack({folder.addLeaf("a"), folder.addLeaf("b")});
-    const CommandResult early = crenara({"hierarchy", stack, "--method", "none"});
+    const CommandResult early = crenara({"hierarchy", stack, "none"});
     EXPECT_EQ(early.status, 1);
     EXPECT_TRUE(early.says("Please run Extract Sinus and/or Extract Tips before Hierarchy"))
         << early.err;
@@ -115,7 +114,7 @@ TEST(Hierarchy, WhatStandsInTheWayIsToldAndTheStackStays)
     }
     const std::string before = bytesOf(stack);
     for (const char* method : {"recursive", "iterative", "none"}) {
-        const CommandResult result = crenara({"hierarchy", stack, "--method", method});
+        const CommandResult result = crenara({"hierarchy", stack, method});
         EXPECT_EQ(result.status, 1);
         EXPECT_TRUE(result.says("b:  wrong number for Sinus and Peaks pinnate")) << result.err;
         EXPECT_FALSE(result.says("crenara: a: ")) << result.err;

@@ -373,11 +373,10 @@ TEST(CrenaraWindow, RunsEachHierarchyLikeTheCommand)
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes(), QStringList()) << "nothing is chosen, nothing runs";
     window.page().findChild<QSpinBox*>()->setValue(121);
-    expectSame("Hierarchy Recursive Method (Arabodipsis)",
-               {"--method", "recursive", "--limit-angle", "121"});
+    expectSame("Hierarchy Recursive Method (Arabodipsis)", {"recursive", "--limit-angle", "121"});
     EXPECT_FALSE(leaf::vertices(*stack, "Secondary Sinus", 0).empty());
-    expectSame("Hierarchy Iterative Method", {"--method", "iterative"});
-    expectSame("No Hierarchy", {"--method", "none"});
+    expectSame("Hierarchy Iterative Method", {"iterative"});
+    expectSame("No Hierarchy", {"none"});
     EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
 }
 
