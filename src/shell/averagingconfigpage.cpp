@@ -39,7 +39,7 @@ AveragingConfigPage::AveragingConfigPage(QWidget* parent)
     , optionsEditor(new OptionsEditor)
     , pathEdit(displayLine())
 {
-    setProcessEnabled(false);
+    processButton()->setEnabled(false);
     layOut();
     connectControls();
 }
@@ -233,6 +233,6 @@ void AveragingConfigPage::dirSelection()
 void AveragingConfigPage::openProcess()
 {
     if (averagingEditor->isChecked() || averagingFile->isChecked()) {
-        setProcessEnabled(true);
+        processButton()->setEnabled(true);
     }
 }

@@ -19,7 +19,7 @@ LeafMeasuresConfigEditor::LeafMeasuresConfigEditor(QWidget* parent)
     QToolButton* prefixButton = iconButton(":/images/edit_pencil-64.png", "Change prefix name");
     QToolButton* pathButton = iconButton(":/images/inode-directory-32.png", "Change directory");
     kineticEditor->setEnabled(false);
-    setProcessEnabled(false);
+    processButton()->setEnabled(false);
 
     QHBoxLayout* prefixRow = new QHBoxLayout;
     prefixRow->addWidget(prefixEdit);
@@ -45,7 +45,7 @@ void LeafMeasuresConfigEditor::setConfig(const ProjectConfig& project)
     path = project.getProjectPath();
     pathEdit->setText(path);
     kineticEditor->setConfig(project);
-    setProcessEnabled(!path.isEmpty());
+    processButton()->setEnabled(!path.isEmpty());
 }
 
 QString LeafMeasuresConfigEditor::getPrefix() const
@@ -68,6 +68,6 @@ void LeafMeasuresConfigEditor::dirSelection()
     chooseFolder(path);
     if (!path.isEmpty()) {
         pathEdit->setText(path);
-        setProcessEnabled(true);
+        processButton()->setEnabled(true);
     }
 }

@@ -47,15 +47,3 @@ void StagePage::help()
 {
     HelpBrowser::showPage(guide);
 }
-
-void StagePage::setRunnable(bool value)
-{
-    runnable = value;
-    process->setEnabled(runnable && processEnabled);
-}
-
-void StagePage::setProcessEnabled(bool enabled)
-{
-    processEnabled = enabled;
-    process->setEnabled(runnable && processEnabled);
-}

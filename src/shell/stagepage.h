@@ -11,10 +11,6 @@ class StagePage : public QWidget
 {
     Q_OBJECT
 
-public:
-    /// A page whose stage can't run shows its controls, but keeps "&Process" closed.
-    void setRunnable(bool value);
-
 public slots:
     /// Opens the guide at the stage's anchor.
     void help();
@@ -29,13 +25,8 @@ protected:
 
     QPushButton* processButton() const { return process; }
 
-    /// Opens or closes "&Process", as far as the stage can run.
-    void setProcessEnabled(bool enabled);
-
 private:
     QString guide;
     QGroupBox* controlsBox;
     QPushButton* process;
-    bool runnable = true;
-    bool processEnabled = true;
 };
