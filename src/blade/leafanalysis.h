@@ -156,8 +156,10 @@ private:
                     int s0,
                     int s1,
                     int tip,
+                    float medianHeight,
                     float fromTheTip);
     int tipOfTooth(const Vector<int>& tips, int rank, int s0, int s1) const;
+    float medianHeight(const Vector<int>& tips, int s0, int s1) const;
     Curve<float> toothChain(int s0, int s1) const;
 
     std::string outputPath;

@@ -41,20 +41,21 @@ void LeafAnalysis::measureTeeth(int firstRow,
         tips = indexesPrimaryPeaks();
         tips.sort();
     }
-    const auto place = [&](int sinus) {
-        return computeDistanceProjectionSinusApex(sinus, junctions, apexPosition);
-    };
     int row = firstRow;
+    const auto write = [&](int position, const char* side, int s0, int s1, int tip, int distal) {
+        writeTooth(row++, leaf, position, side, s0, s1, tip, medianHeight(tips, s0, s1),
+                   computeDistanceProjectionSinusApex(distal, junctions, apexPosition));
+    };
     for (int j = upper.getSize() - 1; j >= 1; --j) {
         const int tip = tipOfTooth(tips, j - 1, upper[j - 1], upper[j]);
         const int position = upper.getSize() - j;
-        writeTooth(row++, leaf, position, "upper", upper[j - 1], upper[j], tip, place(upper[j]));
+        write(position, "upper", upper[j - 1], upper[j], tip, upper[j]);
     }
     if (venation == PALMATE) {
         // A half without a sinus gives its end of the contour in the middle of the petiole.
         const int s0 = upper.getSize() != 0 ? upper[upper.getSize() - 1] : 0;
         const int s1 = lower.getSize() != 0 ? lower[0] : end;
-        writeTooth(row++, leaf, 0, "", s0, s1, apexPosition, place(s0));
+        write(0, "", s0, s1, apexPosition, s0);
     }
     if (lower.getSize() >= 2) {
         // A terminal tip behind the apex vertex is no tip of a lower tooth: it would give every
@@ -62,7 +63,7 @@ void LeafAnalysis::measureTeeth(int firstRow,
         const Vector<int> lowerTips = entriesBetween(tips, lower[0], lower[lower.getSize() - 1]);
         for (int j = 0; j < lower.getSize() - 1; ++j) {
             const int tip = tipOfTooth(lowerTips, j, lower[j], lower[j + 1]);
-            writeTooth(row++, leaf, j + 1, "lower", lower[j], lower[j + 1], tip, place(lower[j]));
+            write(j + 1, "lower", lower[j], lower[j + 1], tip, lower[j]);
         }
     }
 }
@@ -86,6 +87,7 @@ void LeafAnalysis::writeTooth(int row,
                               int s0,
                               int s1,
                               int tip,
+                              float medianHeight,
                               float fromTheTip)
 {
     const float w = leaf.calibration;
@@ -119,7 +121,7 @@ void LeafAnalysis::writeTooth(int row,
     }
     peakTable.setValue<float>("Tooth_Width", row, width);
     peakTable.setValue<float>("Tooth_Height (altitude)", row, height);
-    peakTable.setValue<float>("Tooth_Height (median)", row, computeHeightMedianTooth(s0, s1) * w);
+    peakTable.setValue<float>("Tooth_Height (median)", row, medianHeight * w);
     peakTable.setValue<float>("Tooth_Height/Tooth_Width", row, std::fabs(height / width));
     peakTable.setValue<float>("Tooth_Area", row, std::fabs(computeAireTooth(polygon)) * w * w);
     peakTable.setValue<float>("Tooth_Skewness", row, comptuteSkewness(chain));
@@ -173,10 +175,12 @@ float LeafAnalysis::computeHeightMedianTooth(int s0, int s1) const
 
 float LeafAnalysis::distanceHeightMedianTooth(int s0, int s1) const
 {
-    if (!primaryPeak) {
-        return 0.0f;
-    }
-    const Vector<int> tips = indexesPrimaryPeaks();
+    return primaryPeak ? medianHeight(indexesPrimaryPeaks(), s0, s1) : 0.0f;
+}
+
+/// From the places of all tips, which take the longest to find.
+float LeafAnalysis::medianHeight(const Vector<int>& tips, int s0, int s1) const
+{
     int tip = noTip;
     for (int k = 0; k < tips.getSize(); ++k) {
         if (tips[k] > s0 && tips[k] < s1) {
