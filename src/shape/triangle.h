@@ -49,8 +49,8 @@ public:
     int intersects(const Edge<T>& edge, Vector<T>& q, const Vector<T>& normal) const;
     int intersects(const Edge<T>& edge, Vector<T>& q) const;
 
-    using Curve<T>::closestPoint;
-    /// The nearest point of the triangle, in any dimension. Returns the region in which `position`
+    /// The nearest point of the triangle, in any dimension; that of the border is the curve's, which
+    /// this hides, since two arguments fit both. Returns the region in which `position`
     /// is seen: 0 inside; 1, 3, 5 beyond BC, CA, AB; 2, 4, 6 beyond C, A, B. `TypeError` for `int`.
     ///
     /// Source: D. Eberly, Distance Between Point and Triangle in 3D, 1999.
