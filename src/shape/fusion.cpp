@@ -1,6 +1,7 @@
 #include "shape/fusion.h"
 
 #include "image/colormap.h"
+#include "shape/fusionmean.h"
 #include "shape/polynomialwarp.h"
 #include "shape/quadmesh.h"
 #include "shape/thinplatesplinewarp3d.h"
@@ -52,6 +53,28 @@ void moveShapes(const ShapeSet<T>& set,
     }
 }
 
+template <class T>
+std::vector<QuadMesh<T>*> meshesOf(const ShapeSet<T>& set)
+{
+    std::vector<QuadMesh<T>*> meshes;
+    for (int i = 0; i < set.getSize(); ++i) {
+        if (auto* mesh = dynamic_cast<QuadMesh<T>*>(set[i])) {
+            meshes.push_back(mesh);
+        }
+    }
+    return meshes;
+}
+
+/// For each grid point the squared distances of all pairs of meshes, added up. Of `k` places they
+/// are `k` times the squared distances from the mean, so that no pair has to be visited.
+template <class T>
+Matrix<T> pairDistances(const std::vector<QuadMesh<T>*>& meshes)
+{
+    Matrix<T> distances = QuadMesh<T>::varianceMap(QuadMesh<T>::mean(meshes), meshes);
+    distances *= static_cast<T>(meshes.size()) * static_cast<T>(meshes.size());
+    return distances;
+}
+
 /// The levels of all meshes of a set, on their servers.
 template <class T>
 VertexStack<T> meshLevels(const ShapeSet<T>& set)
@@ -77,7 +100,6 @@ template <class T>
 void Fusion<T>::addShapeSet(ShapeSet<T>* set)
 {
     shapeSets_.push_back(set);
-    rebuildCorrespondences();
     SquareMatrix<T> identity;
     identity.setIdentity(4);
     transformMatrices_.push_back(identity);
@@ -99,21 +121,29 @@ void Fusion<T>::removeShapeSet(const ShapeSet<T>* set)
     transformMatrices_.erase(transformMatrices_.begin() + place);
     referenceShapeSets_.erase(referenceShapeSets_.begin() + place);
     offsets_.erase(offsets_.begin() + place);
-    rebuildCorrespondences();
 }
 
 template <class T>
-void Fusion<T>::rebuildCorrespondences()
+std::size_t Fusion<T>::pairCount() const
 {
-    correspondences_.clear();
-    for (std::size_t i = 0; i < shapeSets_.size(); ++i) {
-        for (std::size_t j = i + 1; j < shapeSets_.size(); ++j) {
-            ShapeSetCorrespondence<T> pair;
-            pair.firstShapeSet = static_cast<unsigned int>(i);
-            pair.secondShapeSet = static_cast<unsigned int>(j);
-            correspondences_.push_back(pair);
+    return shapeSets_.empty() ? 0 : shapeSets_.size() * (shapeSets_.size() - 1) / 2;
+}
+
+template <class T>
+const std::vector<ShapeSetCorrespondence<T>>& Fusion<T>::getCorrespondences() const
+{
+    if (correspondences_.size() != pairCount()) {
+        correspondences_.clear();
+        for (std::size_t i = 0; i < shapeSets_.size(); ++i) {
+            for (std::size_t j = i + 1; j < shapeSets_.size(); ++j) {
+                ShapeSetCorrespondence<T> pair;
+                pair.firstShapeSet = static_cast<unsigned int>(i);
+                pair.secondShapeSet = static_cast<unsigned int>(j);
+                correspondences_.push_back(pair);
+            }
         }
     }
+    return correspondences_;
 }
 
 template <class T>
@@ -143,12 +173,16 @@ void Fusion<T>::amibRegistration(int rounds, bool matchFirst, bool useClosestPoi
         combineOffsets(i, set.matchSurfaces(referenceShapeSets_.front()));
     }
     for (int round = 0; round < rounds; ++round) {
+        FusionMean<T> others(referenceShapeSets_);
         for (int i = 0; i < getSize(); ++i) {
             if (isCanceled()) {
                 notifyCanceled("");
                 return;
             }
-            registerOntoOthers(i, useClosestPoints);
+            const ShapeSet<T>& references = referenceShapeSets_[static_cast<std::size_t>(i)];
+            others.take(references);
+            registerOnto(others, i, useClosestPoints);
+            others.add(references);
         }
         computeGlobalRegistrationError(false);
         notifyProgressed(round + 1, rounds);
@@ -156,21 +190,15 @@ void Fusion<T>::amibRegistration(int rounds, bool matchFirst, bool useClosestPoi
 }
 
 template <class T>
-void Fusion<T>::registerOntoOthers(int i, bool useClosestPoints)
+void Fusion<T>::registerOnto(const FusionMean<T>& others, int i, bool useClosestPoints)
 {
     const auto place = static_cast<std::size_t>(i);
-    std::vector<ShapeSet<T>*> others;
-    for (std::size_t j = 0; j < referenceShapeSets_.size(); ++j) {
-        if (j != place) {
-            others.push_back(&referenceShapeSets_[j]);
-        }
-    }
+    ShapeSet<T>& references = referenceShapeSets_[place];
     OwnedSets<T> owned;
-    const ShapeSet<T>& mean = *owned.add(new ShapeSet<T>(ShapeSet<T>::computeMean(others)));
+    const ShapeSet<T>& mean = *owned.add(new ShapeSet<T>(others.meanLike(references)));
     if (mean.numVertices() == 0) {
         return;
     }
-    ShapeSet<T>& references = referenceShapeSets_[place];
     combineOffsets(i, references.matchSurfaces(mean));
     Vector<T> translation;
     SquareMatrix<T> rotation;
@@ -257,7 +285,7 @@ T Fusion<T>::computeGlobalRegistrationError(bool match)
 template <class T>
 T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
 {
-    if (correspondences_.empty()) {
+    if (pairCount() == 0) {
         return 0;
     }
     T sum = 0;
@@ -268,38 +296,20 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
             continue;
         }
         vertices += static_cast<T>(first->getSize());
-        for (const ShapeSetCorrespondence<T>& pair : correspondences_) {
-            const ShapeSet<T>& a = *sets[pair.firstShapeSet];
-            const ShapeSet<T>& b = *sets[pair.secondShapeSet];
-            auto* mesh = i < a.getSize() ? dynamic_cast<QuadMesh<T>*>(a[i]) : nullptr;
-            auto* other = i < b.getSize() ? dynamic_cast<QuadMesh<T>*>(b[i]) : nullptr;
-            if (mesh != nullptr && other != nullptr) {
-                const Matrix<T> distances = QuadMesh<T>::varianceMap(*mesh, {other});
-                sum += distances.sum(true).sum();
+        std::vector<QuadMesh<T>*> meshes;
+        for (const ShapeSet<T>* set : sets) {
+            auto* mesh = i < set->getSize() ? dynamic_cast<QuadMesh<T>*>((*set)[i]) : nullptr;
+            if (mesh != nullptr) {
+                meshes.push_back(mesh);
             }
         }
+        sum += pairDistances(meshes).sum(true).sum();
         // With several meshes the sum so far is divided again at each: the error weighs the first
         // meshes less.
-        sum /= static_cast<T>(correspondences_.size());
+        sum /= static_cast<T>(pairCount());
     }
     return vertices > 0 ? std::sqrt(sum / vertices) : T(0);
 }
-
-namespace {
-
-template <class T>
-std::vector<QuadMesh<T>*> meshesOf(const ShapeSet<T>& set)
-{
-    std::vector<QuadMesh<T>*> meshes;
-    for (int i = 0; i < set.getSize(); ++i) {
-        if (auto* mesh = dynamic_cast<QuadMesh<T>*>(set[i])) {
-            meshes.push_back(mesh);
-        }
-    }
-    return meshes;
-}
-
-} // namespace
 
 template <class T>
 std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
@@ -313,27 +323,18 @@ std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
         }
     }
     std::vector<Matrix<T>> errors;
-    if (correspondences_.empty()) {
-        return errors;
-    }
-    for (std::size_t k = 0; k < meshes.front().size(); ++k) {
-        Matrix<T> mean;
-        for (const ShapeSetCorrespondence<T>& pair : correspondences_) {
-            const Matrix<T> squared = QuadMesh<T>::varianceMap(
-                *meshes[static_cast<std::size_t>(pair.firstShapeSet)][k],
-                {meshes[static_cast<std::size_t>(pair.secondShapeSet)][k]});
-            if (mean.getSize1() == 0) {
-                mean = squared;
-            } else {
-                mean += squared;
+    for (std::size_t k = 0; pairCount() > 0 && k < meshes.front().size(); ++k) {
+        std::vector<QuadMesh<T>*> atPlace;
+        for (const std::vector<QuadMesh<T>*>& ofSet : meshes) {
+            atPlace.push_back(ofSet[k]);
+        }
+        Matrix<T> error = pairDistances(atPlace);
+        for (int i = 0; i < error.getSize1(); ++i) {
+            for (int j = 0; j < error.getSize2(); ++j) {
+                error(i, j) = std::sqrt(error(i, j) / static_cast<T>(pairCount()));
             }
         }
-        for (int i = 0; i < mean.getSize1(); ++i) {
-            for (int j = 0; j < mean.getSize2(); ++j) {
-                mean(i, j) = std::sqrt(mean(i, j) / static_cast<T>(correspondences_.size()));
-            }
-        }
-        errors.push_back(mean);
+        errors.push_back(error);
     }
     return errors;
 }

@@ -9,6 +9,8 @@
 #include <vector>
 
 template <class T>
+class FusionMean;
+template <class T>
 class ShapeWarp;
 
 /// Registers several shape sets onto each other by least squares. The sets are moved in place; they
@@ -31,10 +33,7 @@ public:
     const std::vector<ShapeSet<T>*>& getShapeSets() const { return shapeSets_; }
 
     /// One for each pair of sets, in the order (0, 1), (0, 2), ... (1, 2), ...
-    const std::vector<ShapeSetCorrespondence<T>>& getCorrespondences() const
-    {
-        return correspondences_;
-    }
+    const std::vector<ShapeSetCorrespondence<T>>& getCorrespondences() const;
 
     /// The registration errors computed so far.
     const std::vector<T>& getDistances() const { return distances_; }
@@ -53,8 +52,9 @@ public:
     /// Generalized Procrustes alignment: in each round each set is registered onto the mean of the
     /// reference meshes of all others, as they then stand, by grid point or by nearest vertex. With
     /// `matchFirst` the closed reference meshes of the other sets are matched to those of the first
-    /// set before. Reference shapes must be meshes, equally many in each set; a set without others
-    /// stays. Each round adds to `getDistances` and reports progress; cancellation is tested before
+    /// set before. Reference shapes must be meshes, equally many in each set, of equal dimensions
+    /// (`SizeError`) and not shared between sets; a set without others stays. A round costs as much
+    /// as the sets have vertices; the mean is summed in a wider type than the vertices. Each round adds to `getDistances` and reports progress; cancellation is tested before
     /// each set, leaves the sets as far as they have come, and is reported.
     ///
     /// Source: J. C. Gower, Generalized Procrustes analysis, Psychometrika 40, 1975.
@@ -98,8 +98,8 @@ public:
     T computeGlobalRegistrationError(bool match);
 
 private:
-    void rebuildCorrespondences();
-    void registerOntoOthers(int i, bool useClosestPoints);
+    std::size_t pairCount() const;
+    void registerOnto(const FusionMean<T>& others, int i, bool useClosestPoints);
     void warpOnto(const ShapeSet<T>& target, ShapeWarp<T>& warp);
     T registrationError(const std::vector<ShapeSet<T>*>& sets) const;
 
@@ -107,7 +107,8 @@ private:
     std::vector<ShapeSet<T>> referenceShapeSets_;
     std::vector<Vector<int>> offsets_;
     std::vector<SquareMatrix<T>> transformMatrices_;
-    std::vector<ShapeSetCorrespondence<T>> correspondences_;
+    // Made when they are asked for: they are as many as the square of the sets.
+    mutable std::vector<ShapeSetCorrespondence<T>> correspondences_;
     std::vector<T> distances_;
 };
 

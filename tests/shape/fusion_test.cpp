@@ -116,6 +116,43 @@ TEST(Fusion, BringsMovedCopiesOntoEachOther)
     }
 }
 
+TEST(Fusion, EachSetIsRegisteredOntoTheMeanOfAllOthersAsTheyStand)
+{
+    Leaves leaves(6, 1, 21);
+    Leaves plain(6, 1, 21);
+    leaves.fusion.amibRegistration(4, false, false);
+    for (int step = 0; step < 4 * 6; ++step) {
+        std::vector<ShapeSet<double>> references;
+        std::vector<ShapeSet<double>*> others;
+        for (const ShapeSet<double>& set : plain.sets) {
+            references.push_back(set.referenceShapeSet());
+        }
+        for (std::size_t j = 0; j < 6; ++j) {
+            if (j != std::size_t(step % 6)) {
+                others.push_back(&references[j]);
+            }
+        }
+        ShapeSet<double> mean = ShapeSet<double>::computeMean(others);
+        Vector<double> translation;
+        SquareMatrix<double> rotation;
+        references[std::size_t(step % 6)].computeLSRegistration(mean, translation, rotation);
+        mean.clear();
+        for (int shape = 0; shape < 2; ++shape) {
+            plain.sets[std::size_t(step % 6)][shape]->multiply(rotation);
+            plain.sets[std::size_t(step % 6)][shape]->translate(translation);
+        }
+    }
+    for (std::size_t i = 0; i < 6; ++i) {
+        EXPECT_LT(leaves.sets[i][1]->rmsDistance(*plain.sets[i][1]), 1e-9) << i;
+    }
+
+    QuadMesh<double> narrow(2, 2, 5, 0, 0, true);
+    ShapeSet<double> other;
+    other.addShape(&narrow, true);
+    leaves.fusion.addShapeSet(&other);
+    EXPECT_THROW(leaves.fusion.amibRegistration(1, false, false), SizeError);
+}
+
 TEST(Fusion, ErrorsFallRoundByRoundUntilCanceled)
 {
     Leaves leaves(4, 1, 8);
