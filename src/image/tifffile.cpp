@@ -7,22 +7,50 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
+#include <mutex>
 
-TiffMessages* TiffMessages::innermost_ = nullptr;
+namespace {
+
+/// libtiff's own handlers while guards stand in for them.
+struct ReplacedHandlers
+{
+    std::mutex mutex;
+    int guards = 0;
+    TIFFErrorHandler error = nullptr;
+    TIFFErrorHandler warning = nullptr;
+};
+
+ReplacedHandlers& replacedHandlers()
+{
+    static ReplacedHandlers handlers;
+    return handlers;
+}
+
+} // namespace
+
+thread_local TiffMessages* TiffMessages::innermost_ = nullptr;
 
 TiffMessages::TiffMessages()
     : outer_(innermost_)
-    , outerErrorHandler_(TIFFSetErrorHandler(takeError))
-    , outerWarningHandler_(TIFFSetWarningHandler(nullptr))
 {
+    ReplacedHandlers& replaced = replacedHandlers();
+    const std::lock_guard<std::mutex> lock(replaced.mutex);
+    if (replaced.guards++ == 0) {
+        replaced.error = TIFFSetErrorHandler(takeError);
+        replaced.warning = TIFFSetWarningHandler(nullptr);
+    }
     innermost_ = this;
 }
 
 TiffMessages::~TiffMessages()
 {
-    TIFFSetWarningHandler(outerWarningHandler_);
-    TIFFSetErrorHandler(outerErrorHandler_);
     innermost_ = outer_;
+    ReplacedHandlers& replaced = replacedHandlers();
+    const std::lock_guard<std::mutex> lock(replaced.mutex);
+    if (--replaced.guards == 0) {
+        TIFFSetWarningHandler(replaced.warning);
+        TIFFSetErrorHandler(replaced.error);
+    }
 }
 
 std::string TiffMessages::firstError()

@@ -8,8 +8,9 @@
 class ImageHeader;
 
 /// Catches what libtiff has to say for as long as it lives: warnings are dropped, the first error
-/// is kept, nothing is printed. libtiff's process-wide handlers come back at the end; guards may be
-/// nested, and the innermost listens.
+/// is kept, nothing is printed. Guards may be nested, and the innermost one of the thread listens.
+/// Several threads may hold guards at once: libtiff's process-wide handlers come back when the last
+/// one of all threads has gone.
 class TiffMessages
 {
 public:
@@ -27,10 +28,8 @@ public:
 private:
     static void takeError(const char* module, const char* format, va_list arguments);
 
-    static TiffMessages* innermost_;
+    static thread_local TiffMessages* innermost_;
     TiffMessages* outer_;
-    TIFFErrorHandler outerErrorHandler_;
-    TIFFErrorHandler outerWarningHandler_;
     std::string firstError_;
 };
 

@@ -18,6 +18,7 @@
 #include <cstring>
 #include <random>
 #include <set>
+#include <thread>
 
 namespace {
 
@@ -570,4 +571,42 @@ TEST(TiffMessages, HandlersOfTheProcessComeBack)
     }
     EXPECT_EQ(calls, 0);
     EXPECT_EQ(TIFFSetErrorHandler(before), mine);
+}
+
+TEST(TiffMessages, ThreadsThatReadAtOnceHearTheirOwnErrorsOnly)
+{
+    const TemporaryFolder folder;
+    const Image0 image = sample(40, 30, 8, PixelCalibration());
+    ImageWriter().write(image, folder.file("whole.tif"), false);
+    folder.write("cut.tif", folder.read("whole.tif").substr(0, 600));
+    std::string expected;
+    const auto errorOf = [&](const char* name) {
+        try {
+            Image0 read;
+            ImageReader().read(read, folder.file(name));
+            return std::string();
+        } catch (const FileError& error) {
+            return error.getWhat();
+        }
+    };
+    expected = errorOf("cut.tif");
+    ASSERT_FALSE(expected.empty());
+    const TIFFErrorHandler before = TIFFSetErrorHandler(nullptr);
+    int wrong[4] = {};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < 200; ++i) {
+                const bool cut = (i + t) % 2 == 0;
+                wrong[t] += errorOf(cut ? "cut.tif" : "whole.tif") != (cut ? expected : "");
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const int count : wrong) {
+        EXPECT_EQ(count, 0);
+    }
+    EXPECT_EQ(TIFFSetErrorHandler(before), nullptr) << "the last guard brought the handler back";
 }
