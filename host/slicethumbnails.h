@@ -1,0 +1,54 @@
+#pragma once
+
+#include "interface/lmxeventclient.h"
+
+#include <QObject>
+#include <QPixmap>
+#include <QSet>
+#include <QString>
+#include <QThreadPool>
+
+#include <map>
+
+class LMXStack;
+class StackSlice;
+
+/// Small pictures of slices, made outside the GUI thread when they are asked for, and kept in the
+/// stack's cache of pixmaps, which holds the last hundred.
+class SliceThumbnails : public QObject, public LMXEventClient
+{
+    Q_OBJECT
+
+public:
+    explicit SliceThumbnails(QObject* parent = nullptr);
+
+    /// Waits for the picture that is being made.
+    ~SliceThumbnails() override;
+
+    /// The longer side of a picture, in pixels of the screen. Pictures of another size are made anew.
+    void setSide(int pixels);
+
+    /// The picture of a slice of a stack. Without one yet it is null, is made, and `made` tells.
+    QPixmap find(LMXStack& stack, const StackSlice& slice);
+
+    /// Why there is no picture of the slice; empty if there is one, or may still come.
+    QString fault(const StackSlice& slice) const;
+
+    void stackCloseEvent(LMXStackCloseEvent& event) override;
+
+signals:
+    /// There is a picture of this slice now, or a fault.
+    void made(const StackSlice* slice);
+
+private:
+    void request(const StackSlice& slice);
+    void store(int generation, const StackSlice* slice, const QImage& image, const QString& fault);
+    void forget();
+
+    QThreadPool pool_;
+    LMXStack* stack_ = nullptr;
+    int side_ = 96;
+    int generation_ = 0; // of the requests; those of a closed stack are stale
+    QSet<const StackSlice*> pending_;
+    std::map<const StackSlice*, QString> faults_;
+};
