@@ -221,6 +221,45 @@ std::vector<Model*> Stack::listGeometryModels(MPrimitive geometry) const
     return found;
 }
 
+void Stack::addStandardImage(StandardImage* image)
+{
+    standardImages.push_back(image);
+    image->setStack(*this);
+}
+
+int Stack::getNumCalibration() const
+{
+    return static_cast<int>(calibrationCurves().size());
+}
+
+CalibrationCurve* Stack::getCalibration(int i) const
+{
+    const std::vector<CalibrationCurve*> curves = calibrationCurves();
+    const auto k = static_cast<std::size_t>(i);
+    return k < curves.size() ? curves[k] : nullptr;
+}
+
+CalibrationCurve* Stack::getCalibration(const std::string& curveName) const
+{
+    for (CalibrationCurve* curve : calibrationCurves()) {
+        if (curve->getName() == curveName) {
+            return curve;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<CalibrationCurve*> Stack::calibrationCurves() const
+{
+    std::vector<CalibrationCurve*> curves;
+    for (const StandardImage* image : standardImages) {
+        if (CalibrationCurve* curve = image->getCalibrationCurve()) {
+            curves.push_back(curve);
+        }
+    }
+    return curves;
+}
+
 void Stack::clear()
 {
     destroyAll(slices);

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class CalibrationCurve;
 class Model;
 class ModelItem;
 class StackSlice;
@@ -168,8 +169,17 @@ public:
         return *standardImages[static_cast<std::size_t>(i)];
     }
 
-    /// Appends an image from `new`.
-    void addStandardImage(StandardImage* image) { standardImages.push_back(image); }
+    /// Appends an image from `new` and tells it its stack.
+    void addStandardImage(StandardImage* image);
+
+    /// Number of calibration curves that the standard images have.
+    int getNumCalibration() const;
+
+    /// Curve `i` in the order of their images; null if there are fewer.
+    CalibrationCurve* getCalibration(int i) const;
+
+    /// The first curve of this name; null if there is none.
+    CalibrationCurve* getCalibration(const std::string& curveName) const;
 
     /// Destroys slices, models and standard images and forgets the two last slices; name,
     /// defaults and poses stay.
@@ -205,6 +215,7 @@ public:
     void writeModelMasks(VoxelMatrix<int>& mask) const;
 
 private:
+    std::vector<CalibrationCurve*> calibrationCurves() const;
     VoxelCalibration voxelCalibration() const;
     void keepPositionBehind(int i);
 

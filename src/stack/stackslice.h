@@ -6,6 +6,7 @@
 
 #include <string>
 
+class CalibrationCurve;
 class Stack;
 
 /// One image of a stack, with the items drawn on it and its place among the other slices.
@@ -60,6 +61,14 @@ public:
 
     /// Position along the stack, in time linear in the number of slices.
     float getAbsolutePosition() const;
+
+    /// A slice has no calibration curve of its own: always null, and nothing happens in the two
+    /// operations below.
+    CalibrationCurve* getCalibrationCurve() const { return nullptr; }
+
+    void setCalibrationCurve(CalibrationCurve&) {}
+
+    void removeCalibrationCurve() {}
 
     /// Writes a summary to the standard output, for debugging.
     void print(const std::string& indent = "") const;

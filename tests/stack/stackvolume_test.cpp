@@ -6,7 +6,6 @@
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stack.h"
-#include "stack/stackreconstruction.h"
 #include "stack/stackslice.h"
 #include "stack/stacktovolume.h"
 #include "support/temporaryfolder.h"
@@ -15,7 +14,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <complex>
 #include <limits>
 #include <map>
 #include <random>
@@ -259,44 +257,4 @@ TEST_F(StackVolume, MasksHoldTheNumberOfTheLastModelOnEachPixel)
     ModelItem stray;
     stray.setSlice(elsewhere);
     EXPECT_THROW(stack.writeModelItemMask(mask, stray, 1), ProgramError);
-}
-
-TEST_F(StackVolume, ReconstructionAccumulatesTurnsAndShifts)
-{
-    std::mt19937 random(21);
-    const auto draw = [&random](int bound) {
-        return static_cast<int>(random() % static_cast<unsigned>(bound));
-    };
-    stack.setDefaultSliceSpacing(2.0f);
-    for (int i = 0; i < 6; ++i) {
-        StackSlice& slice = add(picture(10 + i, 7 + 2 * i, 1, i));
-        PixelCalibration calibration;
-        calibration.setPixelWidth(1.5f);
-        calibration.setPixelHeight(0.5f);
-        slice.setPixelCalibration(calibration);
-        slice.setRegistration({draw(9) - 4, draw(9) - 4, static_cast<float>(draw(360))});
-    }
-    StackReconstruction<double> reconstruction;
-    EXPECT_THROW(reconstruction.computeMaps(), UsageError);
-    reconstruction.setStack(stack);
-    // Points of the plane as complex numbers, y upward: a turn is a product.
-    std::complex<double> turn = 1.0;
-    std::complex<double> shift = 0.0;
-    for (int i = 0; i < 6; ++i) {
-        const Registration r = stack.getSlice(i).getRegistration();
-        shift += turn * std::complex<double>(1.5 * r.horShift, -0.5 * r.verShift);
-        turn *= std::polar(1.0, -r.rotationAngle * 3.14159265358979323846 / 180.0);
-        const double x = draw(20);
-        const double y = draw(20);
-        const std::complex<double> fromCentre(1.5 * (x - (10 + i) / 2.0),
-                                              -0.5 * (y - (7 + 2 * i) / 2.0));
-        const std::complex<double> expected = turn * fromCentre + shift;
-        const Vector<double>& map = reconstruction.getMaps()[i];
-        EXPECT_NEAR(map[0] * x + map[1] * y + map[2], expected.real(), 1e-11);
-        EXPECT_NEAR(map[3] * x + map[4] * y + map[5], expected.imag(), 1e-11);
-        EXPECT_EQ(reconstruction.getZMap()[i], 2.0 * i);
-    }
-    stack.setInvertedZAxis(true);
-    reconstruction.computeMaps();
-    EXPECT_EQ(reconstruction.getZMap()[3], -6.0);
 }
