@@ -60,6 +60,9 @@ void ExportShapes::run()
 
 std::string ExportShapes::process(int slice)
 {
+    if (static_cast<int>(fileNames.size()) != stack->getNumSlices()) {
+        nameFiles();
+    }
     getModels(slice);
     if (!primarySinus || primarySinus->getSize() == 0) {
         return "";
@@ -88,7 +91,7 @@ void ExportShapes::exportHalf(int slice, const Vector<int>& sinuses, Half half)
 {
     const StackSlice& picture = stack->getSlice(slice);
     const float pixelWidth = picture.getPixelCalibration().getPixelWidth();
-    const std::string name = fileName(slice);
+    const std::string& name = fileNames[static_cast<std::size_t>(slice)];
     const int teeth = sinuses.getSize() - 1;
     for (int rank = 1; rank <= teeth; ++rank) {
         const int first = half == Half::Upper ? teeth - rank : rank - 1;
@@ -115,19 +118,20 @@ Curve<float> ExportShapes::toothBetween(int s0, int s1) const
     return tooth;
 }
 
-std::string ExportShapes::fileName(int slice) const
+/// The names of the slices as names of files.
+void ExportShapes::nameFiles()
 {
     std::set<std::string> taken;
-    std::string name;
-    for (int i = 0; i <= slice; ++i) {
+    fileNames.clear();
+    for (int i = 0; i < stack->getNumSlices(); ++i) {
         std::string base = stack->getSlice(i).getName();
         std::replace(base.begin(), base.end(), '/', '_');
-        name = base;
+        std::string name = base;
         for (int number = 2; !taken.insert(name).second; ++number) {
             name = base + "-" + StringTools::toString(number);
         }
+        fileNames.push_back(name);
     }
-    return name;
 }
 
 std::string ExportShapes::rankDirectory(const std::string& subdirectory, int rank) const

@@ -80,11 +80,12 @@ private:
 
     void exportHalf(int slice, const Vector<int>& sinuses, Half half);
     Curve<float> toothBetween(int s0, int s1) const;
-    std::string fileName(int slice) const;
+    void nameFiles();
     std::string rankDirectory(const std::string& subdirectory, int rank) const;
 
     std::string outputPath;
     std::string teethPath;
+    std::vector<std::string> fileNames;
     std::vector<std::string> leftOut;
     int numTeeth = 0;
 };
