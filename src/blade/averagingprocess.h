@@ -19,11 +19,11 @@ class PixelCalibration;
 /// count in the reference positions of the resampling. Outlines are resampled to equally many points
 /// between corresponding landmarks (see `BladeResampling`), so that those of equal index correspond.
 ///
-/// Made for one run, on the GUI thread. The stack stays as it is. A run raises `ValueError` for a
-/// slice without contour, two junctions and an apex, for a begin that is not below the end, for a
-/// number of averages below 1, for a name of the stack that can't stand in the names of files, and
-/// where no average could be computed; `FileWriteError` for what can't be written. All but the last
-/// come before anything is written.
+/// Made for one run, on the GUI thread. The stack stays as it is. A run raises `UsageError` for a
+/// stack without slices and for a slice without contour, two junctions and an apex between them;
+/// `ValueError` for a begin that is not below the end, for a number of averages below 1, for a name
+/// of the stack that can't stand in the names of files, and where no average could be computed;
+/// `FileWriteError` for what can't be written. All but the last come before anything is written.
 class AveragingProcess : public ModelsManager
 {
 public:
@@ -103,7 +103,7 @@ public:
     // Measures
 
     /// Fills a matrix of two rows and a column a slice: blade lengths in the stack's unit, and ages
-    /// in hours with the kinetic flag, else 0. Raises `ValueError` for a slice that lacks landmarks.
+    /// in hours with the kinetic flag, else 0. Raises `UsageError` for a slice that lacks landmarks.
     void initializationMeasure(Matrix<float>& measures);
 
     /// Smallest and largest finite key of the measurement; false if there is none.
