@@ -36,24 +36,17 @@ void removeAt(ModelItem& item, const std::vector<int>& places, int index, int re
 
 void HierarchyArabidoProcess::run()
 {
-    resetProgress();
     dropped_.clear();
-    if (leavesAreGood()) {
-        createModelsForHierarchy();
-        createModelSecondarySinus();
-        createModelSecondaryPeaks();
-        if (enableDistalTeeth) {
-            createModelPrimarySinusDistal();
-            createModelPrimaryPeaksDistal();
-        }
-        const int slices = stack->getNumSlices();
-        for (int i = 0; i < slices; ++i) {
-            showProgress(i, slices);
-            process(i);
-        }
+    HierarchyProcess::run();
+}
+
+void HierarchyArabidoProcess::createLabelModels()
+{
+    HierarchyProcess::createLabelModels();
+    if (enableDistalTeeth) {
+        createModelPrimarySinusDistal();
+        createModelPrimaryPeaksDistal();
     }
-    tell("Hierarchy process is complete");
-    resetProgress();
 }
 
 std::string HierarchyArabidoProcess::process(int slice)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blade/modelsmanager.h"
+#include "blade/hierarchyprocess.h"
 #include "numerics/matrix.h"
 
 #include <string>
@@ -14,7 +14,7 @@
 /// A sinus between two kinds of teeth stands in two items. What lies deeper than secondary drops
 /// out of all models; each such landmark is told on the standard error stream. A sinus that the
 /// walk can't reach, since another landmark or the apex is in its place, stays primary.
-class HierarchyArabidoProcess : public ModelsManager
+class HierarchyArabidoProcess : public HierarchyProcess
 {
 public:
     HierarchyArabidoProcess() = default;
@@ -24,10 +24,6 @@ public:
 
     void setEnableDistalTeeth(bool enabled) { enableDistalTeeth = enabled; }
 
-    void createModels() override {}
-
-    /// Checks all slices; if they are good, folds the labels of an earlier hierarchy back and works
-    /// on each slice. Tells what is wrong, and in any case "Hierarchy process is complete".
     void run() override;
 
     /// Works on one slice, for whose landmarks `run` made the models; always returns the empty
@@ -46,6 +42,10 @@ public:
 
     /// The landmarks that dropped out, one text each: the slice, what it was, its place.
     const std::vector<std::string>& getDropped() const { return dropped_; }
+
+protected:
+    /// With distal teeth also theirs.
+    void createLabelModels() override;
 
 private:
     struct Labels

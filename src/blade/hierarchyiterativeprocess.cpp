@@ -1,9 +1,7 @@
 #include "blade/hierarchyiterativeprocess.h"
 
-#include "interface/lmxstack.h"
 #include "shape/fourierdescriptors.h"
 #include "stack/modelitem.h"
-#include "stack/stackslice.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,23 +15,6 @@ constexpr int leastDescriptors = 2;
 constexpr float noDifference = 1000.0f;
 
 } // namespace
-
-void HierarchyIterativeProcess::run()
-{
-    resetProgress();
-    if (leavesAreGood()) {
-        createModelsForHierarchy();
-        createModelSecondarySinus();
-        createModelSecondaryPeaks();
-        const int slices = stack->getNumSlices();
-        for (int i = 0; i < slices; ++i) {
-            showProgress(i, slices);
-            process(i);
-        }
-    }
-    tell("Hierarchy process is complete");
-    resetProgress();
-}
 
 std::string HierarchyIterativeProcess::process(int slice)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blade/modelsmanager.h"
+#include "blade/hierarchyprocess.h"
 #include "numerics/matrix.h"
 
 /// The iterative hierarchy: a sinus that lies off the general line of the leaf becomes secondary.
@@ -16,7 +16,7 @@
 /// The tip table has a row a landmark in contour order: contour index, code (0 a primary sinus, 1 a
 /// tip, 2 a secondary sinus, 3 the apex), distance from the base of its tooth, and 1 for a primary
 /// tip.
-class HierarchyIterativeProcess : public ModelsManager
+class HierarchyIterativeProcess : public HierarchyProcess
 {
 public:
     HierarchyIterativeProcess() = default;
@@ -26,12 +26,6 @@ public:
     void setTolerance(float value) { tolerance = value; }
 
     float getTolerance() const { return tolerance; }
-
-    void createModels() override {}
-
-    /// Checks all slices; if they are good, folds the labels of an earlier hierarchy back and works
-    /// on each slice. Tells what is wrong, and in any case "Hierarchy process is complete".
-    void run() override;
 
     /// Works on one slice, for whose landmarks `run` made the models; always returns the empty
     /// text. A slice that lacks a landmark, or has no secondary sinus, is left alone.
