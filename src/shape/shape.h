@@ -204,8 +204,8 @@ public:
     CurveStack<T> deformations(const Shape& shape) const;
 
     /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and
-    /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces. The
-    /// marks at the beginning of the lines are not looked at.
+    /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces; the
+    /// shape then stays as it was. The marks at the beginning of the lines are not looked at.
     void load(const std::string& filename);
 
     /// A new shape of the class that the file's type number tells, named after the file; the caller

@@ -125,17 +125,17 @@ int Vertices<T>::read(std::istream& stream)
         return -1;
     }
     Vertices fresh(space, size, 0, 0);
-    for (int i = 0; i < size; ++i) {
-        fresh[i].setZeros();
-    }
-    this->setServer(*fresh.server_);
-    indices_ = fresh.indices_;
     for (int i = 0; i < size && stream; ++i) {
-        Vector<T>& vertex = (*this)[i];
+        Vector<T>& vertex = fresh[i];
         for (int c = 0; c < space && stream; ++c) {
             stream >> vertex[c];
         }
     }
+    if (!stream) {
+        return -1;
+    }
+    this->setServer(*fresh.server_);
+    indices_ = fresh.indices_;
     return type;
 }
 

@@ -9,6 +9,7 @@
 #include "image/voxelmatrix.h"
 #include "stack/stackreader.h"
 #include "stack/stackwriter.h"
+#include "support/commalocale.h"
 #include "support/errors.h"
 #include "support/stacks.h"
 #include "support/temporaryfolder.h"

@@ -21,3 +21,6 @@ void expectError(Function function, const std::string& where, const std::string&
     }
     ADD_FAILURE() << "nothing raised; expected from " << where << ": " << what;
 }
+
+/// The same for a statement, which may hold commas.
+#define EXPECT_RAISES(Error, where, what, ...) expectError<Error>([&] { __VA_ARGS__; }, where, what)
