@@ -79,13 +79,14 @@ private:
 
     LMXActionHistory* history(int slice) const;
     void begin(StackSlice& slice);
+    void finish(StackSlice& slice);
     void record(StackSlice& slice, std::unique_ptr<SliceEdit> edit);
     bool step(int slice, bool back);
     void noteLists(StackSlice& slice);
     void endIfChanged(StackSlice& slice);
     void endSlice(StackSlice* slice);
     void foreignItemChange(LMXModelItemEvent& event);
-    void foreignModelChange();
+    void foreignModelChange(LMXModelEvent& event);
     void noteSaved();
     void restoreSavedFlag();
 

@@ -42,13 +42,14 @@ private:
         std::shared_ptr<const SlicePicture> picture;
     };
 
-    void start(const Slice& slice);
-    void take(int generation, const Slice* slice, std::shared_ptr<const SlicePicture> picture);
+    void start(std::shared_ptr<const Slice> description, const Slice* slice);
+    void
+    take(int generation, const Slice* slice, const std::shared_ptr<const SlicePicture>& picture);
     void keep(const Slice* slice, std::shared_ptr<const SlicePicture> picture);
 
     QThreadPool pool_;
     Entry kept_[2]; // the newest first
-    std::unique_ptr<Slice> waiting_;
+    std::shared_ptr<const Slice> waiting_;
     const Slice* waitingFor_ = nullptr;
     const Slice* loading_ = nullptr;
     int generation_ = 0;

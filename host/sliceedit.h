@@ -15,10 +15,10 @@ class SliceEdit : public LMXSliceAction
 {
 public:
     /// Notes which slice was segmented last, so it is made before its actions are applied.
-    SliceEdit(StackSlice& slice, const QString& name);
+    SliceEdit(StackSlice& subject, const QString& name);
     ~SliceEdit() override;
 
-    /// Applies the action and keeps it. An action that raises an error is not kept.
+    /// Keeps the action and applies it. If that raises an error the action counts as applied.
     void applyNext(std::unique_ptr<LMXAction> action);
 
     bool isNull() const override { return actions_.empty(); }

@@ -41,6 +41,7 @@ public:
     QPointF toImage(const QPointF& viewPoint) const;
 
 private:
+    double fittingScale() const;
     void keepInSight();
 
     QSize imageSize_;

@@ -43,13 +43,24 @@ ModelItemOwner::~ModelItemOwner()
 
 void ModelItemOwner::addItem(ModelItem& item)
 {
+    addItem(item, getNumItems());
+}
+
+void ModelItemOwner::addItem(ModelItem& item, int place)
+{
     const auto& owners = item.owners_;
     if (std::find(owners.begin(), owners.end(), this) != owners.end()) {
         return;
     }
     item.owners_.reserve(owners.size() + 1);
-    items_.push_back(&item);
+    items_.insert(items_.begin() + place, &item);
     item.owners_.push_back(this);
+}
+
+int ModelItemOwner::findItem(const ModelItem& item) const
+{
+    const auto found = std::find(items_.begin(), items_.end(), &item);
+    return found == items_.end() ? -1 : static_cast<int>(found - items_.begin());
 }
 
 void ModelItemOwner::removeItem(ModelItem& item)

@@ -26,6 +26,12 @@ public:
     /// Appends the item; one that stands in the list already stays where it is.
     void addItem(ModelItem& item);
 
+    /// Inserts the item in front of item `place`; the number of items appends.
+    void addItem(ModelItem& item, int place);
+
+    /// Index of this very item, or -1.
+    int findItem(const ModelItem& item) const;
+
     /// Takes the item out of this list and destroys nothing; another's item is ignored.
     void removeItem(ModelItem& item);
 

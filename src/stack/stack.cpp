@@ -167,8 +167,13 @@ int Stack::findModel(const Model& model) const
 
 void Stack::addModel(Model& model)
 {
+    addModel(model, getNumModels());
+}
+
+void Stack::addModel(Model& model, int index)
+{
     if (findModel(model) < 0) {
-        models.push_back(&model);
+        models.insert(models.begin() + index, &model);
     }
     for (int i = 0; i < model.getNumItems(); ++i) {
         model.getItem(i).attachToSlice();

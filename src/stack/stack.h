@@ -143,6 +143,9 @@ public:
     /// Appends the model and attaches each of its items to its slice.
     void addModel(Model& model);
 
+    /// The same in front of model `index`; the number of models appends.
+    void addModel(Model& model, int index);
+
     /// Detaches each item of the model from its slice and drops the model, which belongs to the
     /// caller then. Another stack's model is left alone.
     void removeModel(Model& model);
