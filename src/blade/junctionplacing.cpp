@@ -24,18 +24,6 @@ std::string decimal(double value)
     return stream.str();
 }
 
-const ModelItem* contourOf(const StackSlice& slice)
-{
-    const ModelItem* contour = nullptr;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
-            contour = &item;
-        }
-    }
-    return contour;
-}
-
 struct Foot
 {
     double x;
@@ -106,6 +94,18 @@ std::string faultOnOutline(const JunctionPoints& junctions, const Vertices<int>&
 }
 
 } // namespace
+
+const ModelItem* contourOf(const StackSlice& slice)
+{
+    const ModelItem* contour = nullptr;
+    for (int i = 0; i < slice.getNumItems(); ++i) {
+        const ModelItem& item = slice.getItem(i);
+        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
+            contour = &item;
+        }
+    }
+    return contour;
+}
 
 std::string junctionFault(const JunctionPoints& junctions, const StackSlice& slice)
 {

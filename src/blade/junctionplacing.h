@@ -4,6 +4,7 @@
 
 #include <string>
 
+class ModelItem;
 class StackSlice;
 
 /// Two blade-petiole junctions, in pixels, x to the right and y down.
@@ -12,6 +13,9 @@ struct JunctionPoints
     int x[2];
     int y[2];
 };
+
+/// The contour of the slice; null without one, or if it has no vertices.
+const ModelItem* contourOf(const StackSlice& slice);
 
 /// Why the points can't be the junctions of the slice: they are equal, lie outside its image, or, if
 /// it has a contour, lie farther from it than a tenth of the diagonal of the contour's box, or fall on
