@@ -1,6 +1,7 @@
 #include "cli/runrecord.h"
 
 #include "blade/leafanalysis.h"
+#include "blade/measureunit.h"
 #include "cli/failure.h"
 #include "interface/stackbuilder.h"
 #include "stack/stackslice.h"
@@ -10,77 +11,14 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
-#include <map>
-
 namespace {
 
-/// What the numbers of a column are.
-enum class Kind { Text, Count, Ratio, Percent, Length, Area, Day, Hour, Calibration };
-
-Kind kindOf(const std::string& column)
-{
-    static const std::map<std::string, Kind> kinds = {
-        {"Slice_Name", Kind::Text},
-        {"Calibration", Kind::Calibration},
-        {"Blade_Length", Kind::Length},
-        {"Age(day)", Kind::Day},
-        {"Age(hours)", Kind::Hour},
-        {"Blade_Width(BB)", Kind::Length},
-        {"Blade_Width(IS)", Kind::Length},
-        {"Blade_Area", Kind::Area},
-        {"Blade_Perimeter", Kind::Length},
-        {"HullPerimeter", Kind::Length},
-        {"HullArea", Kind::Area},
-        {"Petiole_Width", Kind::Length},
-        {"Upper_Peak_Number", Kind::Count},
-        {"Lower_Peak_Number", Kind::Count},
-        {"Terminal_Peak_Number", Kind::Count},
-        {"Total_Peak_Number", Kind::Count},
-        {"Tooth_Position", Kind::Count},
-        {"Side", Kind::Text},
-        {"Tooth_Width", Kind::Length},
-        {"Tooth_Height (altitude)", Kind::Length},
-        {"Tooth_Height (median)", Kind::Length},
-        {"Tooth_Area", Kind::Area},
-        {"Tooth_Perimeter", Kind::Length},
-        {"Tooth_Position_From_The_Tip", Kind::Percent},
-        {"Tooth_Position_From_The_Base", Kind::Percent},
-    };
-    const auto kind = kinds.find(column);
-    return kind == kinds.end() ? Kind::Ratio : kind->second;
-}
-
-QString unitOf(Kind kind, const QString& length)
-{
-    switch (kind) {
-    case Kind::Text:
-        return "text";
-    case Kind::Count:
-        return "count";
-    case Kind::Ratio:
-        return "1";
-    case Kind::Percent:
-        return "%";
-    case Kind::Length:
-        return length;
-    case Kind::Area:
-        return length + "²";
-    case Kind::Day:
-        return "day";
-    case Kind::Hour:
-        return "hour";
-    case Kind::Calibration:
-        return length + " per pixel";
-    }
-    return "";
-}
-
-QJsonArray columns(const DataSet& table, const QString& length)
+QJsonArray columns(const DataSet& table, const std::string& length)
 {
     QJsonArray list;
     for (const std::string& name : table.variableNames()) {
         list.append(QJsonObject{{"column", QString::fromStdString(name)},
-                                {"unit", unitOf(kindOf(name), length)}});
+                                {"unit", QString::fromStdString(measureUnit(name, length))}});
     }
     return list;
 }
@@ -129,9 +67,7 @@ void RunRecord::setTables(const LeafAnalysis& analysis, const LMXStack& stack)
             uncalibrated.append(QString::fromStdString(stack.getSlice(i).getName()));
         }
     }
-    const QString symbol = QString::fromStdString(stack.getLengthUnit().symbol());
-    const bool none = uncalibrated.size() == stack.getNumSlices() && !uncalibrated.isEmpty();
-    const QString length = none ? QString("pixel") : symbol;
+    const std::string length = lengthUnitOf(stack);
     record_["slices in pixels"] = uncalibrated;
     record_["leaf table"] = QJsonObject{{"file", QString::fromStdString(analysis.leafTablePath())},
                                         {"columns", columns(analysis.getLeafTable(), length)}};

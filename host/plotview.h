@@ -16,7 +16,7 @@ public:
     explicit PlotView(QWidget* parent = nullptr);
 
     /// `names` has a text for each row of the table, shown with its points.
-    void setData(const PlotData& data, const std::vector<QString>& names);
+    void setData(const PlotData& plotted, const std::vector<QString>& names);
 
     const PlotData& plotData() const { return data_; }
 

@@ -33,30 +33,8 @@ public:
     void stackOpenEvent(LMXStackOpenEvent& event) override;
     void stackCloseEvent(LMXStackCloseEvent& event) override;
 
-    void stackModifyEvent(LMXStackModifyEvent&) override { markOld(); }
-
-    void modelCreateEvent(LMXModelCreateEvent&) override { markOld(); }
-
-    void modelDeleteEvent(LMXModelDeleteEvent&) override { markOld(); }
-
-    void modelItemCreateEvent(LMXModelItemCreateEvent&) override { markOld(); }
-
-    void modelItemDeleteEvent(LMXModelItemDeleteEvent&) override { markOld(); }
-
-    void modelItemVertexEvent(LMXModelItemVertexEvent&) override { markOld(); }
-
-    void modelItemConvertEvent(LMXModelItemConvertEvent&) override { markOld(); }
-
-    void sliceImageCalibrationEvent(LMXSliceImageCalibrationEvent&) override { markOld(); }
-
-    void stackImageCalibrationEvent(LMXStackImageCalibrationEvent&) override { markOld(); }
-
-    void sliceNameEvent(LMXSliceNameEvent&) override { markOld(); }
-
-    void processSliceInsertionDeletionAction(LMXSliceInsertionDeletionAction&) override
-    {
-        markOld();
-    }
+    /// Every change of a document marks it as modified.
+    void stackModifyEvent(LMXStackModifyEvent& event) override;
 
 public slots:
     /// Measures the open document and shows its tables and shapes.
@@ -91,7 +69,6 @@ private:
     void showTables();
     void showShapes();
     void tell();
-    void markOld();
     void choose(MeasureTables::Kind kind, int row);
     QString chosenFile(const QString& title, const QString& proposal, const QString& filter);
 

@@ -29,10 +29,8 @@ signals:
     void rowChosen(int tableRow);
 
 protected:
-    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     ResultTableModel* model_;
-    bool silent_ = false;
 };
