@@ -162,3 +162,16 @@ std::vector<std::string> StackBuilder::calibrationNotes(const Stack& stack)
     }
     return notes;
 }
+
+void StackBuilder::setPixelWidth(StackSlice& slice, float width)
+{
+    if (!isSize(width)) {
+        raise<ValueError>("void StackBuilder::setPixelWidth(StackSlice&, float)",
+                          "The width of a pixel is a number above 0");
+    }
+    PixelCalibration calibration = slice.getPixelCalibration();
+    calibration.setLengthUnit(slice.getStack()->getLengthUnit());
+    calibration.setPixelWidth(asWritten(width));
+    calibration.compute();
+    slice.setPixelCalibration(calibration);
+}

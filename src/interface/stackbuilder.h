@@ -49,6 +49,11 @@ public:
     /// as none.
     static bool hasPixelSize(const StackSlice& slice);
 
+    /// Gives a slice of a stack square pixels of this width, in the stack's unit, rounded to what a
+    /// stack file holds. Pixels of the file that are not square keep their aspect ratio. Tells no
+    /// client. A width that is not above 0 raises `ValueError`.
+    static void setPixelWidth(StackSlice& slice, float width);
+
 private:
     void append(LMXStack& stack, const std::string& photograph);
     PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
