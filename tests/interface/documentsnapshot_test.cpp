@@ -1,0 +1,108 @@
+#include "interface/documentsnapshot.h"
+#include "interface/lmxaction.h"
+#include "interface/lmxactionhistory.h"
+#include "interface/lmxeventserver.h"
+#include "interface/lmxstack.h"
+#include "interface/recorder.h"
+#include "stack/stackwriter.h"
+#include "support/stacks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace {
+
+/// All that a snapshot keeps, as text.
+std::string describe(const LMXStack& stack)
+{
+    std::ostringstream text;
+    StackWriter().writeModels(stack, text);
+    for (int s = 0; s < stack.getNumSlices(); ++s) {
+        const StackSlice& slice = stack.getSlice(s);
+        text << "slice " << s << ":";
+        for (int i = 0; i < slice.getNumItems(); ++i) {
+            const ModelItem& item = slice.getItem(i);
+            text << ' ' << item.getModel()->getName() << '/' << item.getSize() << '/'
+                 << item.selectedVertices().getSize();
+        }
+        text << '\n';
+    }
+    text << stack.getLastSegmentedSlice() << ' ' << stack.isModified();
+    return text.str();
+}
+
+/// One change of some kind, announced or not, as processes make them.
+void change(LMXStack& stack, stacks::Dice& dice)
+{
+    StackSlice& slice = stack.getSlice(dice.below(stack.getNumSlices()));
+    const int kind = dice.below(5);
+    if (kind == 0 || stack.getNumModels() == 0) {
+        Model& model = stacks::addModel(stack, dice.name());
+        LMXModelCreateEvent event(model);
+        LMXEventServer::notifyEvent(event);
+    } else if (kind == 1) {
+        Model& model = stack.getModel(dice.below(stack.getNumModels()));
+        ModelItem& item = stacks::addItem(model, slice, {{dice.below(99), 1}, {2, dice.below(9)}});
+        LMXModelItemCreateEvent event(item);
+        LMXEventServer::notifyEvent(event);
+    } else if (kind == 2) {
+        stack.deleteModel(dice.below(stack.getNumModels()));
+    } else if (slice.getNumItems() > 0) {
+        ModelItem& item = slice.getItem(dice.below(slice.getNumItems()));
+        if (kind == 3) {
+            item.translate(1, dice.below(3));
+            item.getSelection().set(dice.coin());
+        } else {
+            item.detach();
+            item.attach(); // goes to the end of both lists
+        }
+    }
+}
+
+} // namespace
+
+TEST(DocumentSnapshot, RestoresWhatAnyChangesLeft)
+{
+    stacks::Dice dice(7);
+    LMXStack stack;
+    for (int i = 0; i < 4; ++i) {
+        stacks::addSlice(stack, "s" + std::to_string(i), stacks::statedFile("/none.tif", 9, 9));
+    }
+    for (int round = 0; round < 60; ++round) {
+        for (int n = dice.below(8); n > 0; --n) {
+            change(stack, dice);
+        }
+        stack.setModified(dice.coin());
+        const std::string before = describe(stack);
+        DocumentSnapshot snapshot(stack);
+        for (int n = dice.below(12); n > 0; --n) {
+            change(stack, dice);
+        }
+        snapshot.restore(stack);
+        ASSERT_EQ(describe(stack), before) << "round " << round;
+    }
+}
+
+TEST(DocumentSnapshot, TellsWhatGoesAndComesAndForgetsTheSteps)
+{
+    LMXStack stack;
+    StackSlice& slice = stacks::addSlice(stack, "s", stacks::statedFile("/none.tif", 9, 9));
+    Model& model = stacks::addModel(stack, "m");
+    stacks::addItem(model, slice, {{1, 2}});
+    LMXActionHistory& history = stack.sliceHistory(slice);
+    history.openStep();
+    history.push(new LMXAction, true);
+    history.closeStep();
+    DocumentSnapshot snapshot(stack);
+    Recorder::Calls calls;
+    {
+        const Recorder recorder(calls);
+        snapshot.restore(stack);
+    }
+    EXPECT_FALSE(history.isUndoable());
+    calls.erase(std::remove(calls.begin(), calls.end(), "stackModifyEvent"), calls.end());
+    EXPECT_EQ(calls, (Recorder::Calls{"modelItemDeleteEvent", "modelDeleteEvent",
+                                      "modelCreateEvent", "modelItemCreateEvent"}));
+}
