@@ -1,3 +1,4 @@
+#include "blade/junctionproposal.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -8,6 +9,8 @@
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
+
+#include <iostream>
 
 namespace {
 
@@ -44,16 +47,64 @@ void placeAll(LMXStack& stack, const JunctionTable& table, Report& report)
     }
 }
 
+/// Proposes junctions where the slice has none, or where `replace` says so and no table placed them.
+/// Prints a line a slice that it looked at, in the form of a junction table.
+void proposeAll(LMXStack& stack, const JunctionTable* table, bool replace)
+{
+    JunctionPlacing placing;
+    placing.setStack(stack);
+    placing.createModels();
+    std::cout << "Slice_Name\tX1\tY1\tX2\tY2\n";
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const StackSlice& slice = stack.getSlice(i);
+        const bool drawn = table && table->find(slice.getName());
+        if (drawn || (hasJunctions(slice) && !replace)) {
+            continue;
+        }
+        std::cout << slice.getName();
+        if (const std::optional<JunctionPoints> points = JunctionProposal::propose(slice)) {
+            for (int k = 0; k < 2; ++k) {
+                std::cout << "\t" << points->x[k] << "\t" << points->y[k];
+            }
+            placing.place(*points, i);
+        } else {
+            std::cout << "\tnone";
+        }
+        std::cout << "\n";
+    }
+    std::cout << std::flush;
+}
+
+std::string reasonWithout(const StackSlice& slice, bool proposed)
+{
+    if (!proposed) {
+        return "the junction table has no row for it";
+    }
+    return contourOf(slice) ? "no stalk was found on its contour, so no junctions are proposed"
+                            : "it has no contour, so no junctions can be proposed";
+}
+
 } // namespace
 
 int runJunctions(const QStringList& arguments, Report& report)
 {
-    CommandLine line("junctions", "STACK.sdf TABLE.tsv",
+    CommandLine line("junctions", "STACK.sdf [TABLE.tsv]",
                      "Puts the two blade-petiole junctions of a table on the slices: columns "
                      "Slice_Name, X1, Y1, X2, Y2 in pixels, parted by TAB. They replace those that "
-                     "a slice has; slices without a row keep theirs.");
+                     "a slice has; slices without a row keep theirs. Where there is no table, or "
+                     "no row, junctions can be proposed from the contour.");
+    line.addFlag("propose", "Proposes junctions for slices that have a contour and lack them. "
+                            "Prints what it proposes, or none.");
+    line.addFlag("replace", "Lets the proposals replace junctions that a slice has.");
     StackFile::declareOutput(line);
-    line.parse(arguments, 2, 2);
+    line.parse(arguments, 1, 2);
+    const bool propose = line.isSet("propose");
+    if (line.argumentCount() < 2 && !propose) {
+        throw UsageFailure("a junction table or the option 'propose' is missing");
+    }
+    if (line.isSet("replace") && !propose) {
+        throw UsageFailure("the option 'replace' goes with 'propose'");
+    }
     if (line.isSet("quiet")) {
         report.setQuiet();
     }
@@ -61,14 +112,20 @@ int runJunctions(const QStringList& arguments, Report& report)
     const std::string output = StackFile::outputOf(line);
     StackFile file(line.argument(0), report);
     checkWritable(output);
-    const JunctionTable table(line.argument(1));
-    placeAll(file.stack(), table, report);
+    std::optional<JunctionTable> table;
+    if (line.argumentCount() > 1) {
+        table.emplace(line.argument(1));
+        placeAll(file.stack(), *table, report);
+    }
+    if (propose) {
+        proposeAll(file.stack(), table ? &*table : nullptr, line.isSet("replace"));
+    }
     writeStack(file.stack(), output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (!hasJunctions(slice)) {
-            report.fault(table.path() + ": slice " + slice.getName() +
-                         ": the junction table has no row for it");
+            report.fault((propose ? output : table->path()) + ": slice " + slice.getName() + ": " +
+                         reasonWithout(slice, propose));
         }
     }
     return report.exitStatus();

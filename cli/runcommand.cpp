@@ -1,3 +1,4 @@
+#include "blade/junctionproposal.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -15,6 +16,9 @@
 #include "stack/stackslice.h"
 
 #include <QDir>
+#include <QJsonArray>
+
+#include <optional>
 
 namespace {
 
@@ -28,7 +32,8 @@ struct Plan
         , tips(line)
         , project(line, report)
         , photographs(line.argumentsFrom(0))
-        , junctions(line.required("junctions"))
+        , proposes(line.isSet("propose-junctions"))
+        , junctions(proposes ? line.bytes("junctions") : line.required("junctions"))
         , target{line.required("out"), ""}
     {
         name = line.isSet("name") ? line.required("name")
@@ -46,7 +51,8 @@ struct Plan
     TipsOptions tips;
     ProjectOptions project;
     std::vector<std::string> photographs;
-    std::string junctions;
+    bool proposes;
+    std::string junctions; ///< empty without a table
     MeasureTarget target;
     std::string name;
 };
@@ -55,6 +61,8 @@ void declare(CommandLine& line)
 {
     line.addOption("out", "Folder of the results.", "DIR");
     line.addOption("junctions", "Table of the blade-petiole junctions.", "TABLE.tsv");
+    line.addFlag("propose-junctions", "Proposes junctions, from the contour, for photographs that "
+                                      "the table has no row for. The table may be left out.");
     line.addOption("name", "Name of the stack and its file (that of the folder).", "NAME");
     line.addOption("prefix", "Begin of the tables' names (the name).", "PREFIX");
     StackOptions::declare(line);
@@ -81,7 +89,9 @@ void recordInputs(RunRecord& record, const Plan& plan)
     for (const std::string& photograph : plan.photographs) {
         record.addInput(photograph);
     }
-    record.addInput(plan.junctions);
+    if (!plan.junctions.empty()) {
+        record.addInput(plan.junctions);
+    }
     if (!plan.project.path.empty()) {
         record.addInput(plan.project.path);
     }
@@ -97,38 +107,70 @@ void dropContour(StackSlice& slice)
     }
 }
 
-/// Puts the junctions on the slices that have a contour. A slice that the later stages can't work on
-/// is told and noted in the record.
-void placeJunctions(LMXStack& stack, const JunctionTable& table, RunRecord& record, Report& report)
+/// Where the junctions of a slice are, or why the later stages can't work on it.
+struct Placement
+{
+    std::optional<JunctionPoints> points;
+    std::string fault;
+    std::string place; ///< of the fault
+    bool proposed = false;
+};
+
+Placement placementOf(StackSlice& slice, const JunctionTable* table, bool proposes)
 {
     constexpr int leastContour = 5;
+    const std::string named = ": slice " + slice.getName();
+    Placement result;
+    result.place = imageFiles(slice).front() + named;
+    if (contourSize(slice) < leastContour) {
+        dropContour(slice);
+        result.fault = "no outline of a leaf was found";
+        return result;
+    }
+    if (const Junctions* row = table ? table->find(slice.getName()) : nullptr) {
+        result.points = *row;
+        result.place = table->place(*row);
+        result.fault = junctionFault(*row, slice);
+        return result;
+    }
+    if (proposes) {
+        result.points = JunctionProposal::propose(slice);
+        result.proposed = result.points.has_value();
+        result.fault = result.proposed ? "" : "no stalk was found to propose junctions from";
+        return result;
+    }
+    result.place = table->path() + named;
+    result.fault = "the junction table has no row for it";
+    return result;
+}
+
+/// Puts the junctions on the slices that have a contour. A slice that the later stages can't work on
+/// is told and noted in the record, and so is one whose junctions are proposed.
+void placeJunctions(
+    LMXStack& stack, const JunctionTable* table, bool proposes, RunRecord& record, Report& report)
+{
     JunctionPlacing placing;
     placing.setStack(stack);
     placing.createModels();
+    QJsonArray proposed;
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         StackSlice& slice = stack.getSlice(i);
-        const std::string& name = slice.getName();
-        const Junctions* row = table.find(name);
-        std::string place = imageFiles(slice).front() + ": slice " + name;
-        std::string reason;
-        if (contourSize(slice) < leastContour) {
-            dropContour(slice);
-            reason = "no outline of a leaf was found";
-        } else if (!row) {
-            place = table.path() + ": slice " + name;
-            reason = "the junction table has no row for it";
-        } else {
-            place = table.place(*row);
-            reason = junctionFault(*row, slice);
+        const Placement placement = placementOf(slice, table, proposes);
+        if (!placement.fault.empty()) {
+            report.fault(placement.place + ": " + placement.fault + "; the slice is left out");
+            record.addLeftOut(slice.getName(), placement.fault);
+            continue;
         }
-        if (reason.empty()) {
-            placing.place(*row, i);
-        } else {
-            report.fault(place + ": " + reason + "; the slice is left out");
-            record.addLeftOut(name, reason);
+        placing.place(*placement.points, i);
+        if (placement.proposed) {
+            proposed.append(QString::fromStdString(slice.getName()));
+            report.note(placement.place + ": its junctions are proposed from the contour");
         }
     }
-    const std::string strangers = table.strangers(stack);
+    if (proposes) {
+        record.addParameters("junctions", {{"proposed for", proposed}});
+    }
+    const std::string strangers = table ? table->strangers(stack) : "";
     if (!strangers.empty()) {
         report.note(strangers);
     }
@@ -156,7 +198,10 @@ int runRun(const QStringList& arguments, Report& report)
 
     prepareTarget(plan.target);
     checkWritable(plan.stackPath());
-    const JunctionTable table(plan.junctions);
+    std::optional<JunctionTable> table;
+    if (!plan.junctions.empty()) {
+        table.emplace(plan.junctions);
+    }
     RunRecord record = beginRecord(plan);
     LMXStack stack;
     stack.setName(plan.name);
@@ -164,7 +209,7 @@ int runRun(const QStringList& arguments, Report& report)
     recordInputs(record, plan);
     checkStorable(stack, plan.stackPath());
     extractContours(stack, plan.contour, report);
-    placeJunctions(stack, table, record, report);
+    placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, report);
     extractTips(stack, plan.tips, plan.project.config.getVenationType(), report);
     writeStack(stack, plan.stackPath());

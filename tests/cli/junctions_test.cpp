@@ -86,3 +86,49 @@ TEST(JunctionTable, ASliceWithoutJunctionsIsToldAfterTheOthersGotTheirs)
     EXPECT_TRUE(result.says("t.tsv: slice b: the junction table has no row for it")) << result.err;
     EXPECT_NE(bytesOf(stack).find(" 150,380 170,380;"), std::string::npos);
 }
+
+TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
+{
+    LeafFolder folder;
+    const std::string stack = folder.makeStack({folder.addLeaf("a"), folder.addLeaf("b")});
+    const std::string drawn = bytesOf(stack);
+    EXPECT_EQ(crenara({"junctions", stack, "--propose"}).out, "Slice_Name\tX1\tY1\tX2\tY2\n");
+    EXPECT_EQ(bytesOf(stack), drawn);
+
+    const CommandResult replaced = crenara({"junctions", stack, "--propose", "--replace"});
+    EXPECT_EQ(replaced.status, 0) << replaced.err;
+    const auto rows = tableOf(folder.write("p.tsv", replaced.out));
+    ASSERT_EQ(rows.size(), 3u);
+    const leaf::Outline& outline = folder.outline(1);
+    for (std::size_t k = 0; k < 2; ++k) {
+        const leaf::Point point{std::stod(rows[2][1 + 2 * k]), std::stod(rows[2][2 + 2 * k])};
+        EXPECT_LE(leaf::distance(point, outline.junctions[k]), 12.0) << replaced.out;
+    }
+    // What was printed can be given back as a table.
+    const std::string proposed = bytesOf(stack);
+    EXPECT_NE(proposed, drawn);
+    ASSERT_EQ(crenara({"junctions", stack, folder.writeJunctions()}).status, 0);
+    ASSERT_EQ(crenara({"junctions", stack, folder.file("p.tsv")}).status, 0);
+    EXPECT_EQ(bytesOf(stack), proposed);
+}
+
+TEST(JunctionsCommand, TellsTheSlicesForWhichNothingIsProposed)
+{
+    LeafFolder folder;
+    const std::string leaf = folder.addLeaf("a");
+    const std::string blank = folder.addBlank("b");
+    const CommandResult result =
+        crenara({"run", "--out", folder.file("o"), "--propose-junctions", leaf, blank});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.says("a.tif: slice a: its junctions are proposed")) << result.err;
+    EXPECT_TRUE(result.says("b.tif: slice b: no outline of a leaf was found")) << result.err;
+    EXPECT_EQ(tableOf(folder.file("o/o_LeafMeasures.data")).size(), 2u);
+
+    const CommandResult again =
+        crenara({"junctions", folder.file("o/o.sdf"), "--propose", "--replace"});
+    EXPECT_EQ(again.status, 1);
+    EXPECT_NE(again.out.find("b\tnone\n"), std::string::npos) << again.out;
+    EXPECT_TRUE(again.says("slice b: it has no contour")) << again.err;
+    EXPECT_EQ(crenara({"junctions", folder.file("o/o.sdf")}).status, 2);
+    EXPECT_EQ(crenara({"junctions", folder.file("o/o.sdf"), "t.tsv", "--replace"}).status, 2);
+}
