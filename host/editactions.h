@@ -3,6 +3,8 @@
 #include <QObject>
 
 #include <array>
+#include <functional>
+#include <string>
 #include <vector>
 
 class QAction;
@@ -27,7 +29,7 @@ public:
     void addToToolBar(QToolBar& bar);
 
 public slots:
-    /// To be called when another slice is shown; edits call it themselves.
+    /// Looks again at what is possible. Edits, selections and another slice call it themselves.
     void update();
 
 private:
@@ -35,7 +37,9 @@ private:
     void createToolActions();
     void createZoomActions();
     QAction* add(const QString& text, const QString& tip, const QKeySequence& shortcut);
-    void fillModelMenus();
+    void fillAddMenu();
+    void fillMoveMenu();
+    void fill(QMenu& menu, const std::function<void(const std::string&)>& chosen);
     void propose();
 
     SliceEditor& editor_;
