@@ -1,71 +1,147 @@
 #include "host/deskwindow.h"
 
-#include "blade/junctionplacing.h"
-#include "host/documentfiles.h"
+#include "host/desksettings.h"
+#include "host/documentcontrol.h"
+#include "host/editactions.h"
 #include "host/lmxrootmediator.h"
+#include "host/modelpanel.h"
+#include "host/pixelsizedialog.h"
+#include "host/resultswindow.h"
+#include "host/runrepainting.h"
+#include "host/sliceeditor.h"
+#include "host/slicepanel.h"
 #include "host/sliceview.h"
 #include "host/stackplugin.h"
 #include "shell/lmxstackplugininterface.h"
-#include "stack/stackslice.h"
-#include "system/exception.h"
 
 #include <QCloseEvent>
-#include <QDir>
-#include <QFileDialog>
-#include <QListWidget>
+#include <QDockWidget>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QMenuBar>
-#include <QMessageBox>
-#include <QSplitter>
+#include <QMimeData>
 #include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
 
-#include <algorithm>
+namespace {
+
+constexpr int layoutVersion = 1; // of the tool bars and panels
+constexpr int messageTime = 8000;
+
+QStringList localFiles(const QMimeData& data)
+{
+    QStringList files;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) {
+            files.append(url.toLocalFile());
+        }
+    }
+    return files;
+}
+
+} // namespace
 
 DeskWindow::DeskWindow(LMXRootMediator& mediator, StackPlugin& plugin, QWidget* parent)
     : QMainWindow(parent)
     , mediator_(mediator)
     , plugin_(plugin)
-    , sliceList_(new QListWidget)
+    , control_(new DocumentControl(mediator, *this))
+    , slices_(new SlicePanel(mediator))
+    , models_(new ModelPanel(mediator))
+    , editor_(new SliceEditor(mediator, this))
     , view_(new SliceView)
+    , editActions_(new EditActions(*editor_, *view_, this))
 {
-    QSplitter* splitter = new QSplitter;
-    splitter->addWidget(sliceList_);
-    splitter->addWidget(view_);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({180, 720});
-    setCentralWidget(splitter);
-    createMenus();
-    statusBar();
-    connect(sliceList_, &QListWidget::currentRowChanged, this, &DeskWindow::showSlice);
-    connect(view_, &SliceView::pairClicked, this, &DeskWindow::placeJunctions);
-    resize(1000, 750);
+    view_->setEditor(editor_);
+    setCentralWidget(view_);
+    setAcceptDrops(true);
+    sliceDock_ = addPanel("Slices", slices_, Qt::LeftDockWidgetArea);
+    modelDock_ = addPanel("Models", models_, Qt::RightDockWidgetArea);
+    createFileMenu();
+    createEditMenu();
+    createViewMenu();
+    createPluginMenu();
+    createToolBar();
+    connectParts();
+    new RunRepainting(*this);
+    restoreLayout();
     updateTitle();
 }
 
-void DeskWindow::createMenus()
+void DeskWindow::connectParts()
 {
-    QMenu* file = menuBar()->addMenu("&File");
-    file->addAction("&Open...", this, &DeskWindow::open, QKeySequence::Open);
-    documentActions_ = {
-        file->addAction("&Save", this, &DeskWindow::save, QKeySequence::Save),
-        file->addAction("Save &As...", this, &DeskWindow::saveAs, QKeySequence("Ctrl+Shift+S")),
-    };
-    file->addSeparator();
-    file->addAction("&Quit", this, &QWidget::close, QKeySequence::Quit);
-
-    QMenu* edit = menuBar()->addMenu("&Edit");
-    QAction* draw = edit->addAction("Draw &junctions");
-    draw->setCheckable(true);
-    draw->setShortcut(QKeySequence("Ctrl+J"));
-    draw->setStatusTip("Click on the two places where the blade meets the petiole");
-    connect(draw, &QAction::toggled, view_, &SliceView::askForPairs);
-    connect(draw, &QAction::toggled, this, [this, draw](bool on) {
-        statusBar()->showMessage(on ? draw->statusTip() : QString());
-    });
-    documentActions_.push_back(draw);
-    addPluginEntry();
+    connect(slices_, &SlicePanel::sliceChosen, this, &DeskWindow::showSlice);
+    connect(view_, &SliceView::statusText, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(view_, &SliceView::scaleMeasured, this, &DeskWindow::takeBarLength);
+    connect(control_, &DocumentControl::told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, messageTime); });
+    connect(control_, &DocumentControl::pixelSizeWanted, this, &DeskWindow::askPixelSize);
 }
 
-void DeskWindow::addPluginEntry()
+QDockWidget* DeskWindow::addPanel(const QString& title, QWidget* content, Qt::DockWidgetArea area)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(title);
+    dock->setWidget(content);
+    addDockWidget(area, dock);
+    return dock;
+}
+
+QAction* DeskWindow::forDocument(QAction* action)
+{
+    documentActions_.push_back(action);
+    return action;
+}
+
+void DeskWindow::createFileMenu()
+{
+    QMenu* file = menuBar()->addMenu("&File");
+    file->addAction("&Open...", control_, &DocumentControl::open, QKeySequence::Open);
+    control_->recentFiles().showIn(*file->addMenu("Open &recent"));
+    file->addSeparator();
+    forDocument(file->addAction("&Save", control_, &DocumentControl::save, QKeySequence::Save));
+    forDocument(file->addAction("Save &as...", control_, &DocumentControl::saveAs,
+                                QKeySequence("Ctrl+Shift+S")));
+    forDocument(file->addAction("&Close", control_, &DocumentControl::close, QKeySequence::Close));
+    file->addSeparator();
+    file->addAction("&Quit", this, &QWidget::close, QKeySequence::Quit);
+}
+
+void DeskWindow::createEditMenu()
+{
+    QMenu* edit = menuBar()->addMenu("&Edit");
+    editActions_->addToEditMenu(*edit);
+    edit->addSeparator();
+    forDocument(edit->addAction("Pi&xel size...", this, &DeskWindow::askPixelSize));
+}
+
+void DeskWindow::createViewMenu()
+{
+    QMenu* menu = menuBar()->addMenu("&View");
+    QAction* next = forDocument(menu->addAction("&Next slice", slices_, &SlicePanel::chooseNext));
+    next->setShortcuts({Qt::Key_PageDown, Qt::CTRL + Qt::Key_Right, Qt::CTRL + Qt::Key_Down});
+    QAction* previous =
+        forDocument(menu->addAction("&Previous slice", slices_, &SlicePanel::choosePrevious));
+    previous->setShortcuts({Qt::Key_PageUp, Qt::CTRL + Qt::Key_Left, Qt::CTRL + Qt::Key_Up});
+    menu->addSeparator();
+    editActions_->addToViewMenu(*menu);
+    menu->addSeparator();
+    menu->addAction(sliceDock_->toggleViewAction());
+    menu->addAction(modelDock_->toggleViewAction());
+    menu->addSeparator();
+    menu->addAction("&Results", this, &DeskWindow::showResults, QKeySequence("Ctrl+R"));
+}
+
+void DeskWindow::createToolBar()
+{
+    QToolBar* bar = addToolBar("Tools");
+    bar->setObjectName("Tools");
+    editActions_->addToToolBar(*bar);
+}
+
+void DeskWindow::createPluginMenu()
 {
     QMenu* plugins = menuBar()->addMenu("&Plugins");
     plugins->setToolTipsVisible(true);
@@ -78,105 +154,58 @@ void DeskWindow::addPluginEntry()
     }
 }
 
-void DeskWindow::open()
+void DeskWindow::restoreLayout()
 {
-    const LMXStack* stack = mediator_.stack();
-    const QString folder =
-        stack ? QFileInfo(QString::fromStdString(stack->getFilename())).path() : QString();
-    const QStringList paths = QFileDialog::getOpenFileNames(
-        this, "Open", folder,
-        "Stacks and photographs (*.sdf *.tif *.tiff *.png *.jpg *.jpeg);;All files (*)");
-    if (!paths.isEmpty()) {
-        openFiles(paths);
+    const DeskSettings settings;
+    if (!restoreGeometry(settings.layout("window"))) {
+        resize(1200, 800);
     }
+    if (!restoreState(settings.layout("panels"), layoutVersion)) {
+        resizeDocks({sliceDock_, modelDock_}, {230, 240}, Qt::Horizontal);
+    }
+}
+
+void DeskWindow::keepLayout() const
+{
+    DeskSettings settings;
+    settings.setLayout("window", saveGeometry());
+    settings.setLayout("panels", saveState(layoutVersion));
 }
 
 void DeskWindow::openFiles(const QStringList& paths)
 {
-    if (!mayClose()) {
-        return;
-    }
-    std::vector<std::string> files;
-    for (const QString& path : paths) {
-        files.push_back(path.toStdString());
-    }
-    DocumentFiles opener;
-    mediator_.open(opener.open(files));
-    tellNotes(opener.getNotes());
+    control_->openFiles(paths);
 }
 
-void DeskWindow::tellNotes(const std::vector<std::string>& notes)
+void DeskWindow::offerLeftovers()
 {
-    if (notes.empty()) {
-        return;
-    }
-    constexpr std::size_t shown = 10;
-    QStringList lines;
-    for (std::size_t i = 0; i < std::min(shown, notes.size()); ++i) {
-        lines.append(QString::fromStdString(notes[i]));
-    }
-    if (notes.size() > shown) {
-        lines.append(QString("and %1 more").arg(notes.size() - shown));
-    }
-    QMessageBox* box =
-        new QMessageBox(QMessageBox::Information, "Open", lines.join('\n'), QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
-}
-
-bool DeskWindow::save()
-{
-    const std::string& filename = mediator_.stack()->getFilename();
-    return filename.empty() ? saveAs() : saveTo(QString::fromStdString(filename));
-}
-
-bool DeskWindow::saveAs()
-{
-    const LMXStack& stack = *mediator_.stack();
-    const QString name = QString::fromStdString(
-        stack.getFilename().empty() ? stack.getName() + ".sdf" : stack.getFilename());
-    QFileDialog chooser(this, "Save As", QFileInfo(name).path(), "Stacks (*.sdf)");
-    chooser.setAcceptMode(QFileDialog::AcceptSave);
-    chooser.setDefaultSuffix("sdf");
-    chooser.selectFile(QFileInfo(name).fileName());
-    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
-        return false;
-    }
-    return saveTo(chooser.selectedFiles().first());
-}
-
-bool DeskWindow::saveTo(const QString& path)
-{
-    if (!mediator_.stack()->write(path.toStdString())) {
-        raiseFile<FileWriteError>("bool DeskWindow::saveTo(const QString&)",
-                                  "The stack can't be written", path.toStdString());
-    }
-    statusBar()->showMessage("Saved " + path, 5000);
-    return true;
-}
-
-bool DeskWindow::mayClose()
-{
-    const LMXStack* stack = mediator_.stack();
-    if (!stack || !stack->isModified()) {
-        return true;
-    }
-    const QMessageBox::StandardButton answer = QMessageBox::warning(
-        this, "Unsaved changes",
-        "The stack " + QString::fromStdString(stack->getName()) + " has unsaved changes.",
-        QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-    return answer == QMessageBox::Discard || (answer == QMessageBox::Save && save());
+    control_->offerLeftovers();
 }
 
 void DeskWindow::closeEvent(QCloseEvent* event)
 {
     // Before anything can fail: a document that could not be saved stays open.
     event->ignore();
-    if (mayClose()) {
+    if (control_->close()) {
         event->accept();
-        mediator_.close();
+        keepLayout();
         emit closed();
     }
+}
+
+void DeskWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!localFiles(*event->mimeData()).isEmpty()) {
+        event->acceptProposedAction();
+    }
+}
+
+void DeskWindow::dropEvent(QDropEvent* event)
+{
+    const QStringList files = localFiles(*event->mimeData());
+    event->acceptProposedAction();
+    // The program that the files come from waits for the end of this event, not for our questions.
+    QTimer::singleShot(0, this, [this, files] { openFiles(files); });
 }
 
 void DeskWindow::runPlugin()
@@ -189,38 +218,63 @@ void DeskWindow::runPlugin()
     plugin.run();
 }
 
+void DeskWindow::askPixelSize()
+{
+    delete pixelSize_;
+    pixelSize_ = new PixelSizeDialog(*mediator_.stack(), this);
+    pixelSize_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(pixelSize_, &PixelSizeDialog::measureWanted, view_, [this](bool on) {
+        view_->setTool(on ? SliceView::Tool::MeasureScale : SliceView::Tool::Select);
+    });
+    pixelSize_->show();
+}
+
+void DeskWindow::takeBarLength(double pixels)
+{
+    if (!pixelSize_) {
+        askPixelSize();
+    }
+    pixelSize_->setBarLength(pixels);
+}
+
+void DeskWindow::showResults()
+{
+    if (!results_) {
+        results_ = new ResultsWindow(mediator_, this);
+        connect(results_, &ResultsWindow::sliceChosen, slices_, &SlicePanel::chooseSlice);
+    }
+    results_->show();
+    results_->raise();
+    results_->activateWindow();
+    results_->showSlice(slices_->currentSlice());
+}
+
 void DeskWindow::stackOpenEvent(LMXStackOpenEvent&)
 {
-    listSlices();
     updateTitle();
 }
 
-void DeskWindow::stackCloseEvent(LMXStackCloseEvent&)
+void DeskWindow::stackCloseEvent(LMXStackCloseEvent& event)
 {
-    const QSignalBlocker blocker(sliceList_);
-    sliceList_->clear();
+    if (&event.getStack() != mediator_.stack()) {
+        return;
+    }
+    delete pixelSize_;
+    for (QAction* action : documentActions_) {
+        action->setEnabled(false);
+    }
     setWindowModified(false);
     setWindowTitle("Crenara desk");
-}
-
-void DeskWindow::listSlices()
-{
-    const LMXStack* stack = mediator_.stack();
-    const int chosen = std::max(0, sliceList_->currentRow());
-    {
-        const QSignalBlocker blocker(sliceList_);
-        sliceList_->clear();
-        for (int i = 0; stack && i < stack->getNumSlices(); ++i) {
-            sliceList_->addItem(QString::fromStdString(stack->getSlice(i).getName()));
-        }
-        sliceList_->setCurrentRow(std::min(chosen, sliceList_->count() - 1));
-    }
-    showSlice(sliceList_->currentRow());
 }
 
 void DeskWindow::showSlice(int index)
 {
     view_->showSlice(mediator_.stack(), index);
+    models_->setSlice(index);
+    editActions_->update();
+    if (results_) {
+        results_->showSlice(index);
+    }
 }
 
 void DeskWindow::updateTitle()
@@ -237,21 +291,4 @@ void DeskWindow::updateTitle()
     setWindowTitle((file.isEmpty() ? QString::fromStdString(stack->getName()) : file) +
                    "[*] - Crenara desk");
     setWindowModified(stack->isModified());
-}
-
-void DeskWindow::placeJunctions(const QPoint& first, const QPoint& second)
-{
-    LMXStack& stack = *mediator_.stack();
-    const int index = sliceList_->currentRow();
-    const std::string slice = stack.getSlice(index).getName();
-    const JunctionPoints points = {{first.x(), second.x()}, {first.y(), second.y()}};
-    const std::string fault = junctionFault(points, stack.getSlice(index));
-    if (!fault.empty()) {
-        ::raise<ValueError>("void DeskWindow::placeJunctions(const QPoint&, const QPoint&)",
-                            "Slice " + slice + ": " + fault);
-    }
-    JunctionPlacing placing;
-    placing.setStack(stack);
-    placing.place(points, index);
-    statusBar()->showMessage("The junctions of " + QString::fromStdString(slice) + " are drawn");
 }

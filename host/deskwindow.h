@@ -3,17 +3,25 @@
 #include "interface/lmxeventclient.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
-#include <string>
 #include <vector>
 
+class DocumentControl;
+class EditActions;
 class LMXRootMediator;
+class ModelPanel;
+class PixelSizeDialog;
 class QAction;
-class QListWidget;
+class QDockWidget;
+class ResultsWindow;
+class SliceEditor;
+class SlicePanel;
 class SliceView;
 class StackPlugin;
 
-/// The window on the open document: its slices, the picture of the chosen one, and the menus.
+/// The window on the open document: its slices on the left, the picture of the chosen one in the
+/// middle, its models on the right, and the menus.
 ///
 /// Whatever can't be done ends in an exception, which the application tells.
 class DeskWindow : public QMainWindow, public LMXEventClient
@@ -29,6 +37,11 @@ public:
     /// wants to keep that one; if the files can't be opened, it stays.
     void openFiles(const QStringList& paths);
 
+    /// Offers what a crash left behind; for the start without files.
+    void offerLeftovers();
+
+    DocumentControl& documentControl() { return *control_; }
+
     void stackOpenEvent(LMXStackOpenEvent& event) override;
     void stackCloseEvent(LMXStackCloseEvent& event) override;
 
@@ -38,20 +51,14 @@ public:
 
     void stackModifyEvent(LMXStackModifyEvent&) override { updateTitle(); }
 
-    void sliceNameEvent(LMXSliceNameEvent&) override { listSlices(); }
-
-    void processSliceInsertionDeletionAction(LMXSliceInsertionDeletionAction&) override
-    {
-        listSlices();
-    }
-
 public slots:
-    void open();
-
-    /// Writes the document to its file. False if the user gave no file to a new one.
-    bool save();
-    bool saveAs();
     void runPlugin();
+
+    /// Opens the dialog for the pixel size of the document.
+    void askPixelSize();
+
+    /// Opens the window of the tables, plots and shapes.
+    void showResults();
 
 signals:
     /// The window was closed and the document with it.
@@ -59,23 +66,35 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-
-private slots:
-    void showSlice(int index);
-    void placeJunctions(const QPoint& first, const QPoint& second);
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
-    void createMenus();
-    void addPluginEntry();
-    void listSlices();
+    void showSlice(int index);
+    void takeBarLength(double pixels);
+    void connectParts();
+    QDockWidget* addPanel(const QString& title, QWidget* content, Qt::DockWidgetArea area);
+    void createFileMenu();
+    void createEditMenu();
+    void createViewMenu();
+    void createPluginMenu();
+    void createToolBar();
+    QAction* forDocument(QAction* action);
+    void restoreLayout();
+    void keepLayout() const;
     void updateTitle();
-    bool mayClose();
-    bool saveTo(const QString& path);
-    void tellNotes(const std::vector<std::string>& notes);
 
     LMXRootMediator& mediator_;
     StackPlugin& plugin_;
-    QListWidget* sliceList_;
+    DocumentControl* control_;
+    SlicePanel* slices_;
+    ModelPanel* models_;
+    SliceEditor* editor_;
     SliceView* view_;
+    EditActions* editActions_;
+    ResultsWindow* results_ = nullptr; // made when it is asked for
+    QDockWidget* sliceDock_;
+    QDockWidget* modelDock_;
+    QPointer<PixelSizeDialog> pixelSize_;
     std::vector<QAction*> documentActions_; // closed without a document
 };

@@ -48,13 +48,15 @@ signals:
     /// A line for the status bar.
     void told(const QString& text);
 
-    /// A stack was made of photographs, some of which state no pixel size.
+    /// A stack was made of photographs, not all of which state their pixel size.
     void pixelSizeWanted();
 
 private:
+    enum class Answer { Recover, Discard, Later };
+
     bool mayClose();
     void saveTo(const QString& path);
-    bool offer(const Autosave::Leftover& leftover);
+    Answer offer(const Autosave::Leftover& leftover);
     void recover(const Autosave::Leftover& leftover);
     void openDirectly(const QStringList& paths);
     void tellNotes(const std::vector<std::string>& notes);

@@ -1,5 +1,6 @@
 #include "host/documentfiles.h"
 
+#include "interface/photographimport.h"
 #include "interface/stackbuilder.h"
 #include "stack/stackreader.h"
 #include "system/exception.h"
@@ -8,26 +9,35 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace {
-
-bool isStackFile(const std::string& path)
+bool DocumentFiles::isStackFile(const std::string& path)
 {
     return FileInfo::suffixName(path) == "sdf";
 }
-
-} // namespace
 
 std::unique_ptr<LMXStack> DocumentFiles::open(const std::vector<std::string>& paths)
 {
     notes_.clear();
     if (paths.size() == 1 && isStackFile(paths.front())) {
-        return openStack(paths.front());
+        std::unique_ptr<LMXStack> stack = openStack(paths.front());
+        stack->setFilename(paths.front());
+        stack->setModified(false);
+        return stack;
     }
     if (paths.empty() || std::any_of(paths.begin(), paths.end(), isStackFile)) {
         raise<UsageError>("unique_ptr<LMXStack> DocumentFiles::open(const vector<string>&)",
                           "Either one stack file or photographs can be opened");
     }
     return openPhotographs(paths);
+}
+
+std::unique_ptr<LMXStack> DocumentFiles::openCopy(const std::string& copy,
+                                                  const std::string& document)
+{
+    notes_.clear();
+    std::unique_ptr<LMXStack> stack = openStack(copy);
+    stack->setFilename(document);
+    stack->setModified(true);
+    return stack;
 }
 
 std::unique_ptr<LMXStack> DocumentFiles::openStack(const std::string& path)
@@ -44,8 +54,6 @@ std::unique_ptr<LMXStack> DocumentFiles::openStack(const std::string& path)
                                    what, path);
     }
     notes_ = reader.getLog();
-    stack->setFilename(path);
-    stack->setModified(false);
     return stack;
 }
 
@@ -57,10 +65,15 @@ std::unique_ptr<LMXStack> DocumentFiles::openPhotographs(const std::vector<std::
     stack->setName(folder.filename().string());
     StackBuilder builder;
     builder.setFolder(folder.string());
-    builder.build(*stack, paths);
-    notes_ = builder.getNotes();
-    const std::vector<std::string> calibration = StackBuilder::calibrationNotes(*stack);
-    notes_.insert(notes_.end(), calibration.begin(), calibration.end());
+    const int count = static_cast<int>(paths.size());
+    for (int i = 0; i < count; ++i) {
+        const std::string& path = paths[static_cast<std::size_t>(i)];
+        if (progress_ && !PhotographImport::isTiff(path) && !progress_(i, count)) {
+            return nullptr;
+        }
+        builder.build(*stack, {path});
+        notes_.insert(notes_.end(), builder.getNotes().begin(), builder.getNotes().end());
+    }
     stack->setModified(true);
     return stack;
 }

@@ -7,8 +7,10 @@
 class LMXStack;
 class QButtonGroup;
 class QCheckBox;
+class QComboBox;
 class QDoubleSpinBox;
 class QLabel;
+class QPushButton;
 
 /// Asks for the pixel size of a stack: as the files state it, typed, or measured on a scale bar over
 /// which the user draws a line. It blocks no other window, so that the line can be drawn.
@@ -24,11 +26,9 @@ public:
     /// input is incomplete, or if the sizes are to stay as they are.
     std::optional<float> pixelWidth() const;
 
-    /// Also slices that have a size get the new one.
-    bool isForAll() const;
-
 public slots:
-    /// A line was drawn over the scale bar; its length is in pixels.
+    /// A line was drawn over a scale bar; its length is in pixels. This is the way of the user's
+    /// choice from now on.
     void setBarLength(double pixels);
 
     /// Gives the slices their size and tells all clients.
@@ -45,9 +45,12 @@ private:
     LMXStack& stack_;
     QButtonGroup* ways_;
     QDoubleSpinBox* typed_;
+    QComboBox* measure_;
     QDoubleSpinBox* barLength_;
+    QComboBox* barUnit_;
     QLabel* drawn_;
     QLabel* result_;
     QCheckBox* all_;
+    QPushButton* ok_ = nullptr;
     double barPixels_ = 0.0;
 };

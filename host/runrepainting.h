@@ -31,5 +31,4 @@ private:
 
     QWidget& window_;
     QElapsedTimer sinceLoop_;
-    QElapsedTimer sincePaint_;
 };

@@ -13,17 +13,17 @@ class LMXRootMediator;
 
 /// The slices of the open document as a list: name, small picture, and what each still lacks.
 ///
-/// It follows the document by its events. The leaf checks of changed slices are made one by one
-/// while nothing else is to do.
+/// It follows the document by its events, of which it only takes note: the work is done when the
+/// event loop turns again, the leaf checks one by one after a moment of rest.
 class SliceListModel : public QAbstractListModel, public LMXEventClient
 {
     Q_OBJECT
 
 public:
-    /// Beside the roles of names, pictures and tooltips.
+    /// Beside the roles of name, picture and tooltip.
     enum Role {
-        MarkRole = Qt::UserRole, ///< a `Mark`
-        FaultRole,               ///< why there is no picture; empty if there is one or may come
+        MarkRole = Qt::UserRole, ///< a `Mark`, as int
+        RemarkRole,              ///< a few words on what is missing or suspicious
     };
 
     enum class Mark { Good, Missing, Suspicious };
@@ -33,14 +33,8 @@ public:
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    /// As far as it is known by now.
-    const SliceStatus& status(int slice) const
-    {
-        return statuses_[static_cast<std::size_t>(slice)].status;
-    }
-
     /// The longer side of the small pictures, in pixels of the screen.
-    void setPictureSide(int pixels);
+    void setPictureSide(int pixels) { thumbnails_->setSide(pixels); }
 
     void stackOpenEvent(LMXStackOpenEvent& event) override;
     void stackCloseEvent(LMXStackCloseEvent& event) override;
@@ -57,18 +51,22 @@ private:
     struct Entry
     {
         SliceStatus status;
-        bool stale = true;
+        bool isStale = true;   // to be looked at
+        bool unchecked = true; // the leaf check is to be made
     };
 
     void reload();
-    void invalidate(const StackSlice* slice);
-    void invalidateAll(const Model& model);
+    void noteChange(const LMXModelItemEvent& event);
+    void noteChangeOfAll(const Model& model);
+    void lookAtStale();
     void checkNext();
     void tellRow(int row);
-    int rowOf(const StackSlice* slice) const;
+    int rowOf(const StackSlice& slice) const;
+    Mark markOf(const SliceStatus& status) const;
 
     LMXRootMediator& mediator_;
     SliceThumbnails* thumbnails_;
-    std::vector<Entry> statuses_;
+    std::vector<Entry> entries_;
+    QTimer looks_;
     QTimer checks_;
 };

@@ -17,16 +17,22 @@ public:
     /// The chosen slice; -1 without a document.
     int currentSlice() const;
 
-    QSize sizeHint() const override;
+    /// The list, for who wants to look at its rows.
+    const SliceListModel& slices() const { return *model_; }
+
+    QSize sizeHint() const override { return {230, 600}; }
 
 public slots:
-    /// Chooses a slice and shows it in the list; an index outside is ignored.
+    /// Chooses a slice and brings it into sight; an index outside is ignored.
     void chooseSlice(int index);
-    void chooseNext();
-    void choosePrevious();
+
+    void chooseNext() { chooseSlice(currentSlice() + 1); }
+
+    void choosePrevious() { chooseSlice(currentSlice() - 1); }
 
 signals:
-    /// Another slice is chosen, or none: -1.
+    /// A slice is chosen, or none: -1. Comes also when another document brings another slice of the
+    /// same number.
     void sliceChosen(int index);
 
 private:
@@ -34,4 +40,5 @@ private:
 
     SliceListModel* model_;
     QListView* list_;
+    int rowBeforeReset_ = -1;
 };

@@ -8,14 +8,14 @@ class StackSlice;
 struct SliceStatus
 {
     bool hasContour = false;
-    bool hasJunctions = false; ///< two points
+    int junctions = 0; ///< two are needed
     bool hasApex = false;
     QString suspicion; ///< the text of the leaf check; empty if it finds nothing, or was not made
 
-    bool isComplete() const { return hasContour && hasJunctions && hasApex; }
+    bool isComplete() const { return hasContour && junctions == 2 && hasApex; }
 
-    /// For a tooltip, a line each: "No contour", and so on; empty if all is well.
-    QString text() const;
+    /// In a few words: "No contour, no apex"; empty if nothing lacks.
+    QString missing() const;
 
     /// What the slice lacks, by a look at its items.
     static SliceStatus of(const StackSlice& slice);

@@ -4,17 +4,20 @@
 
 #include <QObject>
 #include <QPixmap>
-#include <QSet>
 #include <QString>
 #include <QThreadPool>
 
 #include <map>
+#include <vector>
 
 class LMXStack;
 class StackSlice;
 
 /// Small pictures of slices, made outside the GUI thread when they are asked for, and kept in the
 /// stack's cache of pixmaps, which holds the last hundred.
+///
+/// What was asked for last is made first, and only the latest requests are kept: who scrolls fast
+/// through many slices does not wait for those passed by.
 class SliceThumbnails : public QObject, public LMXEventClient
 {
     Q_OBJECT
@@ -25,8 +28,8 @@ public:
     /// Waits for the picture that is being made.
     ~SliceThumbnails() override;
 
-    /// The longer side of a picture, in pixels of the screen. Pictures of another size are made anew.
-    void setSide(int pixels);
+    /// The longer side of a picture, in pixels of the screen.
+    void setSide(int pixels) { side_ = pixels; }
 
     /// The picture of a slice of a stack. Without one yet it is null, is made, and `made` tells.
     QPixmap find(LMXStack& stack, const StackSlice& slice);
@@ -34,7 +37,11 @@ public:
     /// Why there is no picture of the slice; empty if there is one, or may still come.
     QString fault(const StackSlice& slice) const;
 
+    /// Forgets the faults, so that images which came back are read again.
+    void clearFaults() { faults_.clear(); }
+
     void stackCloseEvent(LMXStackCloseEvent& event) override;
+    void processSliceInsertionDeletionAction(LMXSliceInsertionDeletionAction& action) override;
 
 signals:
     /// There is a picture of this slice now, or a fault.
@@ -42,13 +49,15 @@ signals:
 
 private:
     void request(const StackSlice& slice);
+    void startNext();
     void store(int generation, const StackSlice* slice, const QImage& image, const QString& fault);
     void forget();
 
     QThreadPool pool_;
     LMXStack* stack_ = nullptr;
     int side_ = 96;
-    int generation_ = 0; // of the requests; those of a closed stack are stale
-    QSet<const StackSlice*> pending_;
+    int generation_ = 0; // what a closed stack asked for is stale
+    std::vector<const StackSlice*> waiting_;
+    const StackSlice* running_ = nullptr;
     std::map<const StackSlice*, QString> faults_;
 };
