@@ -16,6 +16,7 @@ class AveragingConfigPage;
 class AveragingProcess;
 class ExportShapesConfigEditor;
 class ExtractContourConfigEditor;
+class ExtractConvexPoints;
 class ExtractPeaksConfigEditor;
 class ExtractSinusConfigEditor;
 class HierarchyConfigEditor;
@@ -34,7 +35,7 @@ class QStackedWidget;
 /// The window decides when a stage may be used by looking at the models that the stack holds, and
 /// runs a stage by making a process, handing it the stack, the bar and the page's values. It holds
 /// no logic on leaves and changes nothing in the stack itself. Exceptions pass through to the
-/// host's event loop.
+/// host's event loop; the models and items then are again what they were before the run.
 ///
 /// The host owns the stack. A window whose stack was destroyed closes its pages and says so in its
 /// title.
@@ -92,6 +93,11 @@ private:
     void initializeAveraging();
     void initializeExportShapes();
 
+    template <class Process>
+    void run(Process& process);
+    template <class Work>
+    void runOrRestore(Work work);
+    void detectSinuses(ExtractConvexPoints& process);
     void runNoHierrachy();
     void runHierarchyIterative();
     void runHierarchyArabidoMethod();

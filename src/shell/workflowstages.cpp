@@ -10,6 +10,7 @@
 #include "blade/hierarchyiterativeprocess.h"
 #include "blade/leafanalysis.h"
 #include "blade/nohierarchyprocess.h"
+#include "interface/documentsnapshot.h"
 #include "interface/lmxstack.h"
 #include "shell/averagingconfigpage.h"
 #include "shell/crenarawindow.h"
@@ -40,6 +41,27 @@ bool CrenaraWindow::passesGate(QWidget* page, GatedStage stage)
         QMessageBox::warning(this, stageGate(stage).title, stageGate(stage).text);
     }
     return result.passed;
+}
+
+/// Carries out what changes the stack. An error passes through, and the models and items are again
+/// what they were.
+template <class Work>
+void CrenaraWindow::runOrRestore(Work work)
+{
+    DocumentSnapshot before(*stack);
+    try {
+        work();
+    } catch (...) {
+        progressBar->reset();
+        before.restore(*stack);
+        throw;
+    }
+}
+
+template <class Process>
+void CrenaraWindow::run(Process& process)
+{
+    runOrRestore([&process] { process.run(); });
 }
 
 void CrenaraWindow::initializeProjectLoader()
@@ -92,7 +114,7 @@ void CrenaraWindow::runExtractContour()
     process.setBackground(contourPage->getBackground());
     process.setFidelity(contourPage->getFidelityValue());
     process.setBinaryImage(contourPage->getImageType());
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::initializeExtractSinus()
@@ -111,7 +133,11 @@ void CrenaraWindow::runExtractSinus()
     process.setStack(*stack);
     process.setNeigbourhood(__configLCMethod.getNeigbourhood());
     process.setThresholdAngle(__configLCMethod.getCurvatureAngle());
+    runOrRestore([this, &process] { detectSinuses(process); });
+}
 
+void CrenaraWindow::detectSinuses(ExtractConvexPoints& process)
+{
     QMessageBox box;
     progressBar->reset();
     const int slices = stack->getNumSlices();
@@ -153,7 +179,7 @@ void CrenaraWindow::runExtractPeaks()
     process.setExcludeNeighbourhood(peaksPage->getExcludeNeighboorhood());
     process.setVenationType(__projectConfig.getVenationType());
     process.setProgressBar(*progressBar);
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::initializeHierarchy()
@@ -190,7 +216,7 @@ void CrenaraWindow::runNoHierrachy()
     NoHierarchyProcess process;
     process.setStack(*stack);
     process.setProgressBar(*progressBar);
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::runHierarchyIterative()
@@ -199,7 +225,7 @@ void CrenaraWindow::runHierarchyIterative()
     process.setStack(*stack);
     process.setTolerance(__configHierarchyIterativeMethod.getTolerance());
     process.setProgressBar(*progressBar);
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::runHierarchyArabidoMethod()
@@ -209,7 +235,7 @@ void CrenaraWindow::runHierarchyArabidoMethod()
     process.setLimitAngle(__configHierarchyArabidoMethod.getAngleLimit());
     process.setEnableDistalTeeth(__configHierarchyArabidoMethod.getEnabledDistalTeeth());
     process.setProgressBar(*progressBar);
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::initializeLeafMeasures()
@@ -235,7 +261,7 @@ void CrenaraWindow::runLeafMeasures()
     process.setPrefix(measuresPage->getPrefix());
     process.setStack(*stack);
     process.setProgressBar(*progressBar);
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::initializeAveraging()
@@ -294,7 +320,7 @@ void CrenaraWindow::runExportShapes()
     ExportShapes process;
     process.setStack(*stack);
     process.setOutputPath(__projectConfig.getProjectPath());
-    process.run();
+    run(process);
 }
 
 void CrenaraWindow::runAveraging()
@@ -324,7 +350,7 @@ void CrenaraWindow::runAveraging()
     process.setEnd(averagingPage->getEnd());
     process.setSteps(averagingPage->getStepsNumber());
     try {
-        average(process);
+        runOrRestore([this, &process] { average(process); });
     } catch (const FileError& error) {
         showAveragingFault(error.getFilename() + ": " + error.getWhat());
     } catch (const Exception& error) {

@@ -7,8 +7,10 @@
 #include "interface/lmxstack.h"
 #include "shell/pluginwindow.h"
 #include "stack/model.h"
+#include "stack/stackwriter.h"
 #include "support/leaf.h"
 #include "support/temporaryfolder.h"
+#include "system/exception.h"
 
 #include <QDirIterator>
 #include <QDoubleSpinBox>
@@ -18,6 +20,7 @@
 #include <QSpinBox>
 
 #include <cmath>
+#include <sstream>
 
 namespace {
 
@@ -100,6 +103,34 @@ private:
     TemporaryFolder folder_;
     std::vector<leaf::Outline> outlines_;
 };
+
+/// A view that fails, once, when it hears of the item of this number.
+class FailingClient : public LMXEventClient
+{
+public:
+    explicit FailingClient(int number)
+        : left_(number)
+    {}
+
+    bool hasFailed() const { return left_ <= 0; }
+
+    void modelItemCreateEvent(LMXModelItemCreateEvent&) override
+    {
+        if (--left_ == 0) {
+            raise<ValueError>("void FailingClient::modelItemCreateEvent()", "no more");
+        }
+    }
+
+private:
+    int left_;
+};
+
+std::string modelsOf(const LMXStack& stack)
+{
+    std::ostringstream text;
+    StackWriter().writeModels(stack, text);
+    return text.str();
+}
 
 /// The paths of all files below a folder, from there on, in order.
 QStringList filesBelow(const QString& folder)
@@ -424,8 +455,18 @@ TEST(CrenaraWindow, AnErrorOfAStageIsToldAndTheDocumentStays)
     EXPECT_EQ(leaf::vertices(*stack, "Contour", 0).size(), contour.size());
     EXPECT_EQ(leaf::vertices(*stack, "Petiole", 1).size(), 2u);
 
-    // The window works on once the file is back.
+    // The window works on once the file is back, until something fails in the midst of a run.
     ASSERT_TRUE(QFile::rename(image + ".away", image));
+    for (int event = 1; event <= 2; ++event) {
+        stack->setModified(event == 1);
+        const std::string before = modelsOf(*stack);
+        FailingClient failing(event);
+        window.clickButton("&Process");
+        EXPECT_TRUE(modals.takeBoxes().join("").endsWith("no more"));
+        EXPECT_TRUE(failing.hasFailed());
+        EXPECT_EQ(modelsOf(*stack), before);
+        EXPECT_EQ(stack->isModified(), event == 1);
+    }
     window.clickButton("&Process");
     EXPECT_EQ(modals.boxes(), QStringList());
     EXPECT_EQ(leaf::vertices(*stack, "Contour", 0).size(), contour.size());
