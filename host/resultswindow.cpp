@@ -59,6 +59,7 @@ void ResultsWindow::createPages()
 ResultTableView* ResultsWindow::createTable(MeasureTables::Kind kind)
 {
     ResultTableView* table = new ResultTableView;
+    table->setObjectName(kind == MeasureTables::Kind::Leaves ? "leaves" : "teeth");
     connect(table, &ResultTableView::rowChosen, this, [this, kind](int row) { choose(kind, row); });
     return table;
 }
