@@ -36,6 +36,9 @@ constexpr double cornerTurn = 20.0;
 constexpr double foldTurn = 90.0;
 /// How far behind a junction under such a lobe the other one may lie, in widths of the stalk.
 constexpr double reach = 2.5;
+/// How far up the blade from its corner a junction is put, in widths of the stalk: on the corner, that
+/// would count as a sinus.
+constexpr double besideCorner = 0.15;
 
 struct Point
 {
@@ -270,8 +273,9 @@ bool StalkSearch::moveToCorners(Stretch& stretch) const
             return false;
         }
     }
-    stretch.first = wrapped(stretch.first - corners[0].first);
-    stretch.last = wrapped(stretch.last + corners[1].first);
+    const int beside = static_cast<int>(std::lround(besideCorner * width));
+    stretch.first = wrapped(stretch.first - corners[0].first - beside);
+    stretch.last = wrapped(stretch.last + corners[1].first + beside);
     return true;
 }
 

@@ -8,7 +8,8 @@
 class StackSlice;
 
 /// Proposes the two blade-petiole junctions of a leaf from its outline alone: the places where the
-/// outline narrows from the blade to the stalk.
+/// outline narrows from the blade to the stalk. Where the blade begins with a corner they lie a few
+/// pixels up the blade from it, so that the corner does not count as a sinus.
 class JunctionProposal
 {
 public:
