@@ -92,56 +92,23 @@ std::vector<Matrix<T>> sampleMatrices()
 
 } // namespace
 
-TYPED_TEST(RealMatrix, GivensRotationClearsTheSecondComponent)
-{
-    using T = TypeParam;
-    std::mt19937 engine(1);
-    for (int round = 0; round < 60; ++round) {
-        Matrix<T> pair = randomMatrix<T>(2, 1, engine);
-        pair[round % 2][0] *= round % 3 == 0 ? T(0) : T(1);
-        T c = 0;
-        T s = 0;
-        Matrix<T>::givens(c, s, pair[0][0], pair[1][0]);
-        EXPECT_NEAR(static_cast<double>(c * c + s * s), 1, tolerance<T>());
-        Matrix<T> columns = pair.transpose();
-        pair.leftGivensRotate(c, s, 0, 1);
-        columns.rightGivensRotate(c, s, 0, 1);
-        EXPECT_NEAR(static_cast<double>(pair[1][0]), 0, tolerance<T>());
-        EXPECT_EQ(columns, pair.transpose());
-    }
-}
-
-TYPED_TEST(RealMatrix, HouseholderTransformOfABlockLeavesTheRestAlone)
+TYPED_TEST(RealMatrix, HouseholderTransformsReflectRowsAndColumns)
 {
     using T = TypeParam;
     std::mt19937 engine(2);
-    const Matrix<T> m = randomMatrix<T>(5, 6, engine);
-    Vector<T> v = m.getColumn(2).copyFrom(1);
+    const Matrix<T> m = randomMatrix<T>(4, 6, engine);
+    Vector<T> v = m.getColumn(2);
     T beta = 0;
     v.householderVector(beta);
-
-    Matrix<T> reflection = identity<T>(4) - v.outerProduct(v) * beta;
-    Matrix<T> expected(m);
-    expected.paste(1, 2, reflection * m.copy(1, 4, 2, 4));
-    Matrix<T> block(m);
-    block.leftHouseholderTransform(v, beta, 1, 4, 2, 4);
-    EXPECT_LE(normOf(block - expected), tolerance<T>());
-
-    Matrix<T> transposed = m.transpose();
-    transposed.rightHouseholderTransform(v, beta, 2, 4, 1, 4);
-    EXPECT_LE(normOf(transposed.transpose() - expected), tolerance<T>());
-
-    Matrix<T> whole = m.copy(1, 4, 0, 5);
-    whole.leftHouseholderTransform(v, beta);
-    EXPECT_LE(normOf(whole - reflection * m.copy(1, 4, 0, 5)), tolerance<T>());
-    Matrix<T> right = m.copy(1, 4, 0, 5).transpose();
+    const Matrix<T> reflected = (identity<T>(4) - v.outerProduct(v) * beta) * m;
+    Matrix<T> left(m);
+    left.leftHouseholderTransform(v, beta);
+    EXPECT_LE(normOf(left - reflected), tolerance<T>());
+    Matrix<T> right = m.transpose();
     right.rightHouseholderTransform(v, beta);
-    EXPECT_LE(normOf(right.transpose() - whole), tolerance<T>());
-    const char* const what = "Incompatible block and Householder vector dimensions";
-    expectError<SizeError>([&] { block.leftHouseholderTransform(v, beta, 1, 3, 0, 1); },
-                           "Matrix<T> Matrix<T>::leftHouseholderTransform(...)", what);
-    expectError<SizeError>([&] { block.rightHouseholderTransform(v, beta); },
-                           "Matrix<T> Matrix<T>::rightHouseholderTransform(...)", what);
+    EXPECT_LE(normOf(right.transpose() - reflected), tolerance<T>());
+    EXPECT_THROW(left.leftHouseholderTransform(v, beta, 1, 3, 0, 1), SizeError);
+    EXPECT_THROW(left.rightHouseholderTransform(v, beta), SizeError);
 }
 
 TYPED_TEST(RealMatrix, BidiagonalFormIsTheProductWithItsFactors)
@@ -206,19 +173,6 @@ TYPED_TEST(RealMatrix, SingularValuesOfADiagonalMatrixAreAbsoluteValues)
     EXPECT_EQ(Matrix<T>(2, 0).svd(nullptr, nullptr).getSize(), 0);
 }
 
-TYPED_TEST(RealMatrix, SingularValuesScaleWithTheMatrix)
-{
-    using T = TypeParam;
-    std::mt19937 engine(3);
-    const Matrix<T> m = randomMatrix<T>(5, 4, engine);
-    const Vector<T> s = m.svd(nullptr, nullptr);
-    for (const int exponent :
-         {std::numeric_limits<T>::max_exponent - 4, std::numeric_limits<T>::min_exponent + 30}) {
-        const T scale = std::ldexp(T(1), exponent);
-        EXPECT_EQ((m * scale).svd(nullptr, nullptr), s * scale);
-    }
-}
-
 TYPED_TEST(RealMatrix, PseudoInverseMeetsPenrosesConditions)
 {
     using T = TypeParam;
@@ -244,39 +198,21 @@ TYPED_TEST(RealMatrix, PseudoInverseMeetsPenrosesConditions)
     }
 }
 
-TYPED_TEST(RealMatrix, SolutionOfAnUnderdeterminedSystemHasMinimumNorm)
-{
-    using T = TypeParam;
-    const Matrix<T> m = matrixOf<T>({{1, 1}, {1, 1}});
-    const Vector<T> x = m.solve(vectorOf<T>({1, 3}));
-    EXPECT_NEAR(static_cast<double>(x[0]), 1, 1e-5);
-    EXPECT_NEAR(static_cast<double>(x[1]), 1, 1e-5);
-    EXPECT_THROW(m.solve(vectorOf<T>({1, 2, 3})), SizeError);
-}
-
 TYPED_TEST(RealMatrix, DecompositionsRefuseWideMatricesAndNaN)
 {
     using T = TypeParam;
     Matrix<T> wide(2, 3);
     wide.setOnes();
     const char* const svdWhere = "Vector<T> Matrix<T>::svd(...) const";
-    expectError<SizeError>([&] { wide.svd(nullptr, nullptr); }, svdWhere,
-                           "Cannot perform svd of (n,p) matrix with p > n");
-    expectError<SizeError>([&] { wide.householderBidiag(nullptr, nullptr); },
-                           "Matrix<T> Matrix<T>::householderBidiag(...) const",
-                           "Cannot perform bidiagonalization of (n,p) matrix with p > n");
-    try {
-        wide.pinverse();
-        ADD_FAILURE();
-    } catch (const SizeError& error) {
-        EXPECT_EQ(error.callStack(),
-                  "[0] " + std::string(svdWhere) + "\n[1] Matrix<T> Matrix<T>::pinverse() const");
-    }
+    EXPECT_RAISES(SizeError, svdWhere, "Cannot perform svd of (n,p) matrix with p > n",
+                  wide.svd(nullptr, nullptr));
+    EXPECT_THROW(wide.householderBidiag(nullptr, nullptr), SizeError);
+    EXPECT_THROW(wide.transpose().solve(vectorOf<T>({1, 2})), SizeError);
     SquareMatrix<T> untouched;
     for (const T bad : {std::numeric_limits<T>::quiet_NaN(), std::numeric_limits<T>::infinity()}) {
         Matrix<T> m = wide.transpose();
         m[1][1] = bad;
-        expectError<MathError>([&] { m.svd(&untouched, nullptr); }, svdWhere, "No convergence");
+        EXPECT_RAISES(MathError, svdWhere, "No convergence", m.svd(&untouched, nullptr));
         try {
             m.solve(m.getColumn(0));
             ADD_FAILURE();

@@ -158,28 +158,6 @@ TYPED_TEST(PolynomialOf, ArithmeticActsOnTheCoefficients)
     EXPECT_EQ(p.eval(vectorOf<T>({2, 3, 4})), 5);
 }
 
-TYPED_TEST(PolynomialOf, OrthogonalisedMonomialsAreOrthogonalAndSpanTheSame)
-{
-    using T = TypeParam;
-    std::mt19937 engine(4);
-    const auto points = randomPoints<T>(40, 2, engine);
-    std::vector<Polynomial<T>> basis;
-    Polynomial<T>::buildBasis(3, 2, basis);
-    std::vector<Polynomial<T>> orthogonal;
-    Polynomial<T>::gramSchmidt(basis, points, orthogonal);
-    ASSERT_EQ(orthogonal.size(), 10u);
-    const auto terms = termsOf(3, 2);
-    for (std::size_t i = 0; i < orthogonal.size(); ++i) {
-        EXPECT_EQ(basis[i].getCoeff(terms[9 - i].data()), 1);
-        EXPECT_EQ(orthogonal[i].getCoeff(terms[9 - i].data()), 1);
-        for (std::size_t j = 0; j < i; ++j) {
-            EXPECT_LE(std::abs(orthogonal[i].innerProduct(orthogonal[j], points)),
-                      std::numeric_limits<T>::epsilon() * 400);
-            EXPECT_EQ(orthogonal[j].getCoeff(terms[9 - i].data()), 0);
-        }
-    }
-}
-
 TYPED_TEST(PolynomialOf, TheFitIsTheLeastSquaresSolution)
 {
     using T = TypeParam;
@@ -206,6 +184,41 @@ TYPED_TEST(PolynomialOf, TheFitIsTheLeastSquaresSolution)
     }
 }
 
+TEST(PolynomialErrors, AreRaisedForWhatDoesNotFit)
+{
+    using P = Polynomial<double>;
+    const P p(2, 2);
+    P other(2, 3);
+    P higher(3, 2);
+    EXPECT_RAISES(SizeError, "void Polynomial<T>::operator+=(const Polynomial&)",
+                  "Dimension mismatch", other += p);
+    EXPECT_RAISES(SizeError, "void Polynomial<T>::operator-=(const Polynomial&)", "Degree mismatch",
+                  higher -= p);
+    EXPECT_THROW(p + other, SizeError);
+    EXPECT_THROW(p - higher, SizeError);
+    EXPECT_THROW(p.derivative(-1), RangeError);
+    EXPECT_THROW(p.derivative(2), RangeError);
+    EXPECT_THROW(p.locate("2,1"), RangeError);
+    EXPECT_THROW(p.locate("-1,1"), RangeError);
+    EXPECT_THROW(p.locate("1"), SizeError);
+    EXPECT_THROW(p.locate("1,x"), TypeError);
+    EXPECT_THROW(p.eval(Vector<double>(1)), SizeError);
+    EXPECT_THROW(P(-1, 2), ValueError);
+    EXPECT_THROW(P(100, 100), SizeError);
+
+    const std::vector<Vector<double>> plane = {vectorOf<double>({1, 2}), vectorOf<double>({3, 4})};
+    const std::vector<Vector<double>> uneven = {plane[0], vectorOf<double>({1})};
+    std::vector<P> out;
+    EXPECT_RAISES(SizeError, "void Polynomial<T>::gramSchmidt(...)", "Degree mismatch",
+                  P::gramSchmidt({p, higher}, plane, out));
+    EXPECT_THROW(P::gramSchmidt({p, other}, plane, out), SizeError);
+    EXPECT_THROW(P::gramSchmidt({p}, uneven, out), SizeError);
+    EXPECT_THROW(P::gramSchmidt({other}, plane, out), SizeError);
+    P fit(1, 1);
+    EXPECT_THROW(fit.approximate({p}, plane, Vector<double>(3)), SizeError);
+    EXPECT_THROW(fit.approximate({}, Vector<double>(), 1), SizeError);
+}
+
 TEST(PolynomialFit, KeepsTheLowerTermWherePointsDoNotTellTermsApart)
 {
     // On the line y = x the plane needs no second variable, and x2, xy, y2 are one.
@@ -227,73 +240,6 @@ TEST(PolynomialFit, KeepsTheLowerTermWherePointsDoNotTellTermsApart)
     for (const char* higher : {"2,0", "1,1", "1,0"}) {
         EXPECT_EQ(fit.getCoeff(higher), 0);
     }
-}
-
-TEST(PolynomialText, PrintsItsCoefficients)
-{
-    Polynomial<double> p(1, 2);
-    p.setCoeff("1,0", 0.5);
-    p.setCoeff("0,0", -3);
-    std::ostringstream stream;
-    p.print("", stream);
-    p.print("Curve", stream);
-    const std::string body = "  Dimension 2\n  Degree    1\n  Terms     3\n  Coeffs    0.5 0 -3 \n";
-    EXPECT_EQ(stream.str(), "Polynomial \n" + body + "Curve\n" + body);
-}
-
-TEST(PolynomialErrors, NameTheOperationAndTheReason)
-{
-    using P = Polynomial<double>;
-    const P p(2, 2);
-    P other(2, 3);
-    P higher(3, 2);
-    const std::string sum = "void Polynomial<T>::operator+=(const Polynomial&)";
-    expectError<SizeError>([&] { other += p; }, sum, "Dimension mismatch");
-    expectError<SizeError>([&] { higher += p; }, sum, "Degree mismatch");
-    expectError<SizeError>([&] { higher -= p; },
-                           "void Polynomial<T>::operator-=(const Polynomial&)", "Degree mismatch");
-    expectError<SizeError>([&] { p + other; },
-                           "Polynomial<T> Polynomial<T>::operator+(const Polynomial&) const",
-                           "Dimension mismatch");
-    expectError<SizeError>([&] { p - higher; },
-                           "Polynomial<T> Polynomial<T>::operator-(const Polynomial&) const",
-                           "Degree mismatch");
-    for (int variable : {-1, 2}) {
-        expectError<RangeError>([&] { p.derivative(variable); },
-                                "Polynomial<T> Polynomial<T>::derivative(const int) const",
-                                "Index of derivation out of range");
-    }
-    EXPECT_THROW(p.locate("2,1"), RangeError);
-    EXPECT_THROW(p.locate("-1,1"), RangeError);
-    EXPECT_THROW(p.locate("1"), SizeError);
-    EXPECT_THROW(p.locate("1,x"), TypeError);
-    EXPECT_THROW(p.eval(Vector<double>(1)), SizeError);
-    EXPECT_THROW(P(-1, 2), ValueError);
-    EXPECT_THROW(P(100, 100), SizeError);
-
-    const std::string gram = "void Polynomial<T>::gramSchmidt(...)";
-    const std::vector<Vector<double>> plane = {vectorOf<double>({1, 2}), vectorOf<double>({3, 4})};
-    const std::vector<Vector<double>> uneven = {plane[0], vectorOf<double>({1})};
-    std::vector<P> out;
-    expectError<SizeError>(
-        [&] {
-            P::gramSchmidt({p, higher}, plane, out);
-        },
-        gram, "Degree mismatch");
-    expectError<SizeError>(
-        [&] {
-            P::gramSchmidt({p, other}, plane, out);
-        },
-        gram, "Dimension mismatch");
-    expectError<SizeError>([&] { P::gramSchmidt({p}, uneven, out); }, gram, "Size mismatch");
-    expectError<SizeError>([&] { P::gramSchmidt({other}, plane, out); }, gram,
-                           "Dimension mismatch");
-    P fit(1, 1);
-    expectError<SizeError>([&] { fit.approximate({p}, plane, Vector<double>(3)); },
-                           "void Polynomial<T>::approximate(const vector<Polynomial>&,"
-                           "const vector<Vector<T> >&,const Vector<T>&)",
-                           "Sizes of input vectors x and y differ.");
-    EXPECT_THROW(fit.approximate({}, Vector<double>(), 1), SizeError);
 }
 
 } // namespace

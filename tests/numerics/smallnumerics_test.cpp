@@ -150,7 +150,6 @@ TEST(Histogram, IntegersTruncateTowardZeroAndRealNumbersDownward)
     const float nan = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(reals.compute(vectorOf<float>({-1, 0, 1, 5.9F, 6, 1e30F, nan})),
               vectorOf<int>({2, 0, 1}));
-    EXPECT_EQ(reals.compute(Vector<float>()), vectorOf<int>({0, 0, 0}));
     Histogram<unsigned char> bytes;
     bytes.compute(vectorOf<unsigned char>({1}));
     EXPECT_EQ(bytes.numBins(), 0);
@@ -164,28 +163,16 @@ TEST(Scalar, KeepsItsTypeAndComparesByText)
     EXPECT_EQ(byte.toString(), "200");
     EXPECT_EQ(static_cast<float>(byte), 200.0F);
     EXPECT_EQ(static_cast<int>(Scalar(2.9)), 2);
-    EXPECT_EQ(Scalar(0.1F).toString(), "0.1");
     EXPECT_TRUE(Scalar(1) == Scalar(1.0F));
-    EXPECT_TRUE(Scalar(static_cast<short>(-3)) == Scalar(-3.0));
     EXPECT_TRUE(Scalar(1) != Scalar(2U));
-}
-
-TEST(Scalar, CopiesAreIndependentAndMovesLeaveNothing)
-{
     Scalar a(static_cast<unsigned short>(7));
-    Scalar b(a);
+    const Scalar b(a);
     a = Scalar(2.5);
     EXPECT_EQ(b.toString(), "7");
-    EXPECT_EQ(a.toString(), "2.5");
-    Scalar c(std::move(a));
+    const Scalar c(std::move(a));
     EXPECT_EQ(static_cast<double>(c), 2.5);
     EXPECT_TRUE(a == Scalar());
-    EXPECT_FALSE(a == c);
-    b = a;
-    EXPECT_THROW(static_cast<void>(static_cast<int>(b)), UsageError);
-    const Scalar& same = c;
-    c = same;
-    EXPECT_EQ(static_cast<double>(c), 2.5);
+    EXPECT_THROW(static_cast<void>(static_cast<int>(a)), UsageError);
 }
 
 TEST(Numbers, PrintsItsStatisticsInOrder)
