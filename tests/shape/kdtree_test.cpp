@@ -79,8 +79,8 @@ TEST(KDTree, RefusesWhatItCanNotAnswer)
     KDTree<float> tree;
     Curve<float> curve(2, 0, 0, 0, false);
     const Vector<float> origin = vectorOf<float>({0, 0});
-    expectError<UsageError>([&] { tree.setShape(curve); }, "void KDTree<T>::setShape(Shape<T>&)",
-                            "The shape is empty");
+    EXPECT_RAISES(UsageError, "void KDTree<T>::setShape(Shape<T>&)", "The shape is empty",
+                  tree.setShape(curve));
     EXPECT_THROW(tree.build(), UsageError);
     EXPECT_THROW(tree.nearestVertex(origin), UsageError);
     curve.append(origin);

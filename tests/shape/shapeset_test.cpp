@@ -132,8 +132,8 @@ TEST(ShapeSet, HoldsPointersAndKeepsPositionsOfMissingShapes)
     EXPECT_EQ(coordinatesOf(*mean), (std::vector<double>{2, 0, 3, 3}));
     EXPECT_EQ(a[0][0], 0);
     b.setOpen(false);
-    expectError<UsageError>([&] { set.average(); }, "Shape<T>& ShapeSet<T>::average() const",
-                            "Shapes in this set are not of the same type");
+    EXPECT_RAISES(UsageError, "Shape<T>& ShapeSet<T>::average() const",
+                  "Shapes in this set are not of the same type", set.average());
 
     const std::unique_ptr<ShapeSet<double>> copy(set.clone());
     EXPECT_EQ(copy->getName(), "leaf");

@@ -211,9 +211,8 @@ TEST(Triangle, FollowsTheVerticesOfTheShapeThatItViews)
     EXPECT_EQ(whole.normal(false), vectorOf<int>({0, 0, 6}));
     EXPECT_TRUE(whole.contains(vectorOf<int>({2, 2, 1})));
     Vector<int> q;
-    expectError<TypeError>([&] { whole.closestPoint(whole[0], q); },
-                           "int Triangle<int>::closestPoint(...) const",
-                           "Method not available for type 'int'");
+    EXPECT_RAISES(TypeError, "int Triangle<int>::closestPoint(...) const",
+                  "Method not available for type 'int'", whole.closestPoint(whole[0], q));
     EXPECT_THROW(Triangle<double>(2).area(), SizeError);
 }
 

@@ -3,13 +3,10 @@
 #include "shape/vertexstack.h"
 #include "support/curves.h"
 #include "support/errors.h"
-#include "support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <random>
-#include <sstream>
 #include <typeinfo>
 
 namespace {
@@ -89,8 +86,8 @@ TEST(VertexStack, InsertsSortsAndReversesLevels)
     stack.remove(0);
     EXPECT_EQ(stack.getHeight(), 9);
 
-    expectError<TypeError>([&] { stack.append(Curve<float>(3, 2, 0, 0, false)); },
-                           "void CurveStack<T>::insert(...)", "Closure mismatch");
+    EXPECT_RAISES(TypeError, "void CurveStack<T>::insert(...)", "Closure mismatch",
+                  stack.append(Curve<float>(3, 2, 0, 0, false)));
     EXPECT_THROW(stack.append(Vertices<float>(3, 2, 0, 0)), std::bad_cast);
     EXPECT_THROW(stack.assign(VertexStack<float>()), std::bad_cast);
     EXPECT_EQ(stack.getHeight(), 9);
@@ -102,8 +99,8 @@ TEST(VertexStack, NearestPlacesAndTreesAgreeWithAFullSearch)
     CurveStack<float> a = randomStack(4, false, engine);
     CurveStack<float> b = randomStack(5, false, engine);
     KDTree<float> tree;
-    expectError<UsageError>([&] { tree.setShape(b); }, "void KDTree<T>::setShape(Shape<T>&)",
-                            "The shape is indexed on several servers");
+    EXPECT_RAISES(UsageError, "void KDTree<T>::setShape(Shape<T>&)",
+                  "The shape is indexed on several servers", tree.setShape(b));
     b.detach();
     tree.setShape(b);
     tree.build();
@@ -119,41 +116,4 @@ TEST(VertexStack, NearestPlacesAndTreesAgreeWithAFullSearch)
             EXPECT_EQ(tree.nearestVertex(a[k][i]), nearest);
         }
     }
-}
-
-TEST(VertexStack, RoundTripsAndRefusesEveryCut)
-{
-    const TemporaryFolder folder;
-    std::mt19937 engine(83);
-    for (const bool open : {false, true}) {
-        CurveStack<float> stack = randomStack(3, open, engine);
-        stack.getLastCurve()[stack.getLastCurve().getSize() - 1][2] = 7;
-        stack.save(folder.file("stack"), true);
-        const std::unique_ptr<Shape<float>> shape(Shape<float>::loadFile(folder.file("stack.cs")));
-        EXPECT_EQ(shape->getShapeType(), open ? 3 : 2);
-        const auto& loaded = dynamic_cast<const CurveStack<float>&>(*shape);
-        ASSERT_EQ(loaded.getHeight(), 3);
-        EXPECT_EQ(loaded[2].isOpen(), open);
-        EXPECT_EQ(loaded[1].getSize(), stack[1].getSize());
-
-        std::ostringstream again;
-        loaded.write(again);
-        const std::string text = folder.read("stack.cs");
-        EXPECT_EQ(again.str(), text);
-        EXPECT_EQ(text.substr(0, 15), open ? "# 3\n# 3\n# 3\n\n\n#" : "# 2\n# 3\n# 3\n\n\n#");
-        for (std::size_t cut = 0; cut + 2 < text.size(); ++cut) {
-            CurveStack<float> partial;
-            EXPECT_THROW(partial.load(folder.write("cut.cs", text.substr(0, cut))),
-                         FileFormatError);
-            EXPECT_EQ(partial.getHeight(), 0);
-        }
-    }
-    for (const std::string text :
-         {"# 2\n# 3\n# 2000000000\n", "# 2\n# 3\n# 1\n# 2000000000\n1 2 3\n",
-          "# 2\n# -3\n# 1\n# 1\n1\n", "# 2\n# 2\n# -1\n"}) {
-        EXPECT_THROW(CurveStack<float>(folder.write("bad.cs", text)), FileFormatError) << text;
-    }
-    VertexStack<float>().save(folder.file("empty"));
-    EXPECT_EQ(folder.read("empty.vs"), "# 7\n# 0\n# 0\n");
-    EXPECT_EQ(VertexStack<float>(folder.file("empty.vs")).getHeight(), 0);
 }
