@@ -1,8 +1,7 @@
 #include "host/sliceeditor.h"
 
-#include "blade/junctionplacing.h"
-#include "host/contourline.h"
 #include "host/editstep.h"
+#include "host/itempoints.h"
 #include "host/lmxrootmediator.h"
 #include "host/modelpresence.h"
 #include "interface/lmxstack.h"
@@ -16,65 +15,9 @@
 
 namespace {
 
-Vector<int> vertexOf(const QPoint& point)
-{
-    Vector<int> vertex(2);
-    vertex[0] = point.x();
-    vertex[1] = point.y();
-    return vertex;
-}
-
-QPoint pointOf(const Vector<int>& vertex)
-{
-    return {vertex[0], vertex[1]};
-}
-
-Vertices<int> verticesOf(const std::vector<QPoint>& points)
-{
-    Vertices<int> vertices(2, static_cast<int>(points.size()), 0, 16);
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        vertices[static_cast<int>(i)] = vertexOf(points[i]);
-    }
-    return vertices;
-}
-
-std::vector<QPoint> pointsOf(const ModelItem& item)
-{
-    std::vector<QPoint> points;
-    for (int i = 0; i < item.getSize(); ++i) {
-        points.push_back(pointOf(item.getVertices()[i]));
-    }
-    return points;
-}
-
 QString text(const std::string& value)
 {
     return QString::fromStdString(value);
-}
-
-bool isPoints(const Model& model)
-{
-    return model.getProperties().definesGeometry() &&
-           model.getProperties().getGeometry() == PRIMITIVE_POLYPOINT;
-}
-
-bool isRegion(const ModelItem& item)
-{
-    const Model* model = item.getModel();
-    return model && model->getProperties().definesGeometry() &&
-           model->getProperties().getGeometry() == PRIMITIVE_REGION;
-}
-
-/// The item of a model that the leaf processes read: the last one on the slice.
-ModelItem* itemOf(StackSlice& slice, const std::string& model)
-{
-    for (int i = slice.getNumItems() - 1; i >= 0; --i) {
-        ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == model) {
-            return &item;
-        }
-    }
-    return nullptr;
 }
 
 /// How many points of a model a leaf has; 0 for any number.
@@ -91,23 +34,11 @@ std::size_t completeCount(const std::string& model)
 void checkHoldsPoints(const LMXStack& stack, const std::string& name)
 {
     const int index = stack.findModel(name);
-    if (index >= 0 ? !isPoints(stack.getModel(index))
+    if (index >= 0 ? !holdsPoints(stack.getModel(index))
                    : name == "Contour" || !ModelPresence::isKnown(name)) {
         refuse("void checkHoldsPoints(const LMXStack&, const string&)",
                "There is no model of points \"" + name + "\"");
     }
-}
-
-/// The sum is twice the area, in image coordinates.
-bool hasPositiveArea(const std::vector<QPoint>& outline)
-{
-    double sum = 0.0;
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        const QPoint& a = outline[i];
-        const QPoint& b = outline[(i + 1) % outline.size()];
-        sum += static_cast<double>(a.x()) * b.y() - static_cast<double>(b.x()) * a.y();
-    }
-    return sum > 0.0;
 }
 
 /// The vertices of the places by their items, ascending; a whole item with none.
@@ -193,27 +124,6 @@ StackSlice& SliceEditor::sliceAt(int slice) const
     return stack()->getSlice(slice);
 }
 
-ModelItem* SliceEditor::contour(StackSlice& slice)
-{
-    for (int i = slice.getNumItems() - 1; i >= 0; --i) {
-        ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
-            return &item;
-        }
-    }
-    return nullptr;
-}
-
-std::optional<QPoint> SliceEditor::onContour(int slice, const QPoint& point, double reach) const
-{
-    const ModelItem* outline = contour(sliceAt(slice));
-    if (!outline) {
-        return std::nullopt;
-    }
-    const ContourLine::Place place = ContourLine(outline->getVertices()).nearest(point);
-    return place.distance <= reach ? std::optional<QPoint>(place.pixel()) : std::nullopt;
-}
-
 std::vector<std::string> SliceEditor::landmarkModels() const
 {
     std::vector<std::string> names = {
@@ -221,7 +131,7 @@ std::vector<std::string> SliceEditor::landmarkModels() const
         "Secondary Sinus", "Secondary Peak", "Primary Distal Sinus", "Primary Distal Peak"};
     for (int i = 0; stack() && i < stack()->getNumModels(); ++i) {
         const Model& model = stack()->getModel(i);
-        if (isPoints(model) &&
+        if (holdsPoints(model) &&
             std::find(names.begin(), names.end(), model.getName()) == names.end()) {
             names.push_back(model.getName());
         }
@@ -238,13 +148,6 @@ QPoint SliceEditor::inImage(const StackSlice& slice, const QPoint& point) const
             std::clamp(point.y(), 0, slice.height() - 1)};
 }
 
-QPoint SliceEditor::snapped(StackSlice& slice, const QPoint& point) const
-{
-    const ModelItem* outline = contour(slice);
-    return inImage(slice,
-                   outline ? ContourLine(outline->getVertices()).nearest(point).pixel() : point);
-}
-
 void SliceEditor::checkPlaces(const StackSlice& slice, const VertexPlaces& places) const
 {
     const char* where = "void SliceEditor::checkPlaces(const StackSlice&, const VertexPlaces&)";
@@ -257,37 +160,6 @@ void SliceEditor::checkPlaces(const StackSlice& slice, const VertexPlaces& place
             refuse(where, "There is no such landmark");
         }
     }
-}
-
-void SliceEditor::drawJunctions(int slice, const QPoint& first, const QPoint& second)
-{
-    const char* where = "void SliceEditor::drawJunctions(int, const QPoint&, const QPoint&)";
-    StackSlice& target = sliceAt(slice);
-    const std::string fault =
-        junctionFault({{first.x(), second.x()}, {first.y(), second.y()}}, target);
-    if (!fault.empty()) {
-        refuse(where, "Slice " + target.getName() + ": " + fault);
-    }
-    const std::vector<QPoint> points = {snapped(target, first), snapped(target, second)};
-    if (points[0] == points[1]) {
-        refuse(where,
-               "Slice " + target.getName() + ": both junctions fall on one place of the contour");
-    }
-    EditStep step(histories_, *stack(), target, "Draw junctions");
-    Model& model = step.model("Petiole");
-    ModelItem* kept = itemOf(target, "Petiole");
-    for (int i = target.getNumItems() - 1; i >= 0; --i) {
-        ModelItem& item = target.getItem(i);
-        if (item.getModel() == &model && &item != kept) {
-            step.removeItem(item);
-        }
-    }
-    if (kept) {
-        step.setVertices(*kept, verticesOf(points));
-    } else {
-        step.insertItem(model, verticesOf(points));
-    }
-    step.commit();
 }
 
 void SliceEditor::moveVertices(int slice, const VertexPlaces& places, const QPoint& shift)
@@ -399,7 +271,7 @@ SliceEditor::moveToModel(int slice, const VertexPlaces& places, const std::strin
     VertexPlaces moved;
     for (const VertexPlace& place : places) {
         const Model* model = target.getItem(place.item).getModel();
-        if (place.isWholeItem() || !model || !isPoints(*model)) {
+        if (place.isWholeItem() || !model || !holdsPoints(*model)) {
             refuse(where, "Only landmarks can be moved to another model");
         }
         if (model->getName() != destination) {
@@ -434,55 +306,4 @@ SliceEditor::moveToModel(int slice, const VertexPlaces& places, const std::strin
         result.push_back({target.findItem(*item), static_cast<int>(k)});
     }
     return result;
-}
-
-void SliceEditor::redrawContour(int slice, const QPolygon& line)
-{
-    const char* where = "void SliceEditor::redrawContour(int, const QPolygon&)";
-    StackSlice& target = sliceAt(slice);
-    std::vector<QPoint> drawn;
-    for (const QPoint& point : line) {
-        drawn.push_back(inImage(target, point));
-    }
-    drawn.erase(std::unique(drawn.begin(), drawn.end()), drawn.end());
-    if (drawn.size() < 2) {
-        refuse(where, "A line takes two points at least");
-    }
-    ModelItem* outline = contour(target);
-    std::vector<QPoint> points;
-    if (outline) {
-        const ContourLine former(outline->getVertices());
-        const double allowed = former.diagonal() / 10.0;
-        if (former.nearest(drawn.front()).distance > allowed ||
-            former.nearest(drawn.back()).distance > allowed) {
-            refuse(where, "The line must begin and end at the contour");
-        }
-        points = former.redrawn(drawn);
-    } else {
-        points = ContourLine::pixelSteps(drawn, true);
-        if (!hasPositiveArea(points)) {
-            std::reverse(points.begin(), points.end()); // as contours are that were extracted
-        }
-    }
-    if (points.size() < 3) {
-        refuse(where, "The contour would have no inside");
-    }
-    EditStep step(histories_, *stack(), target, outline ? "Redraw contour" : "Draw contour");
-    if (outline) {
-        step.setVertices(*outline, verticesOf(points));
-    } else {
-        step.insertItem(step.model("Contour"), verticesOf(points));
-    }
-    step.commit();
-}
-
-void SliceEditor::deleteContour(int slice)
-{
-    StackSlice& target = sliceAt(slice);
-    const ModelItem* outline = contour(target);
-    if (!outline) {
-        refuse("void SliceEditor::deleteContour(int)",
-               "Slice " + target.getName() + " has no contour");
-    }
-    remove(slice, {{target.findItem(*outline), VertexPlace::wholeItem}});
 }

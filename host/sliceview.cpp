@@ -8,17 +8,12 @@
 #include "host/selecttool.h"
 #include "host/sliceeditor.h"
 #include "host/slicepicture.h"
-#include "interface/itempainter.h"
-#include "interface/lmxslicepixmapcache.h"
 #include "interface/lmxstack.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 
 #include <QMouseEvent>
-#include <QPaintEvent>
-#include <QPainter>
-#include <QPixmap>
 
 #include <algorithm>
 #include <cmath>
@@ -27,29 +22,9 @@ namespace {
 
 constexpr double zoomStep = 1.25;
 
-// The same under light and dark palettes: a photograph is judged by its surroundings.
-const QColor ground(48, 48, 48);
-const QColor textColour(235, 235, 235);
-
 std::size_t indexOf(SliceView::Tool tool)
 {
     return static_cast<std::size_t>(tool);
-}
-
-QPoint arrowStep(int key)
-{
-    switch (key) {
-    case Qt::Key_Left:
-        return {-1, 0};
-    case Qt::Key_Right:
-        return {1, 0};
-    case Qt::Key_Up:
-        return {0, -1};
-    case Qt::Key_Down:
-        return {0, 1};
-    default:
-        return {};
-    }
 }
 
 } // namespace
@@ -260,122 +235,13 @@ void SliceView::stackCloseEvent(LMXStackCloseEvent& event)
     }
 }
 
-// Painting.
-
-void SliceView::paintEvent(QPaintEvent* event)
-{
-    QPainter painter(this);
-    painter.fillRect(event->rect(), ground);
-    if (!slice()) {
-        return;
-    }
-    paintPicture(painter, event->rect());
-    paintItems(painter);
-    paintSelection(painter);
-    paintProposal(painter);
-    currentTool().paint(painter);
-}
-
-void SliceView::paintPicture(QPainter& painter, const QRectF& exposed)
-{
-    if (!fault_.isEmpty()) {
-        paintText(painter, fault_);
-        return;
-    }
-    const StackSlice& shown = *slice();
-    if (const std::shared_ptr<const SlicePicture> picture = loader_.request(shown)) {
-        picture->paint(painter, imageToWidget(), exposed);
-        paintText(painter, picture->fault());
-        return;
-    }
-    const QRectF target = imageToWidget().mapRect(QRectF(QPointF(), QSizeF(imageSize())));
-    if (const QPixmap* small = stack_->getSlicePixmapCache().find(shown)) {
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(target, *small, QRectF(small->rect()));
-    } else {
-        painter.fillRect(target, ground.lighter());
-        paintText(painter, "Loading the picture");
-    }
-}
-
-void SliceView::paintText(QPainter& painter, const QString& text) const
-{
-    if (!text.isEmpty()) {
-        painter.setPen(textColour);
-        painter.drawText(rect().adjusted(20, 20, -20, -20), Qt::AlignCenter | Qt::TextWordWrap,
-                         text);
-    }
-}
-
-/// Lines first, points above them.
-void SliceView::paintItems(QPainter& painter) const
-{
-    const ItemPainter items(imageToWidget());
-    for (const bool points : {false, true}) {
-        for (int i = 0; i < slice()->getNumItems(); ++i) {
-            const ModelItem& item = slice()->getItem(i);
-            if (LandmarkPicker::isPoints(item) == points && LandmarkPicker::isVisible(item)) {
-                items.paintItem(painter, item);
-            }
-        }
-    }
-}
-
-void SliceView::paintSelection(QPainter& painter) const
-{
-    constexpr double radius = 11.0;
-    const LandmarkPicker known = picker();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    for (const VertexPlace& place : selection_) {
-        // Processes may delete items without a word before they tell of new ones.
-        if (!known.exists(place)) {
-            continue;
-        }
-        QPolygonF line;
-        const ModelItem& item = slice()->getItem(place.item);
-        for (int i = 0; place.isWholeItem() && i < item.getSize(); ++i) {
-            line.append(known.position({place.item, i}));
-        }
-        for (const QPen& pen : {QPen(Qt::black, 4.0), QPen(Qt::yellow, 2.0)}) {
-            painter.setPen(pen);
-            if (place.isWholeItem()) {
-                painter.drawPolyline(line);
-            } else {
-                painter.drawEllipse(known.position(place), radius, radius);
-            }
-        }
-    }
-}
-
-void SliceView::paintProposal(QPainter& painter) const
-{
-    if (!proposal_) {
-        return;
-    }
-    constexpr double radius = 9.0;
-    QPointF points[2];
-    for (int i = 0; i < 2; ++i) {
-        points[i] = imageToWidget().map(QPointF(proposal_->x[i] + 0.5, proposal_->y[i] + 0.5));
-    }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(QColor(255, 255, 255, 70));
-    for (const QPen& pen : {QPen(Qt::black, 3.0), QPen(Qt::cyan, 2.0, Qt::DashLine)}) {
-        painter.setPen(pen);
-        painter.drawLine(points[0], points[1]);
-        for (const QPointF& point : points) {
-            painter.drawEllipse(point, radius, radius);
-        }
-    }
-}
+// Zoom and pan.
 
 void SliceView::resizeEvent(QResizeEvent*)
 {
     viewport_.setViewSize(size());
     zoomed();
 }
-
-// Zoom and pan.
 
 void SliceView::zoomed()
 {
@@ -474,140 +340,4 @@ void SliceView::mouseDoubleClickEvent(QMouseEvent* event)
 void SliceView::leaveEvent(QEvent*)
 {
     emit statusText(currentTool().hint());
-}
-
-// Keyboard.
-
-bool SliceView::focusNextPrevChild(bool next)
-{
-    const VertexPlaces places = landmarks();
-    const auto found = selection_.size() == 1
-                           ? std::find(places.begin(), places.end(), selection_.front())
-                           : places.end();
-    auto target = places.end();
-    if (found == places.end()) {
-        target = places.empty() ? places.end() : next ? places.begin() : places.end() - 1;
-    } else if (next) {
-        target = found + 1;
-    } else if (found != places.begin()) {
-        target = found - 1;
-    }
-    if (tool_ != Tool::Select || target == places.end()) {
-        setSelection({}); // behind the last one the keyboard goes on to the next widget
-        return QWidget::focusNextPrevChild(next);
-    }
-    setSelection({*target});
-    reveal(vertexAt(*target));
-    emit statusText(describe(*target));
-    return true;
-}
-
-void SliceView::keyPressEvent(QKeyEvent* event)
-{
-    if (!slice() || (!moveByKey(*event) && !actByKey(*event))) {
-        QWidget::keyPressEvent(event);
-    }
-}
-
-bool SliceView::moveByKey(const QKeyEvent& event)
-{
-    constexpr Qt::KeyboardModifiers others = Qt::ControlModifier | Qt::AltModifier;
-    const QPoint direction = arrowStep(event.key());
-    if (direction.isNull() || (event.modifiers() & others)) {
-        return false;
-    }
-    const int pixels = event.modifiers() & Qt::ShiftModifier ? 10 : 1;
-    if (!currentTool().arrow(direction * pixels)) {
-        constexpr double part = 0.02; // of the view, and five times that with Shift
-        viewport_.pan(-QPointF(direction) * std::min(pixels, 5) * part * width());
-        update();
-    }
-    return true;
-}
-
-bool SliceView::actByKey(const QKeyEvent& event)
-{
-    switch (event.key()) {
-    case Qt::Key_Escape:
-        return escape();
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        return enter();
-    case Qt::Key_Backspace:
-        if (currentTool().takeBack()) {
-            return true;
-        }
-        deleteSelection();
-        return true;
-    case Qt::Key_Delete:
-        deleteSelection();
-        return true;
-    case Qt::Key_Plus:
-    case Qt::Key_Equal:
-        zoomIn();
-        return true;
-    case Qt::Key_Minus:
-        zoomOut();
-        return true;
-    case Qt::Key_Space:
-        if (!event.isAutoRepeat()) {
-            spaceHeld_ = true;
-            setCursor(Qt::OpenHandCursor);
-        }
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool SliceView::escape()
-{
-    if (currentTool().cancel()) {
-        emit statusText(currentTool().hint());
-    } else if (proposal_) {
-        setProposal(std::nullopt);
-    } else if (tool_ != Tool::Select) {
-        setTool(Tool::Select);
-    } else if (!selection_.empty()) {
-        setSelection({});
-    } else {
-        return false;
-    }
-    return true;
-}
-
-bool SliceView::enter()
-{
-    if (currentTool().accept()) {
-        return true;
-    }
-    if (proposal_) {
-        acceptProposal();
-        return true;
-    }
-    return false;
-}
-
-void SliceView::keyReleaseEvent(QKeyEvent* event)
-{
-    if (event->isAutoRepeat()) {
-        return;
-    }
-    if (event->key() == Qt::Key_Space && spaceHeld_) {
-        spaceHeld_ = false;
-        setCursor(currentTool().cursorShape());
-    } else if (!arrowStep(event->key()).isNull() && slice()) {
-        currentTool().arrowsDone();
-    } else {
-        QWidget::keyReleaseEvent(event);
-    }
-}
-
-void SliceView::focusOutEvent(QFocusEvent* event)
-{
-    spaceHeld_ = false;
-    if (slice()) {
-        currentTool().arrowsDone();
-    }
-    QWidget::focusOutEvent(event);
 }
