@@ -12,6 +12,7 @@ const std::vector<Command>& commands()
         {"measure", "writes the tables of leaf and tooth measures", runMeasure},
         {"average", "writes average leaf shapes", runAverage},
         {"teeth", "writes each tooth as a curve file", runTeeth},
+        {"landmarks", "writes the places of the landmarks as a table", runLandmarks},
         {"project", "writes a project file", runProject},
         {"run", "does all of this on a set of photographs", runRun},
         {"picture", "draws the landmarks on the photographs", runPicture},

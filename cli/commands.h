@@ -27,6 +27,7 @@ int runHierarchy(const QStringList& arguments, Report& report);
 int runMeasure(const QStringList& arguments, Report& report);
 int runAverage(const QStringList& arguments, Report& report);
 int runTeeth(const QStringList& arguments, Report& report);
+int runLandmarks(const QStringList& arguments, Report& report);
 int runProject(const QStringList& arguments, Report& report);
 int runRun(const QStringList& arguments, Report& report);
 int runPicture(const QStringList& arguments, Report& report);

@@ -8,11 +8,13 @@
 #include "system/exception.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextCodec>
 
 #include <csignal>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <new>
 
 namespace {
@@ -70,11 +72,29 @@ int runCommand(const Command& command, const QStringList& arguments)
     return NotDone;
 }
 
+/// Lets nothing but errors of the start through: on a cluster there is no folder for the sockets of a
+/// session, which none of ours needs.
+void dropWarnings(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        std::cerr << text.toStdString() << std::endl;
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    const QCoreApplication application(argc, argv);
+    std::unique_ptr<const QCoreApplication> application;
+    if (argc > 1 && std::strcmp(argv[1], "picture") == 0) {
+        // Names under pictures need fonts, but no display.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        const QtMessageHandler former = qInstallMessageHandler(dropWarnings);
+        application = std::make_unique<const QGuiApplication>(argc, argv);
+        qInstallMessageHandler(former);
+    } else {
+        application = std::make_unique<const QCoreApplication>(argc, argv);
+    }
     // File names are bytes, which all layers take as UTF-8, whatever the locale says.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     // A file beyond the limit of the process is then an error like a full disk.

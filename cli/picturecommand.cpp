@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/contactsheet.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
 #include "cli/report.h"
@@ -9,6 +10,7 @@
 #include "interface/qimageconversion.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
+#include "system/fileinfo.h"
 
 #include <QImage>
 #include <QPainter>
@@ -52,21 +54,8 @@ std::string fileName(const std::string& slice, std::set<std::string>& taken)
     return name + ".png";
 }
 
-} // namespace
-
-int runPicture(const QStringList& arguments, Report& report)
+void drawSlices(StackFile& file, const std::string& folder, Report& report)
 {
-    CommandLine line(
-        "picture", "STACK.sdf --out DIR",
-        "Draws the landmarks of each slice on its photograph, one PNG file per slice.");
-    line.addOption("out", "Folder of the pictures.", "DIR");
-    line.parse(arguments, 1, 1);
-    const std::string folder = line.required("out");
-    if (line.isSet("quiet")) {
-        report.setQuiet();
-    }
-
-    StackFile file(line.argument(0), report);
     prepareFolder(folder);
     std::set<std::string> taken;
     const int slices = file.stack().getNumSlices();
@@ -79,6 +68,94 @@ int runPicture(const QStringList& arguments, Report& report)
             report.fault(describe(error, file.stack()));
         }
         report.progress("picture", i + 1, slices);
+    }
+}
+
+void saveSheet(const ContactSheet& sheet, const std::string& path)
+{
+    if (sheet.isEmpty()) {
+        throw Failure(path + ": there is nothing to draw");
+    }
+    prepareFolder(folderOf(path));
+    save(sheet.draw(), path);
+}
+
+void drawSheet(StackFile& file, const std::string& path, Report& report)
+{
+    ContactSheet sheet(file.stack().getLengthUnit());
+    for (int i = 0; i < file.stack().getNumSlices(); ++i) {
+        try {
+            sheet.addSlice(file.stack().getSlice(i));
+        } catch (const FileError& error) {
+            report.fault(describe(error, file.stack()));
+        }
+    }
+    saveSheet(sheet, path);
+}
+
+/// The files' names without suffix; with the folder's where two would be alike.
+std::vector<std::string> curveNames(const std::vector<std::string>& files)
+{
+    std::set<std::string> names;
+    for (const std::string& file : files) {
+        names.insert(FileInfo::baseName(file));
+    }
+    std::vector<std::string> result;
+    for (const std::string& file : files) {
+        const std::string folder =
+            names.size() < files.size() ? FileInfo::fileName(folderOf(file)) + "/" : "";
+        result.push_back(folder + FileInfo::baseName(file));
+    }
+    return result;
+}
+
+void drawCurves(const std::vector<std::string>& files, const std::string& path)
+{
+    ContactSheet sheet;
+    const std::vector<std::string> names = curveNames(files);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        sheet.addCurve(names[i], Curve<float>(files[i]));
+    }
+    saveSheet(sheet, path);
+}
+
+} // namespace
+
+int runPicture(const QStringList& arguments, Report& report)
+{
+    CommandLine line(
+        "picture", "STACK.sdf|CURVE.cv...",
+        "Draws the landmarks of each slice on its photograph, one PNG file per slice, or all "
+        "slices, or curves, side by side at one scale.");
+    line.addOption("out", "Folder of the pictures.", "DIR");
+    line.addOption("sheet",
+                   "One picture of all slices, at one scale and with their names. Curve files, as "
+                   "averages and teeth are, have this one alone.",
+                   "FILE.png");
+    line.parse(arguments, 1, -1);
+    const bool curves = FileInfo::suffixName(line.argument(0)) == "cv";
+    if (!curves && line.argumentCount() > 1) {
+        throw UsageFailure("one stack at a time");
+    }
+    if (line.isSet("sheet")) {
+        requireSuffix(line.required("sheet"), "png");
+    }
+    const std::string folder =
+        curves || line.isSet("sheet") ? line.bytes("out") : line.required("out");
+    if (line.isSet("quiet")) {
+        report.setQuiet();
+    }
+
+    if (curves) {
+        drawCurves(line.argumentsFrom(0), line.required("sheet"));
+        return report.exitStatus();
+    }
+    StackFile file(line.argument(0), report);
+    if (!folder.empty()) {
+        drawSlices(file, folder, report);
+    }
+    if (line.isSet("sheet")) {
+        drawSheet(file, line.required("sheet"), report);
     }
     return report.exitStatus();
 }

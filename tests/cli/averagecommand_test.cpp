@@ -2,6 +2,8 @@
 #include "cli/leaffolder.h"
 #include "shape/curve.h"
 
+#include <QImage>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -45,6 +47,25 @@ public:
     std::string stack;
 };
 
+/// The widths of the black pages, from left to right, on a sheet of one row.
+std::vector<int> pageWidths(const QImage& sheet)
+{
+    std::vector<int> widths = {0};
+    for (int x = 0; x < sheet.width(); ++x) {
+        int black = 0;
+        for (int y = 0; y < sheet.height(); ++y) {
+            black += sheet.pixelColor(x, y) == QColor(0, 0, 0) ? 1 : 0;
+        }
+        if (black > 20) {
+            ++widths.back();
+        } else if (widths.back() > 0) {
+            widths.push_back(0);
+        }
+    }
+    widths.pop_back();
+    return widths;
+}
+
 } // namespace
 
 TEST(Average, TheNewStackIsMeasuredAndDrawnLikeAnyOther)
@@ -71,6 +92,43 @@ TEST(Average, TheNewStackIsMeasuredAndDrawnLikeAnyOther)
     }
     const float mean = sum / static_cast<float>(all.size() - 1);
     EXPECT_NEAR(std::stof(average[1][static_cast<std::size_t>(column)]), mean, 0.02f * mean);
+}
+
+TEST(Average, TheSheetShowsAllAveragesAtOneScale)
+{
+    const GrowingLeaves leaves(4);
+    const std::string targets = leaves.folder.write("t.txt", "1000\n1300\n1600\n");
+    ASSERT_EQ(leaves.average({"sliding", "--targets", targets, "--align", "axis"}, "out").status,
+              0);
+    const std::string trajectory = leaves.folder.file("out/s-trajectory.sdf");
+    const std::string picture = leaves.folder.file("new/sheet.png");
+    const CommandResult result = crenara({"picture", trajectory, "--sheet", picture});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    const std::vector<int> widths = pageWidths(QImage(QString::fromStdString(picture)));
+    ASSERT_EQ(widths.size(), 3u);
+
+    // A page is as wide as the leaf is long, with its margins.
+    ASSERT_EQ(crenara({"measure", trajectory, "--prefix", "t"}).status, 0);
+    const auto rows = tableOf(leaves.folder.file("out/t_LeafMeasures.data"));
+    const auto column = std::find(rows[0].begin(), rows[0].end(), "Blade_Length") - rows[0].begin();
+    const auto length = [&](std::size_t i) {
+        return std::stod(rows[i + 1][static_cast<std::size_t>(column)]);
+    };
+    for (std::size_t i = 1; i < 3; ++i) {
+        EXPECT_NEAR(widths[i] / double(widths[0]), length(i) / length(0), 0.01) << i;
+    }
+
+    // Curve files likewise; what is no curve, or no picture, is told.
+    const std::string curve = leaves.folder.file("out/s-trajectory-sa-1000µ0.cv");
+    EXPECT_EQ(crenara({"picture", curve, curve, "--sheet", leaves.folder.file("c.png")}).status, 0);
+    EXPECT_GT(QImage(QString::fromStdString(leaves.folder.file("c.png"))).width(), 900);
+    EXPECT_EQ(crenara({"picture", curve}).status, 2);
+    EXPECT_EQ(crenara({"picture", trajectory, "--sheet", curve}).status, 2);
+    const std::string noCurve = leaves.folder.write("x.cv", "no curve");
+    const CommandResult bad = crenara({"picture", noCurve, "--sheet", picture});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_TRUE(bad.says(noCurve)) << bad.err;
 }
 
 TEST(Average, MethodsWithFilesOfTheUsersOwnTakeTheirValues)

@@ -94,6 +94,40 @@ TEST(Hierarchy, MeasuresUseThePrimaryStructuresAlone)
               std::to_string(primary));
 }
 
+TEST(Hierarchy, TheTableOfLandmarksHoldsAllPoints)
+{
+    LeafFolder folder;
+    const std::string stack =
+        stackWithTips(folder, {folder.addLeaf("a", 5), folder.addLeaf("b", 3)});
+    ASSERT_EQ(crenara({"hierarchy", stack, "recursive", "--limit-angle", "120"}).status, 0);
+    const std::string table = folder.file("t.tsv");
+    ASSERT_EQ(crenara({"landmarks", stack, table}).status, 0);
+    const auto rows = tableOf(table);
+    EXPECT_EQ(rows[0], (std::vector<std::string>{"Slice_Name", "Model", "X", "Y"}));
+    const auto live = open(stack);
+    std::size_t all = 0;
+    for (const char* model : {"Petiole", "Apex", "Primary Sinus", "Secondary Sinus", "Primary Peak",
+                              "Secondary Peak"}) {
+        for (int slice = 0; slice < 2; ++slice) {
+            std::size_t place = 0;
+            const auto expected = leaf::vertices(*live, model, slice);
+            for (const auto& row : rows) {
+                if (row[0] == (slice == 0 ? "a" : "b") && row[1] == model) {
+                    ASSERT_LT(place, expected.size());
+                    EXPECT_EQ(std::stod(row[2]), expected[place].x);
+                    EXPECT_EQ(std::stod(row[3]), expected[place].y);
+                    ++place;
+                }
+            }
+            EXPECT_EQ(place, expected.size()) << model;
+            all += place;
+        }
+    }
+    EXPECT_EQ(rows.size(), all + 1);
+    EXPECT_EQ(crenara({"landmarks", stack, stack}).status, 2);
+    EXPECT_EQ(crenara({"landmarks", stack, folder.file("none/t.tsv")}).status, 1);
+}
+
 TEST(Hierarchy, WhatStandsInTheWayIsToldAndTheStackStays)
 {
     LeafFolder folder;

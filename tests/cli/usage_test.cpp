@@ -5,9 +5,9 @@
 
 namespace {
 
-const std::vector<std::string> subcommands = {"stack", "contour",   "junctions", "sinus",
-                                              "tips",  "hierarchy", "measure",   "project",
-                                              "run",   "picture"};
+const std::vector<std::string> subcommands = {
+    "stack",   "contour", "junctions", "sinus",   "tips", "hierarchy", "measure",
+    "average", "teeth",   "landmarks", "project", "run",  "picture"};
 
 } // namespace
 
