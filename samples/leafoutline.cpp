@@ -24,6 +24,8 @@ struct Half
     /// From the base to the tip.
     Polyline margin;
     std::vector<Point> toothTips;
+    /// From the base to the tip.
+    std::vector<TrueLandmark> landmarks;
 };
 
 /// The margin without teeth, with the distance along it and the outward normals.
@@ -61,17 +63,32 @@ Envelope makeEnvelope(const LeafPlan& plan)
     return envelope;
 }
 
+/// Where the tip of a small tooth stands between its notches, and how tall it is against the tooth
+/// that carries it.
+constexpr double sawSlant = 0.7;
+constexpr double sawHeight = 0.27;
+
 /// A row of teeth along a margin: notches in ascending order, a tooth between any two.
 struct ToothRow
 {
     std::vector<double> notches;
     std::vector<double> heights;
     double marginLength = 0.0;
+    /// Where the tip of a tooth stands between its notches.
     double slant = 0.66;
     int smallTeeth = 0;
 
     /// How far the margin stands out at a distance along it.
     double height(double at) const;
+
+    int count() const { return static_cast<int>(heights.size()); }
+
+    /// The distance along the margin at a part of a tooth, 0 to 1 between its notches.
+    double at(int tooth, double part) const
+    {
+        const auto k = static_cast<std::size_t>(tooth);
+        return notches[k] + part * (notches[k + 1] - notches[k]);
+    }
 
 private:
     double onTooth(std::size_t tooth, double at) const;
@@ -88,9 +105,10 @@ double ToothRow::onTooth(std::size_t tooth, double at) const
     if (smallTeeth > 0) {
         // A saw along the back, none on the last stretch below the tip.
         const double saw = back * (smallTeeth + 1);
-        const double tooSmall = std::fmod(saw, 1.0);
-        const double edge = tooSmall < 0.7 ? tooSmall / 0.7 : (1.0 - tooSmall) / 0.3;
-        height += saw < smallTeeth ? 0.3 * heights[tooth] * edge : 0.0;
+        const double onSmall = std::fmod(saw, 1.0);
+        const double edge =
+            onSmall < sawSlant ? onSmall / sawSlant : (1.0 - onSmall) / (1.0 - sawSlant);
+        height += saw < smallTeeth ? sawHeight * heights[tooth] * edge : 0.0;
     }
     return height;
 }
@@ -118,7 +136,10 @@ ToothRow makeTeeth(const LeafPlan& plan, int teeth, double marginLength, RandomG
 {
     ToothRow row;
     row.marginLength = marginLength;
-    row.smallTeeth = plan.kind == LeafKind::TeethOnTeeth ? 2 : 0;
+    if (plan.kind == LeafKind::TeethOnTeeth) {
+        row.smallTeeth = 2;
+        row.slant = 0.5; // nearer to the middle: the tip is the place farthest from the base
+    }
     const double first = random.uniformLF(0.19, 0.22) * marginLength;
     const double last = random.uniformLF(0.83, 0.86) * marginLength;
     const double spacing = (last - first) / teeth;
@@ -129,7 +150,53 @@ ToothRow makeTeeth(const LeafPlan& plan, int teeth, double marginLength, RandomG
         const double arch = 0.88 + 0.12 * std::sin(pi * (k + 0.5) / teeth);
         row.heights.push_back(plan.toothHeight * arch * random.uniformLF(0.93, 1.07));
     }
+    if (plan.kind == LeafKind::TeethOnTeeth) {
+        // The tooth next to the tip of the leaf is clearly smaller than its neighbour: distal.
+        row.notches.back() -= 0.2 * spacing;
+        row.heights.back() *= 0.92;
+    }
     return row;
+}
+
+/// The area between a tooth and its chord.
+double toothArea(const Polyline& margin, const std::vector<int>& notches, int tooth)
+{
+    const auto first = margin.begin() + notches[static_cast<std::size_t>(tooth)];
+    const auto last = margin.begin() + notches[static_cast<std::size_t>(tooth) + 1];
+    return std::abs(area(Polyline(first, last + 1)));
+}
+
+std::vector<TrueLandmark>
+landmarksOf(const ToothRow& row, const Envelope& envelope, const Polyline& margin)
+{
+    const auto index = [&](double at) {
+        const auto& reached = envelope.reached;
+        return static_cast<int>(std::lower_bound(reached.begin(), reached.end(), at) -
+                                reached.begin());
+    };
+    std::vector<TrueLandmark> landmarks;
+    const auto add = [&](double at, Structure structure, ToothClass label) {
+        landmarks.push_back({margin[static_cast<std::size_t>(index(at))], structure, label});
+    };
+    std::vector<int> notches;
+    for (const double notch : row.notches) {
+        notches.push_back(index(notch));
+    }
+    const int last = row.count() - 1;
+    const bool distal =
+        last > 0 && toothArea(margin, notches, last) < toothArea(margin, notches, last - 1);
+    for (int k = 0; k <= last; ++k) {
+        add(row.at(k, 0.0), Structure::Sinus, ToothClass::Primary);
+        for (int i = 0; i < row.smallTeeth; ++i) {
+            const double part = row.slant / (row.smallTeeth + 1);
+            add(row.at(k, (i + sawSlant) * part), Structure::Tip, ToothClass::Secondary);
+            add(row.at(k, (i + 1) * part), Structure::Sinus, ToothClass::Secondary);
+        }
+        add(row.at(k, row.slant), Structure::Tip,
+            distal && k == last ? ToothClass::Distal : ToothClass::Primary);
+    }
+    add(row.at(last, 1.0), Structure::Sinus, distal ? ToothClass::Distal : ToothClass::Primary);
+    return landmarks;
 }
 
 Half makePinnateHalf(const LeafPlan& plan, int teeth, RandomGenerator& random)
@@ -155,6 +222,7 @@ Half makePinnateHalf(const LeafPlan& plan, int teeth, RandomGenerator& random)
             ++tooth;
         }
     }
+    half.landmarks = landmarksOf(row, envelope, half.margin);
     return half;
 }
 
@@ -196,6 +264,8 @@ Half makePalmateHalf(const LeafPlan& plan, RandomGenerator& random)
         const Point notch = centre + (middle - centre) * random.uniformLF(0.58, 0.66);
         draw(from, tips[here], k == lobes ? 0.18 : 0.2);
         draw(tips[here], notch, 0.16);
+        half.landmarks.push_back({tips[here], Structure::Tip, ToothClass::Primary});
+        half.landmarks.push_back({notch, Structure::Sinus, ToothClass::Primary});
         from = notch;
     }
     draw(from, tips[0], 0.2);
@@ -211,6 +281,9 @@ Half mirrored(Half half)
     }
     for (Point& point : half.toothTips) {
         point.x = -point.x;
+    }
+    for (TrueLandmark& landmark : half.landmarks) {
+        landmark.place.x = -landmark.place.x;
     }
     return half;
 }
@@ -268,6 +341,16 @@ void addPalmateVeins(LeafOutline& leaf, const Half& half)
                     {toPicture(leaf.frame, bezier(main[i], control, twig, 20)), 3.0, 1.0});
             }
         }
+    }
+}
+
+/// Puts the corners of a half onto the outline.
+void addLandmarks(LeafOutline& leaf, const std::vector<TrueLandmark>& corners)
+{
+    for (TrueLandmark corner : corners) {
+        const int nearest = nearestPoint(leaf.outline, leaf.frame.toPicture(corner.place));
+        corner.place = leaf.outline[static_cast<std::size_t>(nearest)];
+        leaf.landmarks.push_back(corner);
     }
 }
 
@@ -344,6 +427,9 @@ LeafOutline makeOutline(const LeafPlan& plan, int width, int height)
     leaf.apex = at(nearestPoint(leaf.outline, leaf.frame.toPicture(left.margin.back())));
     leaf.bladeArea =
         area(Polyline(leaf.outline.begin() + leftIndex, leaf.outline.begin() + rightIndex + 1));
+
+    addLandmarks(leaf, left.landmarks);
+    addLandmarks(leaf, {right.landmarks.rbegin(), right.landmarks.rend()});
 
     if (palmate) {
         addPalmateVeins(leaf, left);

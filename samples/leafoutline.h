@@ -41,6 +41,22 @@ struct Vein
     double lastWidth = 0.0;
 };
 
+/// What a corner of the margin is.
+enum class Structure { Sinus, Tip };
+
+/// Whose corner it is: of a tooth of the leaf, of a tooth on a tooth, or of the tooth next to the
+/// tip of the leaf, where that is smaller than its neighbour. The notch between two teeth of the
+/// leaf is primary, and so is that below a distal tooth.
+enum class ToothClass { Primary, Secondary, Distal };
+
+/// A corner as it was drawn.
+struct TrueLandmark
+{
+    Point place;
+    Structure structure = Structure::Sinus;
+    ToothClass label = ToothClass::Primary;
+};
+
 /// The geometry of one leaf in pixels of its picture.
 struct LeafOutline
 {
@@ -55,6 +71,9 @@ struct LeafOutline
     /// Of the blade alone, in square pixels.
     double bladeArea = 0.0;
     std::vector<Vein> veins;
+    /// All notches and tips of teeth, on the outline: the upper half from base to tip, then the
+    /// lower one. The tip of the leaf is none, nor is that of a palmate leaf's middle lobe.
+    std::vector<TrueLandmark> landmarks;
 };
 
 /// Draws the outline of a plan, in the middle of a picture of this size.

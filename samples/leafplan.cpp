@@ -4,6 +4,7 @@
 #include "system/randomgenerator.h"
 #include "system/stringtools.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -42,7 +43,7 @@ void planTeeth(LeafPlan& plan, RandomGenerator& random)
         plan.upperTeeth = static_cast<int>(random.uniformL(5, 6));
         plan.lowerTeeth = static_cast<int>(random.uniformL(5, 6));
         plan.smallTeeth = 2 * (plan.upperTeeth + plan.lowerTeeth);
-        plan.toothHeight = random.uniformLF(40.0, 46.0);
+        plan.toothHeight = random.uniformLF(72.0, 78.0);
         break;
     case LeafKind::OneSided: {
         const bool upper = random.bernoulli(0.5F);
@@ -108,6 +109,24 @@ LeafPlan planLeaf(int index, long seed)
     plan.lightBackground = (combination / 2) % 2 == 1;
     planTeeth(plan, random);
     planShape(plan, random);
+    plan.seed = random.uniformL(1, 1000000000L);
+    return plan;
+}
+
+LeafPlan planGrowingLeaf(int index, int count, long seed)
+{
+    RandomGenerator random;
+    random.init(seed + 1000003L * index);
+    LeafPlan plan;
+    plan.kind = LeafKind::Plain;
+    plan.name = "growing-" + StringTools::toString(index + 1, 2, '0');
+    planShape(plan, random);
+    const double least = 620.0;
+    const double most = 960.0;
+    plan.bladeLength = least + (most - least) * index / std::max(count - 1, 1);
+    plan.halfWidth = plan.bladeLength * random.uniformLF(0.24, 0.26);
+    plan.toothHeight = plan.bladeLength * random.uniformLF(0.036, 0.038);
+    plan.upperTeeth = plan.lowerTeeth = 6;
     plan.seed = random.uniformL(1, 1000000000L);
     return plan;
 }

@@ -55,3 +55,7 @@ struct LeafPlan
 /// The plan of leaf `index` of a series, counted from 0. It depends on the two numbers alone, not
 /// on how many leaves are drawn. Half of the leaves are plain.
 LeafPlan planLeaf(int index, long seed);
+
+/// The plan of leaf `index` of `count` that grow from the first to the last, each a plain one on a
+/// dark background, grey, with as many teeth as the others.
+LeafPlan planGrowingLeaf(int index, int count, long seed);

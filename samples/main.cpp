@@ -1,3 +1,4 @@
+#include "samples/labelcomparison.h"
 #include "samples/samplefiles.h"
 #include "system/exception.h"
 #include "system/stringtools.h"
@@ -11,16 +12,26 @@
 namespace {
 
 const char* const usage =
-    "usage: crenara-samples OUTDIR [--count N] [--seed S]\n"
+    "usage: crenara-samples OUTDIR [--count N] [--seed S] [--growing]\n"
     "Draws N (14) sample leaf photographs of the series S (1) into the folder OUTDIR, with the\n"
-    "tables junctions.tsv (where blade and stalk meet) and truth.tsv (what was drawn).\n";
+    "tables junctions.tsv (where blade and stalk meet), truth.tsv (what was drawn) and labels.tsv\n"
+    "(each notch and tip of a tooth). With --growing all leaves are of one kind, each larger than\n"
+    "the one before.\n"
+    "       crenara-samples compare LABELS.tsv LANDMARKS.tsv [--distal] [--reach PIXELS]\n"
+    "Compares the landmarks that 'crenara landmarks' writes with those drawn, one by one; one\n"
+    "without a counterpart within PIXELS (15) was not found. Exit status 1 if they differ.\n";
 
 struct Options
 {
-    std::string folder;
+    std::vector<std::string> paths;
     int count = 14;
     int seed = 1;
+    int reach = 15;
+    bool growing = false;
+    bool distal = false;
     bool help = false;
+
+    bool isComparison() const { return paths.front() == "compare"; }
 };
 
 int positive(const std::string& option, const std::vector<std::string>& arguments, std::size_t at)
@@ -49,16 +60,40 @@ Options parse(const std::vector<std::string>& arguments)
             options.count = positive(argument, arguments, ++i);
         } else if (argument == "--seed") {
             options.seed = positive(argument, arguments, ++i);
-        } else if (argument.empty() || argument.front() == '-' || !options.folder.empty()) {
+        } else if (argument == "--reach") {
+            options.reach = positive(argument, arguments, ++i);
+        } else if (argument == "--growing") {
+            options.growing = true;
+        } else if (argument == "--distal") {
+            options.distal = true;
+        } else if (argument.empty() || argument.front() == '-') {
             raise<UsageError>("Options parse(...)", "unexpected argument '" + argument + "'");
         } else {
-            options.folder = argument;
+            options.paths.push_back(argument);
         }
     }
-    if (options.folder.empty()) {
+    if (options.paths.empty()) {
         raise<UsageError>("Options parse(...)", "no folder given");
     }
+    if (options.paths.size() != (options.isComparison() ? 3U : 1U)) {
+        raise<UsageError>("Options parse(...)", "wrong number of arguments");
+    }
     return options;
+}
+
+/// Gives the exit status.
+int run(const Options& options)
+{
+    if (options.isComparison()) {
+        return compareLabels(options.paths[1], options.paths[2], options.distal, options.reach,
+                             std::cout)
+                   ? 0
+                   : 1;
+    }
+    TIFFSetErrorHandler(nullptr); // failures come back as errors of ours
+    writeSamples(options.paths.front(), options.count, options.seed,
+                 options.growing ? Series::Growing : Series::AllKinds);
+    return 0;
 }
 
 } // namespace
@@ -76,12 +111,12 @@ int main(int argc, char* argv[])
         std::cout << usage;
         return 0;
     }
-    TIFFSetErrorHandler(nullptr); // failures come back as errors of ours
     try {
-        writeSamples(options.folder, options.count, options.seed);
+        return run(options);
     } catch (const FileError& error) {
         std::cerr << "crenara-samples: " << error.getFilename() << ": " << error.getWhat() << "\n";
-        return 1;
+    } catch (const Exception& error) {
+        std::cerr << "crenara-samples: " << error.getWhat() << "\n";
     }
-    return 0;
+    return 1;
 }

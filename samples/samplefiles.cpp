@@ -1,5 +1,6 @@
 #include "samples/samplefiles.h"
 
+#include "samples/labelcomparison.h"
 #include "system/dataset.h"
 #include "system/exception.h"
 #include "system/filereplacement.h"
@@ -46,10 +47,22 @@ void addRows(
     truth.setValue("Blade_Area", row, leaf.bladeArea);
 }
 
+void addLabels(DataSet& labels, const LeafPlan& plan, const LeafOutline& leaf)
+{
+    for (const TrueLandmark& landmark : leaf.landmarks) {
+        const int row = labels.numRows();
+        labels.setValue<std::string>("Slice_Name", row, plan.name);
+        labels.setValue<std::string>("Structure", row, structureName(landmark.structure));
+        labels.setValue<std::string>("Class", row, className(landmark.label));
+        labels.setValue("X", row, pixel(landmark.place.x));
+        labels.setValue("Y", row, pixel(landmark.place.y));
+    }
+}
+
 void saveTable(const DataSet& table, const std::string& filename)
 {
     if (!table.save(filename, true)) {
-        raiseFile<FileWriteError>("void writeSamples(const string&, int, long)",
+        raiseFile<FileWriteError>("void writeSamples(const string&, int, long, Series)",
                                   "The file can't be written", filename);
     }
 }
@@ -95,23 +108,27 @@ void writeTiff(const Picture& picture, const std::string& filename)
     replacement.commit(written);
 }
 
-void writeSamples(const std::string& folder, int count, long seed)
+void writeSamples(const std::string& folder, int count, long seed, Series series)
 {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
     if (error) {
-        raiseFile<FileWriteError>("void writeSamples(const string&, int, long)",
+        raiseFile<FileWriteError>("void writeSamples(const string&, int, long, Series)",
                                   "The folder can't be made: " + error.message(), folder);
     }
     DataSet junctions;
     DataSet truth;
+    DataSet labels;
     for (int index = 0; index < count; ++index) {
-        const LeafPlan plan = planLeaf(index, seed);
+        const LeafPlan plan =
+            series == Series::Growing ? planGrowingLeaf(index, count, seed) : planLeaf(index, seed);
         const LeafOutline leaf = makeOutline(plan, pictureWidth, pictureHeight);
         writeTiff(drawLeaf(plan, leaf, pictureWidth, pictureHeight),
                   folder + "/" + plan.name + ".tif");
         addRows(junctions, truth, index, plan, leaf);
+        addLabels(labels, plan, leaf);
     }
     saveTable(junctions, folder + "/junctions.tsv");
     saveTable(truth, folder + "/truth.tsv");
+    saveTable(labels, folder + "/labels.tsv");
 }

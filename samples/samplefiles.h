@@ -8,7 +8,11 @@
 /// that was there stays whole.
 void writeTiff(const Picture& picture, const std::string& filename);
 
+/// What leaves a series has.
+enum class Series { AllKinds, Growing };
+
 /// Draws `count` leaves of the series `seed` into a folder, which is made if it isn't there: a TIFF
-/// for each, and two tables. "junctions.tsv" gives the points where blade and stalk meet;
-/// "truth.tsv" gives what was drawn, lengths and area in pixels. Raises `FileWriteError`.
-void writeSamples(const std::string& folder, int count, long seed);
+/// for each, and three tables. "junctions.tsv" gives the points where blade and stalk meet;
+/// "truth.tsv" gives what was drawn, lengths and area in pixels; "labels.tsv" has a row for each
+/// notch and each tip of a tooth, with what it is. Raises `FileWriteError`.
+void writeSamples(const std::string& folder, int count, long seed, Series series);

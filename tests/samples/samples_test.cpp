@@ -1,4 +1,5 @@
 #include "samples/canvas.h"
+#include "samples/labelcomparison.h"
 #include "samples/leafreader.h"
 #include "samples/samplefiles.h"
 #include "support/temporaryfolder.h"
@@ -13,6 +14,7 @@
 #include <numeric>
 #include <random>
 #include <set>
+#include <sstream>
 
 namespace {
 
@@ -149,9 +151,9 @@ TEST(DrawLeaf, ThePictureShowsTheNotchesOfThePlan)
 TEST(WriteSamples, TheSameSeriesGivesTheSameFilesHoweverManyAreDrawn)
 {
     const TemporaryFolder folder;
-    writeSamples(folder.file("two"), 2, 5);
-    writeSamples(folder.file("three"), 3, 5);
-    writeSamples(folder.file("other"), 1, 6);
+    writeSamples(folder.file("two"), 2, 5, Series::AllKinds);
+    writeSamples(folder.file("three"), 3, 5, Series::AllKinds);
+    writeSamples(folder.file("other"), 1, 6, Series::AllKinds);
     for (const char* name : {"plain-01.tif", "double-01.tif"}) {
         EXPECT_EQ(folder.read(std::string("two/") + name),
                   folder.read(std::string("three/") + name));
@@ -203,5 +205,73 @@ TEST(WriteSamples, AFolderThatCannotBeMadeIsAnError)
 {
     const TemporaryFolder folder;
     folder.write("file", "");
-    EXPECT_THROW(writeSamples(folder.file("file/inside"), 1, 1), FileWriteError);
+    EXPECT_THROW(writeSamples(folder.file("file/inside"), 1, 1, Series::AllKinds), FileWriteError);
+}
+
+TEST(MakeOutline, EveryCornerThatIsDrawnHasItsLabel)
+{
+    for (int index = 0; index < 24; ++index) {
+        const LeafPlan plan = planLeaf(index, 2);
+        const LeafOutline leaf = makeOutline(plan, width, height);
+        const bool palmate = plan.kind == LeafKind::Palmate;
+        int secondary = 0;
+        int tips = 0;
+        for (const TrueLandmark& landmark : leaf.landmarks) {
+            secondary += landmark.label == ToothClass::Secondary ? 1 : 0;
+            tips += landmark.structure == Structure::Tip ? 1 : 0;
+            // A corner stands out, or in: against the chord over it the outline turns.
+            const auto place = static_cast<std::size_t>(nearestPoint(leaf.outline, landmark.place));
+            const Point a = leaf.outline[place - 9] - leaf.outline[place];
+            const Point b = leaf.outline[place + 9] - leaf.outline[place];
+            EXPECT_EQ(a.x * b.y - a.y * b.x < 0.0, landmark.structure == Structure::Tip)
+                << plan.name;
+        }
+        const int teeth = plan.upperTeeth + plan.lowerTeeth;
+        EXPECT_EQ(secondary, 2 * plan.smallTeeth) << plan.name;
+        EXPECT_EQ(tips, palmate ? teeth + 2 : teeth + plan.smallTeeth) << plan.name;
+    }
+}
+
+TEST(CompareLabels, TellsEachLandmarkThatDiffersAndNoOther)
+{
+    const TemporaryFolder folder;
+    const std::string labels = folder.write("labels.tsv", "Slice_Name\tStructure\tClass\tX\tY\n"
+                                                          "a\tsinus\tprimary\t10\t10\n"
+                                                          "a\ttip\tprimary\t10\t20\n"
+                                                          "a\tsinus\tsecondary\t10\t30\n"
+                                                          "a\ttip\tdistal\t10\t40\n"
+                                                          "b\tsinus\tprimary\t0\t0\n");
+    const std::string head = "Slice_Name\tModel\tX\tY\na\tApex\t0\t0\n";
+    const auto compare = [&](const std::string& rows, bool distal) {
+        std::ostringstream out;
+        const bool good =
+            compareLabels(labels, folder.write("found.tsv", head + rows), distal, 5.0, out);
+        EXPECT_EQ(good, out.str().find("    ") == std::string::npos) << out.str();
+        return out.str();
+    };
+    const std::string sinus = "a\tPrimary Sinus\t11\t10\n";
+    const std::string tip = "a\tPrimary Peak\t10\t21\n";
+    const std::string small = "a\tSecondary Sinus\t10\t30\n";
+    const std::string last = "a\tPrimary Distal Peak\t13\t44\n";
+    EXPECT_EQ(compare(sinus + tip + small + last, true),
+              "  a: of 4 drawn landmarks 4 agree, 0 disagree, 0 were not found, and 0 were found "
+              "that were not drawn; the farthest lies 5 pixels off\n");
+    const std::string both = sinus + "a\tSecondary Sinus\t11\t10\n";
+    EXPECT_NE(compare(both + tip + small + last, true).find(" 4 agree"), std::string::npos);
+    EXPECT_NE(compare(sinus + tip + small + last, false).find("drawn primary, found distal"),
+              std::string::npos);
+    EXPECT_NE(compare(sinus + tip + last, true).find("(10, 30) drawn secondary, not found"),
+              std::string::npos);
+    EXPECT_NE(compare(sinus + tip + small + last + "a\tPrimary Peak\t50\t50\n", true)
+                  .find("(50, 50) not drawn, found primary"),
+              std::string::npos);
+    EXPECT_NE(compare(sinus + tip + small + "a\tPrimary Sinus\t10\t30\n" + last, true)
+                  .find("drawn secondary, found primary and secondary"),
+              std::string::npos);
+
+    std::ostringstream out;
+    EXPECT_THROW(compareLabels(labels, labels, true, 5.0, out), FileFormatError);
+    EXPECT_THROW(compareLabels(labels, folder.file("none"), true, 5.0, out), FileReadError);
+    const std::string other = folder.write("other.tsv", "Slice_Name\tModel\tX\tY\nc\tApex\t0\t0\n");
+    EXPECT_THROW(compareLabels(labels, other, true, 5.0, out), FileFormatError);
 }
