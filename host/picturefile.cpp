@@ -4,9 +4,11 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QSaveFile>
+#include <QScreen>
 #include <QSvgGenerator>
 
 namespace {
@@ -36,6 +38,8 @@ QByteArray svg(const QSize& size, const std::function<void(QPainter&)>& paint)
     generator.setOutputDevice(&buffer);
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(), size));
+    // Texts are laid out by the metrics of the screen.
+    generator.setResolution(qRound(QGuiApplication::primaryScreen()->logicalDotsPerInch()));
     QPainter painter(&generator);
     paint(painter);
     painter.end();

@@ -3,6 +3,7 @@
 #include "host/plotview.h"
 #include "host/tablecolumn.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -13,24 +14,24 @@ namespace {
 /// The columns whose values make groups, in the order in which they are offered.
 const char* const groupColumns[] = {"Slice_Name", "Tooth_Position", "Side"};
 
-/// Shows `names` and keeps the choice; without one that can be kept, `wanted` is chosen.
-void fill(QComboBox& box, const QStringList& names, const QString& wanted)
+void fill(QComboBox& box, const QStringList& names, const QString& chosen)
 {
     const QSignalBlocker blocker(box);
-    const QString before = box.currentText();
     box.clear();
     box.addItems(names);
-    box.setCurrentText(names.contains(before) ? before : wanted);
+    box.setCurrentText(chosen);
+    box.view()->setMinimumWidth(box.view()->sizeHintForColumn(0) + 30);
 }
 
 QComboBox* addBox(QHBoxLayout& row, const QString& label)
 {
     QComboBox* box = new QComboBox;
-    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(6);
     QLabel* text = new QLabel(label);
     text->setBuddy(box);
     row.addWidget(text);
-    row.addWidget(box);
+    row.addWidget(box, 1);
     return box;
 }
 
@@ -46,7 +47,6 @@ PlotPage::PlotPage(QWidget* parent)
     y_ = addBox(*choices, "&Vertical:");
     x_ = addBox(*choices, "&Horizontal:");
     group_ = addBox(*choices, "C&olour:");
-    choices->addStretch(1);
     QVBoxLayout* layout = new QVBoxLayout(this);
     layout->addLayout(choices);
     layout->addWidget(view_, 1);
@@ -55,7 +55,7 @@ PlotPage::PlotPage(QWidget* parent)
     const auto chosen = QOverload<int>::of(&QComboBox::currentIndexChanged);
     connect(table_, chosen, this, &PlotPage::listColumns);
     for (QComboBox* box : {x_, y_, group_}) {
-        connect(box, chosen, this, &PlotPage::plot);
+        connect(box, chosen, this, &PlotPage::choose);
     }
     connect(view_, &PlotView::rowChosen, this, [this](int row) { emit rowChosen(kind(), row); });
 }
@@ -89,10 +89,15 @@ void PlotPage::listColumns()
             groups.append(name);
         }
     }
-    const bool leaves = kind() == MeasureTables::Kind::Leaves;
-    fill(*x_, numbers, leaves ? "Blade_Length" : "Tooth_Position_From_The_Tip");
-    fill(*y_, numbers, leaves ? "Blade_Area" : "Tooth_Area");
-    fill(*group_, groups, "Slice_Name");
+    fill(*x_, numbers, choice().x);
+    fill(*y_, numbers, choice().y);
+    fill(*group_, groups, choice().group);
+    plot();
+}
+
+void PlotPage::choose()
+{
+    choice() = {x_->currentText(), y_->currentText(), group_->currentText()};
     plot();
 }
 

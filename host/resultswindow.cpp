@@ -86,6 +86,7 @@ void ResultsWindow::createMenus()
     QMenu* edit = menuBar()->addMenu("&Edit");
     QAction* copying = edit->addAction("&Copy", this, &ResultsWindow::copy, QKeySequence::Copy);
 
+    // Of two entries with one key only one is open at a time.
     const auto enable = [=](int tab) {
         table->setEnabled(tab <= TeethTab);
         copying->setEnabled(tab <= TeethTab);
