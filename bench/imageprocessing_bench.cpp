@@ -1,5 +1,7 @@
 #include "image/componentlabelling0.h"
 #include "image/gaussiangradient0.h"
+#include "image/image2.h"
+#include "image/imagearithmetic.h"
 #include "image/minfilter0.h"
 #include "image/otsuthresholding0.h"
 #include "image/sumfilter0.h"
@@ -144,6 +146,46 @@ void minimumBall(benchmark::State& state)
     }
 }
 
+/// The argument is the operation: add, subtract, multiply, divide.
+template <class T>
+void frameArithmetic(benchmark::State& state)
+{
+    constexpr int side = 2048;
+    Image2 image(valueTypeOf<T>(), side, side, 1, 1, 1, 1);
+    Image2 other(valueTypeOf<T>(), side, side, 1, 1, 1, 1);
+    image.fill(T(3));
+    other.fill(T(1));
+    const ImageArithmetic arithmetic;
+    const auto operation = static_cast<ImageArithmetic::Operation>(state.range(0));
+    for (auto step : state) {
+        static_cast<void>(step);
+        arithmetic.apply(image, other, operation);
+    }
+    state.SetItemsProcessed(state.iterations() * std::int64_t(side) * side);
+}
+
+/// A fresh image each time, as `convertToType` makes one too.
+template <class From, class To>
+void frameConversion(benchmark::State& state)
+{
+    constexpr int side = 2048;
+    Image2 image(valueTypeOf<From>(), side, side, 1, 1, 1, 1);
+    image.fill(From(3));
+    Image2 converted(valueTypeOf<To>(), side, side, 1, 1, 1, 1);
+    for (auto step : state) {
+        static_cast<void>(step);
+        if (state.range(0) != 0) {
+            state.PauseTiming();
+            converted = image;
+            state.ResumeTiming();
+            converted.convertToType<To>();
+        } else {
+            converted.castAssignCurrentValues(image);
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * std::int64_t(side) * side);
+}
+
 } // namespace
 
 BENCHMARK(gaussianGradient)
@@ -159,3 +201,9 @@ BENCHMARK(contourPixels)->Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(maskedHistogram)->Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(squareSum)->Arg(1024)->Arg(4096)->Unit(benchmark::kMillisecond);
 BENCHMARK(minimumBall)->Args({64, 3})->Args({64, 10})->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(frameArithmetic, unsigned char)->DenseRange(0, 3);
+BENCHMARK_TEMPLATE(frameArithmetic, unsigned short)->DenseRange(0, 3);
+BENCHMARK_TEMPLATE(frameArithmetic, float)->DenseRange(0, 3);
+BENCHMARK_TEMPLATE(frameConversion, unsigned char, float)->Arg(0)->Arg(1);
+BENCHMARK_TEMPLATE(frameConversion, float, unsigned char)->Arg(0)->Arg(1);
+BENCHMARK_TEMPLATE(frameConversion, unsigned char, unsigned short)->Arg(0)->Arg(1);

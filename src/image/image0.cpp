@@ -4,12 +4,14 @@
 #include "image/imagereader.h"
 #include "image/imagewriter.h"
 #include "image/pixelmatrix.h"
+#include "image/pixelmemory.h"
 #include "shape/boundingbox.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <utility>
@@ -101,7 +103,7 @@ void Image0::reset()
 
 void Image0::destroy()
 {
-    delete[] data_;
+    std::free(data_);
     delete[] rows_;
     reset();
 }
@@ -131,13 +133,13 @@ void Image0::init(int width, int height, int depth)
 
 void Image0::allocatePixels()
 {
-    delete[] data_;
+    std::free(data_);
     delete[] rows_;
     data_ = nullptr;
     rows_ = nullptr;
     const std::size_t line = bytesPerLine();
     const std::size_t rows = static_cast<std::size_t>(getHeight());
-    data_ = new unsigned char[rows * line];
+    data_ = allocatePixelMemory(rows * line);
     rows_ = new unsigned char*[rows];
     for (std::size_t i = 0; i < rows; ++i) {
         rows_[i] = data_ + i * line;

@@ -4,13 +4,13 @@
 #include "image/image2mapper.h"
 #include "image/imagereader.h"
 #include "image/imagewriter.h"
+#include "image/pixelmemory.h"
 #include "shape/boundingbox.h"
 #include "system/exception.h"
 
 #include <cstdio>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <utility>
 
 namespace {
@@ -154,10 +154,7 @@ void Image2::allocateData()
             if (length == 0) {
                 continue;
             }
-            block.reset(static_cast<unsigned char*>(std::calloc(length, 1)));
-            if (!block) {
-                throw std::bad_alloc();
-            }
+            block.reset(allocatePixelMemory(length));
         }
     }
 }

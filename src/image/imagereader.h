@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/abstractimageio.h"
+#include "image/childreader.h"
 #include "image/imageformat.h"
 #include "image/valuetype.h"
 
@@ -48,7 +49,8 @@ public:
     /// `ImageSourceLSMStackPlane`; here they are zero.
     void read(Image0& image, const std::string& path);
 
-    /// Header, and the data when `load` is true, of a TIFF, BigTIFF, LSM, HDF5 or IMG file.
+    /// Header, and the data when `load` is true, of a TIFF, BigTIFF, LSM, HDF5 or IMG file. HDF5 is
+    /// read by a child process, since a damaged file can make its library crash.
     void read(Image2& image, const std::string& path, bool load);
 
     /// Reads from any kind of source.
@@ -112,6 +114,7 @@ protected:
     void readHDF5Image(Image2& image, const std::string& path, bool load);
 
 private:
+    void sendHDF5(const ChildReader::Sender& sender, const std::string& path, bool load);
     void readRows(Image0& image, TIFF* tif, int sample, const char* where);
     void setReadGeometry(Image2& image,
                          TIFF* tif,

@@ -229,6 +229,9 @@ void ImageWriter::writeTIFFHeader(const ImageHeader& header, TIFF* tif)
 
 void ImageWriter::writeTIFFPixels(const Image0& image, TIFF* tif)
 {
+    // libtiff would gather the one strip whole.
+    constexpr tmsize_t gathered = tmsize_t(1) << 16;
+    TIFFWriteBufferSetup(tif, nullptr, gathered);
     std::vector<unsigned char> row(static_cast<std::size_t>(TIFFScanlineSize(tif)));
     for (int i = 0; i < image.getHeight(); ++i) {
         std::memcpy(row.data(), image.getPixels()[i], row.size());

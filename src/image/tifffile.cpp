@@ -1,6 +1,7 @@
 #include "image/tifffile.h"
 
 #include "image/imageheader.h"
+#include "image/tiffoutput.h"
 #include "system/exception.h"
 
 #include <cstdarg>
@@ -80,10 +81,14 @@ void TiffMessages::takeError(const char*, const char* format, va_list arguments)
 
 TiffFile::TiffFile(const std::string& path, const char* mode)
 {
+    if (mode[0] == 'w') {
+        tif_ = TiffOutput::open(path, mode);
+        return;
+    }
     TIFFOpenOptions* options = TIFFOpenOptionsAlloc();
     std::error_code unknownSize;
     const std::uintmax_t length = std::filesystem::file_size(path, unknownSize);
-    if (mode[0] == 'r' && !unknownSize) {
+    if (!unknownSize) {
         constexpr std::uintmax_t base = std::uintmax_t(1) << 26;
         constexpr std::uintmax_t limit = std::uintmax_t(1) << 48;
         const std::uintmax_t memory = length < limit ? base + 8 * length : 8 * limit;

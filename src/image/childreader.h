@@ -1,0 +1,50 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+
+/// Reads a file through a library that a damaged file can bring to crash, to run for ever, to leak or
+/// to ask for any amount of memory: the library works in a child process, which sends what it reads
+/// through a pipe. Whatever becomes of the child, this process goes on.
+///
+/// The child is a fork without a program of its own: it must not touch the screen or other threads'
+/// data, and ends without cleaning up.
+class ChildReader
+{
+public:
+    /// The child's end of the pipe.
+    class Sender
+    {
+    public:
+        explicit Sender(int descriptor)
+            : descriptor_(descriptor)
+        {}
+
+        /// Sends the bytes; ends the child when nobody listens any more.
+        void send(const void* bytes, std::size_t count) const;
+
+        /// Bounds what the child may take from now on: memory beyond what it has, and time of its
+        /// processor in all.
+        static void limit(std::size_t bytes, unsigned int seconds);
+
+    private:
+        int descriptor_;
+    };
+
+    /// Starts `work` in a child. Raises `std::system_error` when the system has none to give.
+    explicit ChildReader(const std::function<void(const Sender&)>& work);
+
+    /// Ends the child if it still works.
+    ~ChildReader();
+    ChildReader(const ChildReader&) = delete;
+    ChildReader& operator=(const ChildReader&) = delete;
+
+    /// Takes the next bytes; false when the child ended without sending so many.
+    bool receive(void* bytes, std::size_t count) const;
+
+private:
+    int descriptor_ = -1;
+    pid_t child_ = -1;
+};
