@@ -20,8 +20,14 @@ struct FuzzEntry
     bool (*read)(const std::string& path);
 };
 
+/// HDF5 files of one dataset.
+extern const FuzzEntry hdf5Entry;
+
 /// TIFF, BigTIFF and LSM files as header, images, planes and volume.
 extern const FuzzEntry imageEntry;
+
+/// Raw images.
+extern const FuzzEntry imgEntry;
 
 /// Tables of petiole junctions.
 extern const FuzzEntry junctionsEntry;

@@ -74,8 +74,7 @@ bool readAll(const std::string& path)
 {
     ImageFormat format = ImageFormat::Unknown;
     if (!succeeds([&] { format = ImageReader().readImageFileFormat(path); }) ||
-        // The HDF5 library leaks and asks for absurd sizes where a file is damaged, and stops the fuzzer.
-        format == ImageFormat::Hdf5) {
+        format == ImageFormat::Hdf5) { // has an entry of its own
         return false;
     }
     bool sound = succeeds([&] { readImage2(path); });

@@ -14,10 +14,14 @@
 #include "support/tiffs.h"
 #include "system/dataset.h"
 
+#include <H5Cpp.h>
+
 #include <array>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <numeric>
+#include <vector>
 
 namespace {
 
@@ -118,6 +122,39 @@ void writeImages(const std::string& folder)
     writeForeignPlane(folder + "big.tif", "w8", COMPRESSION_LZW, PLANARCONFIG_CONTIG);
     writeForeignPlane(folder + "motorola.tif", "wb", COMPRESSION_NONE, PLANARCONFIG_CONTIG);
     writeLsm(folder + "microscope.tif");
+}
+
+/// A dataset of rising numbers. Chunks of nought are none; `latest` takes the newest form of file.
+template <class T>
+void writeHdf5(const std::string& path,
+               const std::vector<hsize_t>& extent,
+               const H5::DataType& type,
+               const std::vector<hsize_t>& chunk,
+               bool latest)
+{
+    H5::FileAccPropList access;
+    access.setLibverBounds(latest ? H5F_LIBVER_LATEST : H5F_LIBVER_EARLIEST, H5F_LIBVER_LATEST);
+    H5::H5File file(path, H5F_ACC_TRUNC, H5::FileCreatPropList::DEFAULT, access);
+    H5::DSetCreatPropList properties;
+    if (!chunk.empty()) {
+        properties.setChunk(static_cast<int>(chunk.size()), chunk.data());
+        properties.setShuffle();
+        properties.setDeflate(6);
+        properties.setFletcher32();
+    }
+    const H5::DataSpace space(static_cast<int>(extent.size()), extent.data());
+    std::vector<T> values(static_cast<std::size_t>(space.getSimpleExtentNpoints()));
+    std::iota(values.begin(), values.end(), T(1));
+    file.createDataSet("volume", type, space, properties).write(values.data(), type);
+}
+
+void writeHdf5s(const std::string& folder)
+{
+    writeHdf5<short>(folder + "plain.h5", {3, 4}, H5::PredType::NATIVE_SHORT, {}, false);
+    writeHdf5<unsigned char>(folder + "latest.h5", {2, 3, 4}, H5::PredType::NATIVE_UCHAR, {}, true);
+    writeHdf5<float>(folder + "chunks.h5", {3, 5, 4}, H5::PredType::NATIVE_FLOAT, {2, 2, 4}, false);
+    writeHdf5<double>(folder + "latestchunks.h5", {5, 4}, H5::PredType::NATIVE_DOUBLE, {2, 4},
+                      true);
 }
 
 void writeStacks(const std::string& folder)
@@ -225,6 +262,8 @@ try {
     }
     const std::string root = std::filesystem::absolute(argv[1]).string();
     writeImages(seedFolder(root, "image"));
+    writeHdf5s(seedFolder(root, "hdf5"));
+    write(seedFolder(root, "img") + "raw.img", "0000" + std::string(8, 'h') + "pixels");
     writeStacks(seedFolder(root, "stack"));
     writeShapes(seedFolder(root, "shape"));
     writeTables(seedFolder(root, "table"));

@@ -114,7 +114,9 @@ TEST_P(FuzzEntries, SeedsWithWrongBytesDoNoHarm)
 
 INSTANTIATE_TEST_SUITE_P(Readers,
                          FuzzEntries,
-                         testing::Values(&imageEntry,
+                         testing::Values(&hdf5Entry,
+                                         &imageEntry,
+                                         &imgEntry,
                                          &junctionsEntry,
                                          &projectEntry,
                                          &shapeEntry,
