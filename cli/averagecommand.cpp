@@ -2,7 +2,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
-#include "cli/outputs.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
@@ -143,7 +142,6 @@ int runAverage(const QStringList& arguments, Report& report)
     process.initializationMeasure(measures);
     process.setMeasurement(measures);
     setRange(process, line);
-    prepareFolder(line.required("out"));
     average(process, file.stack(), method, line.isSet("targets"));
     return report.exitStatus();
 }

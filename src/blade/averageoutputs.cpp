@@ -17,7 +17,11 @@
 #include "stack/stackwriter.h"
 #include "system/exception.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -159,6 +163,11 @@ void AveragingProcess::prepareOutput(const char* where)
     if (!std::filesystem::is_directory(outPath)) {
         raiseFile<FileWriteError>(where, "The output folder can't be made: " + error.message(),
                                   outPath);
+    }
+    if (access(outPath.c_str(), W_OK | X_OK) != 0) {
+        raiseFile<FileWriteError>(
+            where, std::string("The output folder can't be written: ") + std::strerror(errno),
+            outPath);
     }
 }
 
