@@ -24,15 +24,16 @@ constexpr int fewestSamples = 64;
 /// Half widths of the stalks looked for, in steps that no junction depends on.
 constexpr double thinnest = 0.006;
 constexpr double thickest = 0.04;
-constexpr double levelStep = 1.06;
+constexpr double levelStep = 1.03;
 /// A stretch ends best where its length less this many levels is largest: where the flanks begin to
 /// part at more than 14 degrees from the stalk's axis each (sine 2 / 8).
 constexpr double lengthPerLevel = 8.0;
-/// Least area, in squares of the width: a blunt stalk 2.7 times as long as wide, a pointed one 3.8.
-constexpr double leastSquares = 1.9;
-/// Degrees by which the outline turns, over a stalk's width to either side, at a corner, and where a
-/// lobe of the blade lies back along the stalk.
-constexpr double cornerTurn = 20.0;
+/// Least bulk, see below: a blunt stalk 1.25 times as long as wide, a pointed one 3.75 times.
+constexpr double leastBulk = 5.0;
+/// Degrees by which the outline turns, over a stalk's width to either side, at a corner, at the corner
+/// across from one, and where a lobe of the blade lies back along the stalk.
+constexpr double cornerTurn = 30.0;
+constexpr double otherTurn = 15.0;
 constexpr double foldTurn = 90.0;
 /// How far behind a junction under such a lobe the other one may lie, in widths of the stalk.
 constexpr double reach = 2.5;
@@ -98,7 +99,7 @@ private:
     double turn(int i, int direction, int width) const;
     std::pair<int, double> sharpestTurn(int end, int direction, int from, int to, int width) const;
     bool moveToCorners(Stretch& stretch) const;
-    double squares(const Stretch& stretch) const;
+    double bulk(const Stretch& stretch) const;
 
     int size_;
     double step_;
@@ -261,7 +262,7 @@ bool StalkSearch::moveToCorners(Stretch& stretch) const
         return true;
     }
     for (int side = 0; side < 2; ++side) {
-        if (corners[side].second >= cornerTurn) {
+        if (corners[side].second >= otherTurn) {
             continue;
         }
         if (corners[1 - side].second < foldTurn) {
@@ -279,28 +280,26 @@ bool StalkSearch::moveToCorners(Stretch& stretch) const
     return true;
 }
 
-/// The area cut off by the line between both ends, in squares of the stalk's width.
-double StalkSearch::squares(const Stretch& stretch) const
+/// Squares of the radii along the stretch, in levels. It tells a blunt stalk, whose flanks run side by
+/// side, from the pointed tip of a lobe as long.
+double StalkSearch::bulk(const Stretch& stretch) const
 {
-    const Point origin = at(stretch.first);
-    double twiceArea = 0.0;
-    for (int i = 1; i < lengthOf(stretch); ++i) {
-        twiceArea += cross(at(stretch.first + i - 1) - origin, at(stretch.first + i) - origin);
+    double sum = 0.0;
+    for (int i = 0; i < lengthOf(stretch); ++i) {
+        const double radius = radii_[static_cast<std::size_t>(wrapped(stretch.first + i))];
+        sum += radius * radius;
     }
-    return twiceArea / 2.0 / (4.0 * stretch.level * stretch.level);
+    return sum * step_ / (stretch.level * stretch.level * stretch.level);
 }
 
 std::optional<Stretch> StalkSearch::find() const
 {
     std::optional<Stretch> stalk;
-    double most = leastSquares;
+    double most = leastBulk;
     for (Stretch stretch : bestStretches()) {
-        if (!moveToCorners(stretch)) {
-            continue;
-        }
-        const double area = squares(stretch);
-        if (area >= most) {
-            most = area;
+        const double own = bulk(stretch);
+        if (own >= most && moveToCorners(stretch)) {
+            most = own;
             stalk = stretch;
         }
     }
