@@ -137,6 +137,16 @@ TEST(JunctionProposal, IsNothingForShapesWithoutAStalk)
             JunctionProposal::propose(closedCurve(smoothedLoop(resampledLoop(blob, 1.0), 25.0))))
             << round;
     }
+    // Lobes that narrow to a point, as narrow as 9 degrees to either side of their axis.
+    for (int lobes = 5; lobes <= 8; ++lobes) {
+        Polyline outline;
+        for (int i = 0; i < 2 * lobes; ++i) {
+            const double angle = M_PI * i / lobes;
+            const double distance = i % 2 == 0 ? 300.0 : 90.0;
+            outline.push_back({distance * std::cos(angle), distance * std::sin(angle)});
+        }
+        EXPECT_FALSE(JunctionProposal::propose(closedCurve(resampledLoop(outline, 1.0)))) << lobes;
+    }
     Curve<float> leaf = closedCurve(makeOutline(planLeaf(0, 1), 900, 1300).outline);
     ASSERT_TRUE(JunctionProposal::propose(leaf));
     leaf.setOpen(true);
