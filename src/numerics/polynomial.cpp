@@ -113,18 +113,18 @@ void Polynomial<T>::create()
     const int terms = numTerms();
     coefficients_.setZeros(terms);
     scratch_.setSize(terms);
-    levelCounts_.clear();
-    levelExponents_.clear();
-    firstChild_.clear();
+    levelCounts.clear();
+    levelExponents.clear();
+    firstChild.clear();
     if (dimension_ == 0) {
         return;
     }
-    levelCounts_.push_back(1);
-    levelExponents_.push_back({0});
+    levelCounts.push_back(1);
+    levelExponents.push_back({0});
     std::vector<int> used = {0};
     for (int k = 0; k < dimension_; ++k) {
         const long long count =
-            (static_cast<long long>(degree_) + k + 1) * levelCounts_.back() / (k + 1);
+            (static_cast<long long>(degree_) + k + 1) * levelCounts.back() / (k + 1);
         auto next = static_cast<std::size_t>(count);
         std::vector<int> exponents(next);
         std::vector<int> usedBelow(next);
@@ -137,13 +137,13 @@ void Polynomial<T>::create()
             }
             children[node] = static_cast<int>(next);
         }
-        levelCounts_.push_back(static_cast<int>(count));
-        levelExponents_.push_back(std::move(exponents));
-        firstChild_.push_back(std::move(children));
+        levelCounts.push_back(static_cast<int>(count));
+        levelExponents.push_back(std::move(exponents));
+        firstChild.push_back(std::move(children));
         used = std::move(usedBelow);
     }
-    firstChild_.emplace_back(used.size());
-    std::iota(firstChild_.back().begin(), firstChild_.back().end(), 0);
+    firstChild.emplace_back(used.size());
+    std::iota(firstChild.back().begin(), firstChild.back().end(), 0);
 }
 
 template <class T>
@@ -187,7 +187,7 @@ int Polynomial<T>::locate(const int* exponents) const
         if (exponents[k] < 0 || exponents[k] > left) {
             raise<RangeError>(where, "Exponents out of range");
         }
-        node = firstChild_[static_cast<std::size_t>(k)][static_cast<std::size_t>(node)] + left -
+        node = firstChild[static_cast<std::size_t>(k)][static_cast<std::size_t>(node)] + left -
                exponents[k];
         left -= exponents[k];
     }
@@ -245,10 +245,10 @@ T Polynomial<T>::eval(const Vector<T>& x) const
     std::copy_n(coefficients_.data(), coefficients_.getSize(), values);
     for (int k = dimension_ - 1; k >= 0; --k) {
         const auto level = static_cast<std::size_t>(k);
-        const int* exponents = levelExponents_[level + 1].data();
+        const int* exponents = levelExponents[level + 1].data();
         const T variable = x[k];
         int child = 0;
-        for (int node = 0; node < levelCounts_[level]; ++node) {
+        for (int node = 0; node < levelCounts[level]; ++node) {
             T sum = values[child];
             while (exponents[child] != 0) {
                 sum = sum * variable + values[++child];
@@ -335,9 +335,9 @@ Polynomial<T> Polynomial<T>::operator-(const Polynomial& other) const
 template <class T>
 int Polynomial<T>::firstLeaf(int level, int node) const
 {
-    for (auto k = static_cast<std::size_t>(level); k < firstChild_.size() - 1; ++k) {
-        node = node < levelCounts_[k] ? firstChild_[k][static_cast<std::size_t>(node)]
-                                      : levelCounts_[k + 1];
+    for (auto k = static_cast<std::size_t>(level); k < firstChild.size() - 1; ++k) {
+        node = node < levelCounts[k] ? firstChild[k][static_cast<std::size_t>(node)]
+                                     : levelCounts[k + 1];
     }
     return node;
 }
@@ -354,9 +354,9 @@ Polynomial<T> Polynomial<T>::derivative(int variable) const
     }
     Polynomial result(degree_ - 1, dimension_);
     const int level = variable + 1;
-    const std::vector<int>& exponents = levelExponents_[static_cast<std::size_t>(level)];
+    const std::vector<int>& exponents = levelExponents[static_cast<std::size_t>(level)];
     int filled = 0;
-    for (int node = 0; node < levelCounts_[static_cast<std::size_t>(level)]; ++node) {
+    for (int node = 0; node < levelCounts[static_cast<std::size_t>(level)]; ++node) {
         // Less one exponent, the terms stand in the order of the lower degree.
         const int exponent = exponents[static_cast<std::size_t>(node)];
         if (exponent > 0) {

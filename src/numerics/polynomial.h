@@ -112,9 +112,9 @@ private:
     int dimension_;
     Vector<T> coefficients_;
     mutable Vector<T> scratch_;
-    std::vector<int> levelCounts_;
-    std::vector<std::vector<int>> levelExponents_;
-    std::vector<std::vector<int>> firstChild_;
+    std::vector<int> levelCounts;
+    std::vector<std::vector<int>> levelExponents;
+    std::vector<std::vector<int>> firstChild;
 };
 
 extern template class Polynomial<float>;

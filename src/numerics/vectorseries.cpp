@@ -3,9 +3,21 @@
 #include "numerics/elementtype.h"
 #include "numerics/vector.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
+
+template <class T>
+T squaresAfterFirst(const Vector<T>& vector)
+{
+    T sum = 0;
+    for (int i = 1; i < vector.getSize(); ++i) {
+        sum += vector[i] * vector[i];
+    }
+    return sum;
+}
 
 /// The bins of a histogram. The bin of a value is the largest one whose lower edge is not above it.
 template <class T>
@@ -243,12 +255,21 @@ void Vector<T>::householderVector([[maybe_unused]] T& beta)
         raiseNotAvailable<T>(where);
     } else {
         requireElements(where);
-        const T x0 = data_[0];
-        T sigma = 0;
-        for (int i = 1; i < size_; ++i) {
-            sigma += data_[i] * data_[i];
+        T sigma = squaresAfterFirst(*this);
+        // Below this the squares have lost digits, or vanished. The reflection does not depend on the
+        // length, and a power of two is exact.
+        constexpr T precise = std::numeric_limits<T>::min() / std::numeric_limits<T>::epsilon();
+        if (sigma < precise) {
+            const T largest = std::max(max(), -min());
+            if (largest > 0) {
+                const int exponent =
+                    std::max(std::ilogb(largest), 2 - std::numeric_limits<T>::max_exponent);
+                *this *= std::ldexp(T(1), -exponent);
+                sigma = squaresAfterFirst(*this);
+            }
         }
-        if (sigma == 0) {
+        const T x0 = data_[0];
+        if (sigma < precise) {
             setCanonical(0);
             beta = x0 < 0 ? 2 : 0;
             return;

@@ -52,7 +52,7 @@ QuadMesh<T>::QuadMesh(const QuadMesh& other)
 {
     copyCaps(other);
     if (other.hasVertexColors()) {
-        vertexColors_ = std::make_unique<QuadMesh<int>>(*other.vertexColors_);
+        vertexColors = std::make_unique<QuadMesh<int>>(*other.vertexColors);
     }
 }
 
@@ -87,13 +87,13 @@ template <class T>
 void QuadMesh<T>::detach()
 {
     CurveStack<T>::detach();
-    for (QuadMesh* cap : {beginCap_.get(), endCap_.get()}) {
+    for (QuadMesh* cap : {beginCap.get(), endCap.get()}) {
         if (cap != nullptr) {
             cap->detach();
         }
     }
     if (hasVertexColors()) {
-        vertexColors_->detach();
+        vertexColors->detach();
     }
 }
 
@@ -124,7 +124,7 @@ int QuadMesh<T>::read(std::istream& stream)
         }
     }
     destroyCaps();
-    vertexColors_.reset();
+    vertexColors.reset();
     CurveStack<T>::assign(levels);
     return type;
 }
@@ -183,7 +183,7 @@ template <class T>
 void QuadMesh<T>::reverse()
 {
     CurveStack<T>::reverse();
-    beginCap_.swap(endCap_);
+    beginCap.swap(endCap);
 }
 
 template <class T>
@@ -217,12 +217,12 @@ void QuadMesh<T>::combine(const Shape<T>& shape, const char* where, Combine comb
             combineShapes((*this)[k], mesh[k]);
         }
         if (hasBeginCap() && mesh.hasBeginCap()) {
-            combineShapes(*beginCap_, *mesh.beginCap_);
+            combineShapes(*beginCap, *mesh.beginCap);
         } else {
             destroyBeginCap();
         }
         if (hasEndCap() && mesh.hasEndCap()) {
-            combineShapes(*endCap_, *mesh.endCap_);
+            combineShapes(*endCap, *mesh.endCap);
         } else {
             destroyEndCap();
         }
@@ -274,23 +274,23 @@ void QuadMesh<T>::copyCaps(const QuadMesh& other)
 {
     destroyCaps();
     if (other.hasBeginCap()) {
-        enterCap(beginCap_, std::make_unique<QuadMesh>(*other.beginCap_));
+        enterCap(beginCap, std::make_unique<QuadMesh>(*other.beginCap));
     }
     if (other.hasEndCap()) {
-        enterCap(endCap_, std::make_unique<QuadMesh>(*other.endCap_));
+        enterCap(endCap, std::make_unique<QuadMesh>(*other.endCap));
     }
 }
 
 template <class T>
 void QuadMesh<T>::destroyBeginCap()
 {
-    destroyCap(beginCap_);
+    destroyCap(beginCap);
 }
 
 template <class T>
 void QuadMesh<T>::destroyEndCap()
 {
-    destroyCap(endCap_);
+    destroyCap(endCap);
 }
 
 template <class T>
@@ -315,7 +315,7 @@ void QuadMesh<T>::buildBeginCap()
     if (this->isClosed()) {
         std::unique_ptr<QuadMesh> cap = newCap();
         buildCap(this->getFirstCurve(), *cap);
-        enterCap(beginCap_, std::move(cap));
+        enterCap(beginCap, std::move(cap));
     }
 }
 
@@ -328,7 +328,7 @@ void QuadMesh<T>::buildEndCap()
     if (this->isClosed()) {
         std::unique_ptr<QuadMesh> cap = newCap();
         buildCap(this->getLastCurve(), *cap);
-        enterCap(endCap_, std::move(cap));
+        enterCap(endCap, std::move(cap));
     }
 }
 
@@ -375,12 +375,12 @@ void QuadMesh<T>::extendToCaps()
     CurveStack<T> begin;
     CurveStack<T> end;
     if (hasBeginCap()) {
-        begin = *beginCap_;
+        begin = *beginCap;
         begin.remove(0);
         begin.reverse();
     }
     if (hasEndCap()) {
-        end = *endCap_;
+        end = *endCap;
         end.remove(0);
     }
     destroyCaps();
@@ -400,8 +400,8 @@ void QuadMesh<T>::setVertexColors(QuadMesh<int>* colors)
         raise<SizeError>("void QuadMesh<T>::setVertexColors(...)",
                          "Incompatible color array dimensions");
     }
-    if (colors != vertexColors_.get()) {
-        vertexColors_.reset(colors);
+    if (colors != vertexColors.get()) {
+        vertexColors.reset(colors);
     }
 }
 
@@ -467,13 +467,13 @@ void QuadMesh<T>::setOrigins(int k)
     for (int level = 0; level < this->getHeight(); ++level) {
         (*this)[level].setOrigin(k);
     }
-    for (QuadMesh* cap : {beginCap_.get(), endCap_.get()}) {
+    for (QuadMesh* cap : {beginCap.get(), endCap.get()}) {
         if (cap != nullptr) {
             cap->setOrigins(k);
         }
     }
     if (hasVertexColors()) {
-        vertexColors_->setOrigins(k);
+        vertexColors->setOrigins(k);
     }
 }
 

@@ -75,22 +75,22 @@ public:
     /// Number of vertices in each level; 0 without levels.
     int getWidth() const;
 
-    bool hasBeginCap() const { return beginCap_ != nullptr; }
+    bool hasBeginCap() const { return beginCap != nullptr; }
 
-    bool hasEndCap() const { return endCap_ != nullptr; }
+    bool hasEndCap() const { return endCap != nullptr; }
 
     bool hasAnyCap() const { return hasBeginCap() || hasEndCap(); }
 
     bool hasAllCaps() const { return hasBeginCap() && hasEndCap(); }
 
     /// The caps, or null.
-    QuadMesh* getBeginCap() { return beginCap_.get(); }
+    QuadMesh* getBeginCap() { return beginCap.get(); }
 
-    const QuadMesh* getBeginCap() const { return beginCap_.get(); }
+    const QuadMesh* getBeginCap() const { return beginCap.get(); }
 
-    QuadMesh* getEndCap() { return endCap_.get(); }
+    QuadMesh* getEndCap() { return endCap.get(); }
 
-    const QuadMesh* getEndCap() const { return endCap_.get(); }
+    const QuadMesh* getEndCap() const { return endCap.get(); }
 
     void destroyBeginCap();
     void destroyEndCap();
@@ -105,12 +105,12 @@ public:
     /// Makes the levels of the caps, without those that they share with the mesh, its own.
     void extendToCaps();
 
-    bool hasVertexColors() const { return vertexColors_ != nullptr; }
+    bool hasVertexColors() const { return vertexColors != nullptr; }
 
     /// Red, green and blue of each vertex as its three coordinates, or null.
-    QuadMesh<int>* getVertexColors() { return vertexColors_.get(); }
+    QuadMesh<int>* getVertexColors() { return vertexColors.get(); }
 
-    const QuadMesh<int>* getVertexColors() const { return vertexColors_.get(); }
+    const QuadMesh<int>* getVertexColors() const { return vertexColors.get(); }
 
     /// Takes ownership of the colours, null for none; raises `SizeError`, and takes nothing, where
     /// their height or width is not that of the mesh.
@@ -152,9 +152,9 @@ private:
     void buildCap(const Curve<T>& curve, QuadMesh& cap) const;
     void setOrigins(int k);
 
-    std::unique_ptr<QuadMesh<int>> vertexColors_;
-    std::unique_ptr<QuadMesh> beginCap_;
-    std::unique_ptr<QuadMesh> endCap_;
+    std::unique_ptr<QuadMesh<int>> vertexColors;
+    std::unique_ptr<QuadMesh> beginCap;
+    std::unique_ptr<QuadMesh> endCap;
 
     template <class U>
     friend class QuadMesh;

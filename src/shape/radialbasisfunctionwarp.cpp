@@ -37,8 +37,8 @@ void RadialBasisFunctionWarp<T>::fit(const Shape<T>& source, const Shape<T>& tar
         }
     }
     weights_.swap(weights);
-    controlPoints_.reset(source.clone());
-    controlPoints_->detach();
+    controlPoints.reset(source.clone());
+    controlPoints->detach();
 }
 
 template <class T>
@@ -50,7 +50,7 @@ Vector<T> RadialBasisFunctionWarp<T>::eval(const Vector<T>& x) const
     Vector<T> step;
     step.setZeros(space);
     int column = 0;
-    const Shape<T>& points = *controlPoints_;
+    const Shape<T>& points = *controlPoints;
     for (ConstVertexIterator<T> walk = points.vertexIterator(); walk.current() != nullptr; walk++) {
         const T value = rbf(x, *walk.current());
         for (int k = 0; k < space; ++k) {

@@ -35,7 +35,7 @@ public:
     Vector<T> eval(const Vector<T>& x) const;
 
 private:
-    std::unique_ptr<Shape<T>> controlPoints_;
+    std::unique_ptr<Shape<T>> controlPoints;
     Matrix<T> weights_;
 };
 

@@ -107,11 +107,11 @@ void TriMesh<T>::copyParts(const TriMesh& other)
     for (const auto& triangle : other.triangles_) {
         triangles_.emplace_back(triangle == nullptr ? nullptr : triangle->clone());
     }
-    triangleIndexes_ = other.triangleIndexes_;
+    triangleIndexes = other.triangleIndexes;
     stars_ = other.stars_;
     normals_ = other.normals_;
     normals_.detach();
-    vertexColors_.reset(other.hasVertexColors() ? other.vertexColors_->clone() : nullptr);
+    vertexColors.reset(other.hasVertexColors() ? other.vertexColors->clone() : nullptr);
 }
 
 template <class T>
@@ -124,7 +124,7 @@ void TriMesh<T>::detach()
         }
     }
     if (hasVertexColors()) {
-        vertexColors_->detach();
+        vertexColors->detach();
     }
 }
 
@@ -187,7 +187,7 @@ template <class T>
 void TriMesh<T>::append(const TriMesh& other)
 {
     const int offset = this->getSize();
-    const std::vector<Vector<int>> added = other.triangleIndexes_;
+    const std::vector<Vector<int>> added = other.triangleIndexes;
     append(static_cast<const Vertices<T>&>(other));
     for (const Vector<int>& triangle : added) {
         if (triangle[0] >= 0) {
@@ -200,10 +200,10 @@ template <class T>
 void TriMesh<T>::clear()
 {
     triangles_.clear();
-    triangleIndexes_.clear();
+    triangleIndexes.clear();
     stars_.assign(static_cast<std::size_t>(this->getSize()), {});
     normals_ = Vertices<T>();
-    vertexColors_.reset();
+    vertexColors.reset();
 }
 
 template <class T>
@@ -246,7 +246,7 @@ void TriMesh<T>::addTriangle(const Vector<int>& vertices)
     const int number = getNumTriangles();
     triangles_.push_back(
         std::make_unique<Triangle<T>>(*this, vertices[0], vertices[1], vertices[2]));
-    triangleIndexes_.push_back(vertices);
+    triangleIndexes.push_back(vertices);
     stars_.resize(std::max(stars_.size(), this->indices_.size()));
     for (int corner = 0; corner < 3; ++corner) {
         stars_[static_cast<std::size_t>(vertices[corner])].push_back(number);
@@ -257,7 +257,7 @@ template <class T>
 void TriMesh<T>::setTriangles(const std::vector<Vector<int>>& list)
 {
     triangles_.clear();
-    triangleIndexes_.clear();
+    triangleIndexes.clear();
     stars_.assign(static_cast<std::size_t>(this->getSize()), {});
     for (const Vector<int>& vertices : list) {
         addTriangle(vertices);
@@ -271,13 +271,13 @@ template <class T>
 void TriMesh<T>::setTriangleIndexes(int i, const Vector<int>& vertices)
 {
     requireVertices(vertices, "void TriMesh<T>::setTriangleIndexes(const int,const Vector<int>&)");
-    triangleIndexes_[static_cast<std::size_t>(i)] = vertices;
+    triangleIndexes[static_cast<std::size_t>(i)] = vertices;
 }
 
 template <class T>
 void TriMesh<T>::invertTriangle(int i)
 {
-    Vector<int>& vertices = triangleIndexes_[static_cast<std::size_t>(i)];
+    Vector<int>& vertices = triangleIndexes[static_cast<std::size_t>(i)];
     std::swap(vertices[0], vertices[1]);
 }
 
@@ -289,9 +289,9 @@ void TriMesh<T>::removeTriangle(int t)
         return;
     }
     for (int corner = 0; corner < 3; ++corner) {
-        dropFrom(stars_[static_cast<std::size_t>(triangleIndexes_[place][corner])], t);
+        dropFrom(stars_[static_cast<std::size_t>(triangleIndexes[place][corner])], t);
     }
-    triangleIndexes_[place].fill(-1);
+    triangleIndexes[place].fill(-1);
     triangles_[place].reset();
 }
 
@@ -321,7 +321,7 @@ void TriMesh<T>::updateStar(int from, int to)
     }
     std::vector<int>& target = stars_[static_cast<std::size_t>(to)];
     for (const int t : source) {
-        Vector<int>& vertices = triangleIndexes_[static_cast<std::size_t>(t)];
+        Vector<int>& vertices = triangleIndexes[static_cast<std::size_t>(t)];
         vertices.replace(from, to);
         Triangle<T>& view = *triangle(t);
         for (int corner = 0; corner < 3; ++corner) {
@@ -429,7 +429,7 @@ void TriMesh<T>::setVertexColors(TriMesh<int>* colors)
         raise<SizeError>("void TriMesh<T>::setVertexColors(TriMesh<int>*)",
                          "The number of colors differs from the number of vertices");
     }
-    vertexColors_.reset(colors);
+    vertexColors.reset(colors);
 }
 
 template class TriMesh<int>;

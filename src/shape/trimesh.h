@@ -97,7 +97,7 @@ public:
     /// The numbers of its vertices, -1 for a removed triangle.
     const Vector<int>& getTriangleIndexes(int i) const
     {
-        return triangleIndexes_[static_cast<std::size_t>(i)];
+        return triangleIndexes[static_cast<std::size_t>(i)];
     }
 
     /// Sets these numbers alone; the stars and the `Triangle` stay. Raises as `addTriangle`.
@@ -161,11 +161,11 @@ public:
     /// for none. Raises `SizeError`, and takes nothing, for another number of vertices.
     void setVertexColors(TriMesh<int>* colors);
 
-    TriMesh<int>* getVertexColors() { return vertexColors_.get(); }
+    TriMesh<int>* getVertexColors() { return vertexColors.get(); }
 
-    const TriMesh<int>* getVertexColors() const { return vertexColors_.get(); }
+    const TriMesh<int>* getVertexColors() const { return vertexColors.get(); }
 
-    bool hasVertexColors() const { return vertexColors_ != nullptr; }
+    bool hasVertexColors() const { return vertexColors != nullptr; }
 
     // Measures, in three dimensions (`SizeError`); the triangles count in the order in which their
     // vertices were given, whatever `invertTriangle` did
@@ -215,9 +215,9 @@ private:
 
     std::vector<std::unique_ptr<Triangle<T>>> triangles_;
     Vertices<T> normals_;
-    std::vector<Vector<int>> triangleIndexes_;
+    std::vector<Vector<int>> triangleIndexes;
     std::vector<std::vector<int>> stars_;
-    std::unique_ptr<TriMesh<int>> vertexColors_;
+    std::unique_ptr<TriMesh<int>> vertexColors;
 };
 
 extern template class TriMesh<int>;
