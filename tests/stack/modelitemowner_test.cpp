@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Models and slices without a stack, each beside the list of items that it must hold.
+/// Models and slices without a stack, beside the list of items that each must hold.
 class Script
 {
 public:
@@ -27,13 +27,13 @@ public:
     ~Script()
     {
         while (!models_.empty()) {
-            destroyModel(models_.begin()->first);
+            destroy(models_, models_.back());
         }
         while (!slices_.empty()) {
-            destroySlice(slices_.begin()->first);
+            destroy(slices_, slices_.back());
         }
-        for (auto& entry : items_) {
-            delete entry.second;
+        for (ModelItem* item : items_) {
+            delete item;
         }
     }
 
@@ -41,193 +41,148 @@ public:
     {
         const int operation = draw(16);
         if (operation == 0 || models_.empty()) {
-            models_[next_].owner = new Model;
-            ++next_;
+            models_.push_back(new Model);
+            lists_[models_.back()];
         } else if (operation == 1 || slices_.empty()) {
-            slices_[next_].owner = new StackSlice;
-            ++next_;
+            slices_.push_back(new StackSlice);
+            lists_[slices_.back()];
         } else if (operation == 2 && draw(2) == 0) {
-            destroyModel(any(models_));
+            destroy(models_, any(models_));
         } else if (operation == 3 && draw(2) == 0) {
-            destroySlice(any(slices_));
+            destroy(slices_, any(slices_));
         } else if (operation <= 5 || items_.empty()) {
-            items_[next_++] = new ModelItem;
+            items_.push_back(new ModelItem);
         } else {
-            changeItem(operation, any(items_));
+            change(*any(items_), operation);
         }
     }
 
     void check() const
     {
-        for (const auto& entry : models_) {
-            check(entry.second);
+        for (const auto& [owner, list] : lists_) {
+            ASSERT_EQ(owner->getNumItems(), static_cast<int>(list.size()));
+            for (std::size_t i = 0; i < list.size(); ++i) {
+                ASSERT_EQ(&owner->getItem(static_cast<int>(i)), list[i]);
+            }
         }
-        for (const auto& entry : slices_) {
-            check(entry.second);
-        }
-        for (const auto& model : models_) {
-            for (const auto& slice : slices_) {
-                checkIntersection(model.second, slice.second);
+        for (const Model* model : models_) {
+            for (const StackSlice* slice : slices_) {
+                std::vector<ModelItem*> common;
+                for (ModelItem* item : lists_.at(model)) {
+                    if (holds(lists_.at(slice), item)) {
+                        common.push_back(item);
+                    }
+                }
+                std::sort(common.begin(), common.end(), std::less<ModelItem*>());
+                ASSERT_EQ(model->intersection(*slice), common);
             }
         }
     }
 
 private:
-    template <class Owner>
-    struct Listed
-    {
-        Owner* owner = nullptr;
-        std::vector<int> list;
-    };
+    using List = std::vector<ModelItem*>;
 
     int draw(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
 
-    template <class Map>
-    int any(const Map& map)
+    template <class Pointer>
+    Pointer any(const std::vector<Pointer>& from)
     {
-        return std::next(map.begin(), draw(static_cast<int>(map.size())))->first;
+        return from[random_() % from.size()];
     }
 
-    template <class Map, class Owner>
-    static auto find(Map& owners, const Owner* owner)
+    template <class Pointer>
+    static bool holds(const std::vector<Pointer>& list, Pointer element)
     {
-        return std::find_if(owners.begin(), owners.end(),
-                            [owner](const auto& entry) { return entry.second.owner == owner; });
+        return std::find(list.begin(), list.end(), element) != list.end();
     }
 
-    static void add(std::vector<int>& list, int id)
+    template <class Pointer>
+    static void drop(std::vector<Pointer>& list, Pointer element)
     {
-        if (std::find(list.begin(), list.end(), id) == list.end()) {
-            list.push_back(id);
-        }
+        list.erase(std::remove(list.begin(), list.end(), element), list.end());
     }
 
-    static void remove(std::vector<int>& list, int id)
+    // An owner that an item names may have died, or a new one may stand in its place.
+    void note(const ModelItemOwner* owner, ModelItem& item)
     {
-        list.erase(std::remove(list.begin(), list.end(), id), list.end());
-    }
-
-    void forget(int id)
-    {
-        for (auto& entry : models_) {
-            remove(entry.second.list, id);
-        }
-        for (auto& entry : slices_) {
-            remove(entry.second.list, id);
-        }
-        items_.erase(id);
-    }
-
-    template <class Map>
-    void destroy(Map& owners, int id)
-    {
-        const std::vector<int> doomed = owners[id].list;
-        delete owners[id].owner;
-        owners.erase(id);
-        for (const int itemId : doomed) {
-            forget(itemId);
+        const auto entry = lists_.find(owner);
+        if (entry != lists_.end() && !holds(entry->second, &item)) {
+            entry->second.push_back(&item);
         }
     }
 
-    void destroyModel(int id) { destroy(models_, id); }
-
-    void destroySlice(int id) { destroy(slices_, id); }
-
-    void changeItem(int operation, int id)
+    void forget(const ModelItemOwner* owner, ModelItem& item)
     {
-        ModelItem& item = *items_[id];
-        // By address: a new owner may stand where the one that the item names has died.
-        const auto model = find(models_, item.getModel());
-        const auto slice = find(slices_, item.getSlice());
-        const bool modelLives = model != models_.end();
-        const bool sliceLives = slice != slices_.end();
-        switch (operation) {
-        case 6:
-            if (modelLives) {
-                remove(model->second.list, id);
-            }
-            item.setModel(*models_[any(models_)].owner);
-            break;
-        case 7:
-            if (sliceLives) {
-                remove(slice->second.list, id);
-            }
-            item.setSlice(*slices_[any(slices_)].owner);
-            break;
-        case 8:
-            delete &item;
-            forget(id);
-            break;
-        case 9: {
-            const int target = any(slices_);
-            slices_[target].owner->addItem(item);
-            add(slices_[target].list, id);
-            break;
+        const auto entry = lists_.find(owner);
+        if (entry != lists_.end()) {
+            drop(entry->second, &item);
         }
-        case 10: {
-            const int target = any(models_);
-            models_[target].owner->removeItem(item);
-            remove(models_[target].list, id);
-            break;
+    }
+
+    void forget(ModelItem* item)
+    {
+        for (auto& entry : lists_) {
+            drop(entry.second, item);
         }
-        case 11:
-            if (draw(4) == 0) {
-                const int target = any(slices_);
-                slices_[target].owner->removeAllItems();
-                slices_[target].list.clear();
-            }
-            break;
-        case 12:
-            items_[next_++] = new ModelItem(item);
-            break;
-        case 13: // also with a model or slice that is gone
-            item.detach();
-            if (modelLives) {
-                remove(model->second.list, id);
-            }
-            if (sliceLives) {
-                remove(slice->second.list, id);
-            }
-            break;
-        default:
-            if ((!item.getModel() || modelLives) && (!item.getSlice() || sliceLives)) {
-                item.attach();
-                if (modelLives) {
-                    add(model->second.list, id);
-                }
-                if (sliceLives) {
-                    add(slice->second.list, id);
-                }
-            }
-        }
+        drop(items_, item);
     }
 
     template <class Owner>
-    void check(const Listed<Owner>& listed) const
+    void destroy(std::vector<Owner*>& owners, Owner* owner)
     {
-        ASSERT_EQ(listed.owner->getNumItems(), static_cast<int>(listed.list.size()));
-        for (std::size_t i = 0; i < listed.list.size(); ++i) {
-            ASSERT_EQ(&listed.owner->getItem(static_cast<int>(i)), items_.at(listed.list[i]));
+        const List doomed = lists_[owner];
+        lists_.erase(owner);
+        drop(owners, owner);
+        delete owner;
+        for (ModelItem* item : doomed) {
+            forget(item);
         }
     }
 
-    void checkIntersection(const Listed<Model>& model, const Listed<StackSlice>& slice) const
+    void change(ModelItem& item, int operation)
     {
-        std::vector<ModelItem*> expected;
-        for (const int id : model.list) {
-            if (std::find(slice.list.begin(), slice.list.end(), id) != slice.list.end()) {
-                expected.push_back(items_.at(id));
-            }
+        Model* model = item.getModel();
+        StackSlice* slice = item.getSlice();
+        if (operation == 6) {
+            forget(model, item);
+            item.setModel(*any(models_));
+        } else if (operation == 7) {
+            forget(slice, item);
+            item.setSlice(*any(slices_));
+        } else if (operation == 8) {
+            forget(&item);
+            delete &item;
+        } else if (operation == 9) {
+            slice = any(slices_);
+            slice->addItem(item);
+            note(slice, item);
+        } else if (operation == 10) {
+            model = any(models_);
+            model->removeItem(item);
+            forget(model, item);
+        } else if (operation == 11 && draw(4) == 0) {
+            slice = any(slices_);
+            slice->removeAllItems();
+            lists_[slice].clear();
+        } else if (operation == 12) {
+            items_.push_back(new ModelItem(item));
+        } else if (operation == 13) {
+            item.detach();
+            forget(model, item);
+            forget(slice, item);
+        } else if ((model == nullptr || lists_.count(model) == 1) &&
+                   (slice == nullptr || lists_.count(slice) == 1)) {
+            item.attach();
+            note(model, item);
+            note(slice, item);
         }
-        std::sort(expected.begin(), expected.end(), std::less<ModelItem*>());
-        ASSERT_EQ(model.owner->intersection(*slice.owner), expected);
     }
 
     std::mt19937 random_;
-    int next_ = 0;
-    std::map<int, Listed<Model>> models_;
-    std::map<int, Listed<StackSlice>> slices_;
-    std::map<int, ModelItem*> items_;
+    std::vector<Model*> models_;
+    std::vector<StackSlice*> slices_;
+    List items_;
+    std::map<const ModelItemOwner*, List> lists_;
 };
 
 ModelItem& newItem(Model& model, StackSlice& slice)
