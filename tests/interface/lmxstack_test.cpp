@@ -9,7 +9,7 @@
 #include "stack/modelitem.h"
 #include "stack/pose.h"
 #include "stack/stackslice.h"
-#include "support/errors.h"
+#include "support/stacks.h"
 #include "support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
@@ -32,13 +32,8 @@ struct Document
             stack.addSlice(*slice);
         }
         stack.addModel(*new Model);
-        auto* drawn = new ModelItem;
-        drawn->setModel(model());
-        drawn->setSlice(slice());
-        drawn->attach();
-        auto* view = new Pose;
-        view->setStack(stack);
-        view->attach();
+        stacks::addItem(model(), slice(), {});
+        stacks::addPose(stack, "view");
     }
 
     StackSlice& slice() { return stack.getSlice(1); }
@@ -210,21 +205,4 @@ TEST(LMXStack, KeepsOneHistoryForItselfAndOneForEachSlice)
     on.stack.destroyHistory();
     EXPECT_FALSE(on.stack.history().isUndoable());
     EXPECT_FALSE(on.stack.sliceHistory(on.slice()).isUndoable());
-}
-
-TEST(LMXStack, IsAClientWhileItLives)
-{
-    Calls calls;
-    Recorder recorder(calls);
-    {
-        Document on;
-        on.stack.beginRegistration();
-        EXPECT_TRUE(on.stack.inRegistration());
-        on.stack.endRegistration();
-        EXPECT_FALSE(on.stack.inRegistration());
-    }
-    calls.clear();
-    LMXPreferencesEvent event;
-    LMXEventServer::notifyEvent(event);
-    EXPECT_EQ(calls, Calls({"preferencesEvent"}));
 }

@@ -1,3 +1,5 @@
+#include "support/commalocale.h"
+#include "support/errors.h"
 #include "support/temporaryfolder.h"
 #include "system/dataset.h"
 #include "system/exception.h"
@@ -6,7 +8,6 @@
 
 #include <cmath>
 #include <limits>
-#include <locale>
 #include <random>
 #include <sstream>
 
@@ -28,17 +29,6 @@ DataSet table(const std::string& text, char separator = '\t')
     return result;
 }
 
-template <class Error, class Function>
-std::string raised(const Function& function)
-{
-    try {
-        function();
-    } catch (const Error& error) {
-        return error.getWhere() + ": " + error.getWhat();
-    }
-    return "no error";
-}
-
 /// A random table of the three types that a file gives back. Floats have few digits, so that six
 /// significant ones hold them; strings begin with a letter.
 DataSet randomTable(std::mt19937& random, int rows)
@@ -56,17 +46,6 @@ DataSet randomTable(std::mt19937& random, int rows)
     }
     return result;
 }
-
-/// Writes numbers the way of a country with a decimal comma and grouped digits.
-class CommaPunctuation : public std::numpunct<char>
-{
-protected:
-    char do_decimal_point() const override { return ','; }
-
-    char do_thousands_sep() const override { return '.'; }
-
-    std::string do_grouping() const override { return "\3"; }
-};
 
 } // namespace
 
@@ -89,19 +68,17 @@ TEST(DataSet, TablesComeBackFromTheirTextAsTheyWere)
 
 TEST(DataSet, FillingUpwardsAndDownwardsGivesTheSameTable)
 {
-    DataSet up;
-    DataSet down;
+    DataSet sets[2];
     for (int i = 0; i < 50; ++i) {
-        up.setValue<std::string>("name", i, std::to_string(i));
-        up.setValue("value", i, i * 0.5);
+        for (const int row : {i, 49 - i}) {
+            DataSet& set = sets[row == i ? 0 : 1];
+            set.setValue<std::string>("name", row, std::to_string(row));
+            set.setValue("value", row, row * 0.5);
+        }
     }
-    for (int i = 49; i >= 0; --i) {
-        down.setValue<std::string>("name", i, std::to_string(i));
-        down.setValue("value", i, i * 0.5);
-    }
-    EXPECT_EQ(text(up), text(down));
-    EXPECT_EQ(up.size()[0], 50);
-    EXPECT_EQ(up.size()[1], 2);
+    EXPECT_EQ(text(sets[0]), text(sets[1]));
+    EXPECT_EQ(sets[0].size()[0], 50);
+    EXPECT_EQ(sets[0].size()[1], 2);
 }
 
 TEST(DataSet, EachTypeHasItsCellText)
@@ -130,17 +107,12 @@ TEST(DataSet, NumbersKeepTheirPointInEveryLocale)
     set.setValue("b", 0, 0.25F);
     set.setValue("c", 0, Scalar(0.25));
     const std::string expected = text(set);
-    const std::locale comma(std::locale::classic(), new CommaPunctuation);
-    const std::locale before = std::locale::global(comma);
-    std::ostringstream stream;
-    stream << set;
-    EXPECT_EQ(stream.getloc(), comma);
-    EXPECT_EQ(stream.str(), expected);
+    const CommaLocale comma;
+    EXPECT_EQ(text(set), expected);
     EXPECT_EQ(table(expected).columnTypes(), "%d%f%f");
     const TemporaryFolder folder;
     set.save(folder.file("t"));
     EXPECT_EQ(folder.read("t"), expected);
-    std::locale::global(before);
 }
 
 TEST(DataSet, TypesFollowFromAllCells)
@@ -234,9 +206,9 @@ TEST(DataSet, AppendAddsRowsByNameAndExtendAddsColumns)
 
     const std::string before = text(set);
     EXPECT_THROW(set.append(table("a\tb\n1\t2\n")), TypeError);
-    EXPECT_EQ(raised<NameError>([&] { set.extend(table("d\tb\n1\t2\n")); }),
-              "void DataSet::extend(const DataSet&): "
-              "the column 'b' already exists in the dataset");
+    EXPECT_RAISES(NameError, "void DataSet::extend(const DataSet&)",
+                  "the column 'b' already exists in the dataset",
+                  set.extend(table("d\tb\n1\t2\n")));
     EXPECT_EQ(text(set), before);
     DataSet wide = table("a\n1\n");
     wide.extend(table("b\n2\n3\n"));
@@ -246,9 +218,8 @@ TEST(DataSet, AppendAddsRowsByNameAndExtendAddsColumns)
 TEST(DataSet, UnknownNamesAreToldWithTheKnownOnes)
 {
     DataSet set = table("a\tb\n1\t2\n");
-    EXPECT_EQ(raised<NameError>([&] { set.getValues<int>("c"); }),
-              "const Vector<T>& DataSet::getValues(const string&) const: "
-              "Variable name not found. Known variables are: a b ");
+    EXPECT_RAISES(NameError, "const Vector<T>& DataSet::getValues(const string&) const",
+                  "Variable name not found. Known variables are: a b ", set.getValues<int>("c"));
     EXPECT_THROW(set.getValues<float>("a"), TypeError);
     EXPECT_THROW(set.crop("c", 1), NameError);
     EXPECT_THROW(set.remove("c"), NameError);
@@ -294,8 +265,8 @@ TEST(DataSet, SavingReplacesAFileOnlyWhenToldAndOnlyAsAWhole)
     const TemporaryFolder folder;
     const std::string name = folder.write("été.data", "old");
     const DataSet set = table("a\n1\n");
-    EXPECT_EQ(raised<FileWriteError>([&] { set.save(name, false); }),
-              "void DataSet::save(const string&, const bool) const: File exists");
+    EXPECT_RAISES(FileWriteError, "void DataSet::save(const string&, const bool) const",
+                  "File exists", set.save(name, false));
     EXPECT_EQ(folder.read("été.data"), "old");
     EXPECT_TRUE(set.save(name, true));
     EXPECT_EQ(folder.read("été.data"), "a\n1\n");
@@ -309,8 +280,8 @@ TEST(DataSet, AFileThatCannotBeReadLeavesTheTableAsItWas)
 {
     const TemporaryFolder folder;
     DataSet set = table("a\n1\n");
-    EXPECT_EQ(raised<FileReadError>([&] { set.load(folder.file("none")); }),
-              "void DataSet::load(const string&): The file does not exist");
+    EXPECT_RAISES(FileReadError, "void DataSet::load(const string&)", "The file does not exist",
+                  set.load(folder.file("none")));
     EXPECT_THROW(set.load(folder.path().string()), FileReadError);
     EXPECT_EQ(text(set), "a\n1\n");
 }
