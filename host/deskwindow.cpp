@@ -12,6 +12,7 @@
 #include "host/slicepanel.h"
 #include "host/sliceview.h"
 #include "host/stackplugin.h"
+#include "host/startpage.h"
 #include "shell/lmxstackplugininterface.h"
 
 #include <QCloseEvent>
@@ -20,6 +21,7 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -50,11 +52,15 @@ DeskWindow::DeskWindow(LMXRootMediator& mediator, StackPlugin& plugin, QWidget* 
     , slices_(new SlicePanel(mediator))
     , models_(new ModelPanel(mediator))
     , editor_(new SliceEditor(mediator, this))
+    , middle_(new QStackedWidget)
+    , startPage_(new StartPage(control_->recentFiles()))
     , view_(new SliceView)
     , editActions_(new EditActions(*editor_, *view_, this))
 {
     view_->setEditor(editor_);
-    setCentralWidget(view_);
+    middle_->addWidget(startPage_);
+    middle_->addWidget(view_);
+    setCentralWidget(middle_);
     setAcceptDrops(true);
     sliceDock_ = addPanel("Slices", slices_, Qt::LeftDockWidgetArea);
     modelDock_ = addPanel("Models", models_, Qt::RightDockWidgetArea);
@@ -65,6 +71,7 @@ DeskWindow::DeskWindow(LMXRootMediator& mediator, StackPlugin& plugin, QWidget* 
     createToolBar();
     connectParts();
     new RunRepainting(*this);
+    statusBar();
     restoreLayout();
     updateTitle();
 }
@@ -72,6 +79,11 @@ DeskWindow::DeskWindow(LMXRootMediator& mediator, StackPlugin& plugin, QWidget* 
 void DeskWindow::connectParts()
 {
     connect(slices_, &SlicePanel::sliceChosen, this, &DeskWindow::showSlice);
+    connect(startPage_, &StartPage::openWanted, control_, &DocumentControl::open);
+    // Not at once: the button that was pressed goes with its page.
+    connect(
+        startPage_, &StartPage::fileChosen, this,
+        [this](const QString& file) { openFiles({file}); }, Qt::QueuedConnection);
     connect(view_, &SliceView::statusText, this,
             [this](const QString& text) { statusBar()->showMessage(text); });
     connect(view_, &SliceView::scaleMeasured, this, &DeskWindow::takeBarLength);
@@ -249,9 +261,13 @@ void DeskWindow::showResults()
     results_->showSlice(slices_->currentSlice());
 }
 
-void DeskWindow::stackOpenEvent(LMXStackOpenEvent&)
+void DeskWindow::stackOpenEvent(LMXStackOpenEvent& event)
 {
-    updateTitle();
+    if (&event.getStack() == mediator_.stack()) {
+        middle_->setCurrentWidget(view_);
+        view_->setFocus();
+        updateTitle();
+    }
 }
 
 void DeskWindow::stackCloseEvent(LMXStackCloseEvent& event)
@@ -260,6 +276,7 @@ void DeskWindow::stackCloseEvent(LMXStackCloseEvent& event)
         return;
     }
     delete pixelSize_;
+    middle_->setCurrentWidget(startPage_);
     for (QAction* action : documentActions_) {
         action->setEnabled(false);
     }

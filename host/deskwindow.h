@@ -14,11 +14,13 @@ class ModelPanel;
 class PixelSizeDialog;
 class QAction;
 class QDockWidget;
+class QStackedWidget;
 class ResultsWindow;
 class SliceEditor;
 class SlicePanel;
 class SliceView;
 class StackPlugin;
+class StartPage;
 
 /// The window on the open document: its slices on the left, the picture of the chosen one in the
 /// middle, its models on the right, and the menus.
@@ -90,6 +92,8 @@ private:
     SlicePanel* slices_;
     ModelPanel* models_;
     SliceEditor* editor_;
+    QStackedWidget* middle_; // the start page or the view
+    StartPage* startPage_;
     SliceView* view_;
     EditActions* editActions_;
     ResultsWindow* results_ = nullptr; // made when it is asked for

@@ -74,53 +74,78 @@ void drawPicture(QPainter& painter, const QPixmap& picture, const QRect& room, Q
     painter.drawPixmap(place, picture);
 }
 
+void drawName(QPainter& painter,
+              const QString& name,
+              const QRect& room,
+              const QFont& font,
+              const QColor& colour)
+{
+    const QFontMetrics metrics(font);
+    painter.setPen(colour);
+    painter.setFont(font);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignTop,
+                     metrics.elidedText(name, Qt::ElideMiddle, room.width()));
+}
+
+void drawRemark(
+    QPainter& painter, const QString& remark, const QRect& room, const QFont& font, QColor colour)
+{
+    QFont smaller = font;
+    if (smaller.pointSizeF() > 0.0) {
+        smaller.setPointSizeF(0.9 * smaller.pointSizeF());
+    }
+    colour.setAlpha(200);
+    painter.setPen(colour);
+    painter.setFont(smaller);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, remark);
+}
+
 } // namespace
 
 void SliceDelegate::paint(QPainter* painter,
                           const QStyleOptionViewItem& option,
                           const QModelIndex& index) const
 {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    background.text.clear();
-    background.icon = QIcon();
-    const QWidget* widget = option.widget;
-    const QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &background, painter, widget);
-
+    paintGround(*painter, option, index);
     const bool selected = option.state & QStyle::State_Selected;
-    const QColor text = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    const QColor ground = option.palette.color(selected ? QPalette::Highlight : QPalette::Base);
+    const QColor colour =
+        option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const bool dark =
+        option.palette.color(selected ? QPalette::Highlight : QPalette::Base).lightness() < 128;
     const QRect inner = option.rect.adjusted(margin, margin, -margin, -margin);
-    painter->save();
     const QRect room(inner.left(), inner.center().y() - pictureSide / 2 + 1, pictureSide,
                      pictureSide);
-    drawPicture(*painter, index.data(Qt::DecorationRole).value<QPixmap>(), room, text);
-
-    const QFontMetrics metrics(option.font);
-    const int line = metrics.lineSpacing();
     const QRect texts(room.right() + 2 * margin, inner.top() + margin,
                       inner.right() - room.right() - 2 * margin, inner.height() - 2 * margin);
-    painter->setPen(text);
-    painter->setFont(option.font);
-    painter->drawText(
-        QRect(texts.left(), texts.top(), texts.width(), line), Qt::AlignLeft | Qt::AlignVCenter,
-        metrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideMiddle, texts.width()));
-    const auto mark =
-        static_cast<SliceListModel::Mark>(index.data(SliceListModel::MarkRole).toInt());
+    const QFontMetrics metrics(option.font);
+    const int line = metrics.lineSpacing();
     const double side = 0.75 * metrics.height();
     const int second = texts.top() + line + margin / 2;
-    drawMark(*painter, mark, QRectF(texts.left(), second + (line - side) / 2.0, side, side), text,
-             ground.lightness() < 128);
-    QColor faint = text;
-    faint.setAlpha(200);
-    painter->setPen(faint);
-    const int indent = static_cast<int>(side) + margin;
-    painter->drawText(
-        QRect(texts.left() + indent, second, texts.width() - indent, texts.bottom() - second + 1),
-        Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
-        index.data(SliceListModel::RemarkRole).toString());
+    painter->save();
+    drawPicture(*painter, index.data(Qt::DecorationRole).value<QPixmap>(), room, colour);
+    drawName(*painter, index.data().toString(), texts, option.font, colour);
+    drawMark(*painter,
+             static_cast<SliceListModel::Mark>(index.data(SliceListModel::MarkRole).toInt()),
+             QRectF(texts.left(), second + (line - side) / 2.0, side, side), colour, dark);
+    QRect rest = texts;
+    rest.setTop(second);
+    rest.setLeft(texts.left() + static_cast<int>(side) + margin);
+    drawRemark(*painter, index.data(SliceListModel::RemarkRole).toString(), rest, option.font,
+               colour);
     painter->restore();
+}
+
+/// The ground of the row as the style draws it, selected or not, without text and icon.
+void SliceDelegate::paintGround(QPainter& painter,
+                                const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const
+{
+    QStyleOptionViewItem ground = option;
+    initStyleOption(&ground, index);
+    ground.text.clear();
+    ground.icon = QIcon();
+    const QStyle* style = option.widget ? option.widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &ground, &painter, option.widget);
 }
 
 QSize SliceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const

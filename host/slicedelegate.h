@@ -18,4 +18,9 @@ public:
                const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+private:
+    void paintGround(QPainter& painter,
+                     const QStyleOptionViewItem& option,
+                     const QModelIndex& index) const;
 };

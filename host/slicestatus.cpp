@@ -67,23 +67,24 @@ QString leafCheck(const StackSlice& slice)
 
 QString SliceStatus::missing() const
 {
-    QStringList parts;
+    QStringList none;
     if (!hasContour) {
-        parts.append("no contour");
+        none.append("contour");
     }
     if (junctions == 0) {
-        parts.append("no junctions");
-    } else if (junctions != 2) {
-        parts.append(QString("%1 of 2 junctions").arg(junctions));
+        none.append("junctions");
     }
     if (!hasApex) {
-        parts.append("no apex");
+        none.append("apex");
     }
-    QString text = parts.join(", ");
-    if (!text.isEmpty()) {
-        text[0] = text[0].toUpper();
+    QStringList parts;
+    if (!none.isEmpty()) {
+        parts.append("No " + none.join(", "));
     }
-    return text;
+    if (junctions != 0 && junctions != 2) {
+        parts.append(QString("%1 of 2 junctions").arg(junctions));
+    }
+    return parts.join("; ");
 }
 
 SliceStatus SliceStatus::of(const StackSlice& slice)

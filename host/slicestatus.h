@@ -14,7 +14,7 @@ struct SliceStatus
 
     bool isComplete() const { return hasContour && junctions == 2 && hasApex; }
 
-    /// In a few words: "No contour, no apex"; empty if nothing lacks.
+    /// In a few words: "No contour, apex"; empty if nothing lacks.
     QString missing() const;
 
     /// What the slice lacks, by a look at its items.

@@ -175,15 +175,15 @@ TEST_F(DeskWindowTest, ListsWhatEachSliceLacksAsItemsComeAndGo)
         return static_cast<SliceListModel::Mark>(
             slices().slices().index(row).data(SliceListModel::MarkRole).toInt());
     };
-    EXPECT_EQ(remark(0), "No contour, no junctions, no apex");
+    EXPECT_EQ(remark(0), "No contour, junctions, apex");
     const auto add = [&](const char* name, MPrimitive geometry, std::vector<leaf::Point> points) {
         LMXModelItemCreateEvent event(leaf::addItem(stack, name, geometry, 0, points));
         LMXEventServer::notifyEvent(event);
     };
     add("Contour", PRIMITIVE_POLYGON, outline.points);
     add("Petiole", PRIMITIVE_POLYPOINT, {outline.junctions[0]});
-    EXPECT_EQ(remark(0), "1 of 2 junctions, no apex");
-    EXPECT_EQ(remark(1), "No contour, no junctions, no apex");
+    EXPECT_EQ(remark(0), "No apex; 1 of 2 junctions");
+    EXPECT_EQ(remark(1), "No contour, junctions, apex");
     leaf::findItem(stack, "Petiole", 0)
         ->appendVertex(leaf::findItem(stack, "Petiole", 0)->getVertices()[0]);
     leaf::findItem(stack, "Petiole", 0)->translate(0, 1);
