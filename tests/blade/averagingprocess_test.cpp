@@ -2,7 +2,6 @@
 #include "blade/averagevalues.h"
 #include "blade/averagingprocess.h"
 #include "blade/blademessages.h"
-#include "blade/convert2age.h"
 #include "image/image2.h"
 #include "stack/stackreader.h"
 #include "support/errors.h"
@@ -118,22 +117,6 @@ std::vector<double> lengthsOf(int number)
 
 } // namespace
 
-TEST(AveragingProcess, MeasuresAreBladeLengthsAndAges)
-{
-    Averages leaves({160.0, 300.0, 240.0});
-    AveragingProcess process;
-    leaves.prepare(process, 2, true);
-    const Matrix<float>& measures = process.getMeasurement();
-    const float drawn[] = {160.0f, 300.0f, 240.0f};
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_NEAR(measures[0][i], drawn[i] * pixelWidth, 2.0f * pixelWidth);
-        EXPECT_EQ(measures[1][i],
-                  Convert2Age().computeAgeHours(measures[0][i], 2.5f, 9.0f, 1000.0f));
-    }
-    EXPECT_EQ(process.getBegin(), measures[1][0]);
-    EXPECT_EQ(process.getEnd(), measures[1][1]);
-}
-
 TEST(AveragingProcess, BinsHoldTheLeavesBetweenNearestRankLimits)
 {
     Averages leaves(lengthsOf(23));
@@ -234,31 +217,6 @@ TEST(AveragingProcess, BinRunWritesCurvesImagesAndAStack)
         ASSERT_EQ(apex.size(), 1u);
         EXPECT_NEAR(apex[0].x, 900.0, 1.5);
         EXPECT_NEAR(apex[0].y, 500.0, 1.5);
-    }
-}
-
-TEST(AveragingProcess, AverageOfABinIsAsLongAsItsLeavesInTheMean)
-{
-    Averages leaves(lengthsOf(12));
-    AveragingProcess process;
-    leaves.prepare(process, 3);
-    process.runHomogeousAveragingMethod();
-    Vector<int> counts;
-    counts.setZeros(3);
-    Vector<float> centres;
-    centres.setZeros(3);
-    const Matrix<float> bins = process.sortingHomogeneousMeasures(
-        process.buildHomogeneousMeasurementMatrix(), counts, centres);
-    for (int bin = 0; bin < 3; ++bin) {
-        float sum = 0.0f;
-        for (int j = 0; j < bins.getSize2(); ++j) {
-            sum += bins[4][j] == static_cast<float>(bin) ? bins[1][j] : 0.0f;
-        }
-        const Curve<float> average =
-            leaves.curve("sample-trajectory-ho-" + std::to_string(bin) + ".cv");
-        const float mean = sum / static_cast<float>(counts[bin]);
-        EXPECT_NEAR(average[199][0], mean, 0.01f * mean);
-        EXPECT_NEAR(average.boundingBox().width(1), mean * 0.57f, 0.05f * mean);
     }
 }
 

@@ -115,22 +115,6 @@ TEST(ExportShapes, EachFileHoldsItsToothInTheCommonFrame)
     }
 }
 
-TEST(ExportShapes, TheHalvesOfASymmetricLeafGiveTheSameTeeth)
-{
-    const leaf::Outline outline = toothedLeaf();
-    const auto stack = leaf::stackOf({outline});
-    addLandmarks(*stack, 0, outline);
-    TemporaryFolder folder;
-    exportTeeth(*stack, folder.path().string());
-    for (int rank = 1; rank <= 4; ++rank) {
-        const std::string stem = folder.file("teeth/l/" + std::to_string(rank) + "/leaf0_");
-        const Curve<float> up = Curve<float>(stem + "up.cv").resample(50);
-        Curve<float> down = Curve<float>(stem + "down.cv").resample(50);
-        down.reverse();
-        EXPECT_LT(up.rmsDistance(down), 2.5f) << rank;
-    }
-}
-
 TEST(ExportShapes, AnyNameOfSliceAndFolderGetsItsOwnFiles)
 {
     const leaf::Outline outline = toothedLeaf();
@@ -192,26 +176,6 @@ TEST(ExportShapes, WhatCannotBeExportedIsNamed)
               "Export is complete\nleaf0: no contour or no apex\n"
               "leaf1: two sinuses at one place give no tooth");
     EXPECT_EQ(filesBelow(folder.path()), std::vector<std::string>{"teeth/l/1/leaf1_up.cv"});
-}
-
-TEST(ExportShapes, AFolderInTheWayIsToldWithItsPath)
-{
-    const leaf::Outline outline = toothedLeaf();
-    const auto stack = leaf::stackOf({outline});
-    addLandmarks(*stack, 0, outline);
-    TemporaryFolder folder;
-    folder.write("teeth", "a file of the user");
-    ExportShapes process;
-    process.setStack(*stack);
-    process.setOutputPath(QString::fromStdString(folder.path().string()));
-    try {
-        process.run();
-        ADD_FAILURE() << "nothing raised";
-    } catch (const FileWriteError& error) {
-        EXPECT_EQ(error.getFilename(), folder.file("teeth/"));
-        EXPECT_EQ(error.getWhat(), "The folder can't be made: File exists");
-    }
-    EXPECT_EQ(folder.read("teeth"), "a file of the user");
 }
 
 TEST(ExportShapes, TheRotationTurnsOneDirectionOntoTheOther)

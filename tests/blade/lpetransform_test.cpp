@@ -257,27 +257,6 @@ TEST(LPETransform, BasinsMeetOnTheCrestBetweenTheirMarkers)
     }
 }
 
-TEST(LPETransform, EveryPixelEndsInABasinAndASingleMarkerTakesAll)
-{
-    std::mt19937 generator(3);
-    PixelMatrix<int> gradient(40, 30);
-    PixelMatrix<int> marker = constant(40, 30, 0);
-    for (int i = 0; i < 40; ++i) {
-        for (int j = 0; j < 30; ++j) {
-            gradient[i][j] = static_cast<int>(generator() % 256);
-        }
-    }
-    marker[39][0] = marker[38][1] = 7; // one marker: they touch at a corner
-    EXPECT_EQ(toMap(watershed(marker, gradient)), toMap(constant(40, 30, 2)));
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(toMap(watershed(constant(9, 8, 1), constant(9, 8, 5))), toMap(constant(9, 8, 2)));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    marker[0][29] = marker[20][15] = 7;
-    for (const auto& [pixel, label] : toMap(watershed(marker, constant(40, 30, 9)))) {
-        EXPECT_TRUE(label == 2 || label == 4 || label == 6) << label;
-    }
-}
-
 TEST(LPETransform, WithoutAMarkerItSaysSoAndLabelsNothing)
 {
     testing::internal::CaptureStdout();
