@@ -35,7 +35,7 @@ const ToolEntry toolEntries[] = {
     {SliceView::Tool::AddLandmark, "&Add landmarks", "Add landmarks of one model by clicks",
      "Ctrl+L"},
     {SliceView::Tool::RedrawContour, "&Redraw contour",
-     "Draw a piece of the contour again, by hand", "Ctrl+R"},
+     "Draw a piece of the contour again, by hand", "Ctrl+D"},
     {SliceView::Tool::MeasureScale, "&Measure a scale bar",
      "Draw a line over the scale bar of the photograph", "Ctrl+B"},
 };

@@ -34,7 +34,10 @@ QIcon iconOf(Model& model, double pixelRatio)
     const bool points = model.getProperties().definesGeometry() &&
                         model.getProperties().getGeometry() == PRIMITIVE_POLYPOINT;
     Vertices<int> vertices(2, points ? 1 : 2, 0, 1);
-    if (!points) {
+    if (points) {
+        vertices[0][0] = 0;
+        vertices[0][1] = 0;
+    } else {
         vertices[0][0] = -1;
         vertices[0][1] = 1;
         vertices[1][0] = 1;
