@@ -18,6 +18,9 @@ void addMeasureFigures(Figures& figures, const QString& folder);
 /// of angles.
 void addWindowPictures(Figures& figures, const QString& folder);
 
+/// The desk with the stack `folder`/serrate-tips.sdf. Reads and writes the user's settings.
+void addDeskPicture(Figures& figures, const QString& folder);
+
 /// Each page of the help, as the help window shows it from each of its anchors, for a look at it;
 /// in the colours of a dark desktop too.
 void addHelpPictures(Figures& figures);

@@ -53,6 +53,7 @@ void run(const QStringList& arguments)
         addLeafFigures(figures, arguments[2]);
         addMeasureFigures(figures, arguments[2]);
         addWindowPictures(figures, arguments[2]);
+        addDeskPicture(figures, arguments[2]);
         save(figures, arguments[3]);
     } else if (arguments.size() == 3 && arguments[1] == "help") {
         addHelpPictures(figures);

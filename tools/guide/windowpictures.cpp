@@ -159,6 +159,12 @@ void addHelpPictures(Figures& figures)
         QCoreApplication::processEvents();
         const QSizeF size = whole.findChild<QTextBrowser*>()->document()->size();
         whole.resize(500, static_cast<int>(size.height()) + 80);
-        figures[dark ? "dark.png" : "whole.png"] = grab(whole);
+        const QImage picture = grab(whole);
+        constexpr int part = 1900;
+        for (int y = 0; y < picture.height(); y += part) {
+            figures[QString(dark ? "dark-whole-%1.png" : "whole-%1.png")
+                        .arg(y / part, 2, 10, QChar('0'))] =
+                picture.copy(0, y, picture.width(), part);
+        }
     }
 }
