@@ -18,6 +18,10 @@ bool succeeds(const Reading& reading)
     try {
         reading();
         return true;
+    } catch (const FileError& error) {
+        require(!error.getFilename().empty() && !error.getWhat().empty(),
+                "an error names the file");
+        return false;
     } catch (const Exception&) {
         return false;
     }

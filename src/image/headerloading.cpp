@@ -19,11 +19,3 @@ void loadHeader(std::unique_ptr<ImageHeader>& header, const std::string& path, c
         throw;
     }
 }
-
-const ImageHeader& requireHeader(const std::unique_ptr<ImageHeader>& header, const char* where)
-{
-    if (!header) {
-        raise<UsageError>(where, "The image source has no file");
-    }
-    return *header;
-}

@@ -13,6 +13,3 @@ std::unique_ptr<ImageHeader> copyOf(const std::unique_ptr<ImageHeader>& header);
 /// Replaces `header` by a new one and fills it from the file. An error goes on with the operation
 /// `where` added to its trail; the header then is incomplete.
 void loadHeader(std::unique_ptr<ImageHeader>& header, const std::string& path, const char* where);
-
-/// The header, or a `UsageError` raised as the operation `where`.
-const ImageHeader& requireHeader(const std::unique_ptr<ImageHeader>& header, const char* where);

@@ -1,35 +1,21 @@
 #pragma once
 
-#include "image/imagesource.h"
-
-#include <memory>
-#include <string>
-
-class ImageHeader;
-class PixelCalibration;
+#include "image/imagesourceheaderfile.h"
 
 /// One channel of a plane of a microscope file (LSM).
-class ImageSourceLSMStackPlane : public ImageSource
+class ImageSourceLSMStackPlane : public ImageSourceHeaderFile
 {
 public:
     ImageSourceLSMStackPlane();
-    ImageSourceLSMStackPlane(const ImageSourceLSMStackPlane& other);
-    ImageSourceLSMStackPlane& operator=(const ImageSourceLSMStackPlane& other);
-    ~ImageSourceLSMStackPlane() override;
 
     ImageSource* clone() const override;
     int getType() const override;
-    bool isDefined() const override;
-    int getSize1() const override;
-    int getSize2() const override;
-    int getDepth() const override;
-    const Colormap* getColormap() const override;
 
     /// Stores the name and reads the header of the file at once; fails as
     /// `ImageSourceFile::setFilename` does.
     void setLSMStackFilename(const std::string& filename);
 
-    const std::string& getLsmStackFilename() const { return filename_; }
+    const std::string& getLsmStackFilename() const { return filename(); }
 
     /// The directory of the file, counted from 0; the odd ones hold thumbnails.
     void setPlane(int plane) { plane_ = plane; }
@@ -53,10 +39,6 @@ public:
     const PixelCalibration& getPixelCalibration() const;
 
 private:
-    const ImageHeader& header(const char* where) const;
-
-    std::unique_ptr<ImageHeader> header_;
-    std::string filename_;
     int plane_ = 0;
     int frame_ = 0;
 };

@@ -1,35 +1,21 @@
 #pragma once
 
-#include "image/imagesource.h"
-
-#include <memory>
-#include <string>
-
-class ImageHeader;
-class PixelCalibration;
+#include "image/imagesourceheaderfile.h"
 
 /// A page of a TIFF file of several pages. Geometry, depth and colormap are those of the first page.
-class ImageSourceTiffStackPlane : public ImageSource
+class ImageSourceTiffStackPlane : public ImageSourceHeaderFile
 {
 public:
     ImageSourceTiffStackPlane();
-    ImageSourceTiffStackPlane(const ImageSourceTiffStackPlane& other);
-    ImageSourceTiffStackPlane& operator=(const ImageSourceTiffStackPlane& other);
-    ~ImageSourceTiffStackPlane() override;
 
     ImageSource* clone() const override;
     int getType() const override;
-    bool isDefined() const override;
-    int getSize1() const override;
-    int getSize2() const override;
-    int getDepth() const override;
-    const Colormap* getColormap() const override;
 
     /// Stores the name and reads the header of the file at once; fails as
     /// `ImageSourceFile::setFilename` does.
     void setTiffStackFilename(const std::string& filename);
 
-    const std::string& getTiffStackFilename() const { return filename_; }
+    const std::string& getTiffStackFilename() const { return filename(); }
 
     /// The page, counted from 0.
     void setPlane(int plane) { plane_ = plane; }
@@ -46,9 +32,5 @@ public:
     const PixelCalibration& getPixelCalibration() const;
 
 private:
-    const ImageHeader& header(const char* where) const;
-
-    std::unique_ptr<ImageHeader> header_;
-    std::string filename_;
     int plane_ = 0;
 };

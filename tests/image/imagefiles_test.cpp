@@ -67,75 +67,6 @@ Image2 hyperstack(ValueType type, int planes, int samples, int channels, int tim
     return image;
 }
 
-/// Runs `read`; true when it came to an end, false when it raised a file error that names `path`.
-/// Other errors count as failures.
-template <class Read>
-bool readsOrTells(Read read, const std::string& path)
-{
-    try {
-        read();
-        return true;
-    } catch (const FileError& error) {
-        EXPECT_EQ(error.getFilename(), path);
-        EXPECT_FALSE(error.getWhat().empty());
-    } catch (const Exception& error) {
-        ADD_FAILURE() << "other error: " << error;
-    } catch (const std::exception& error) {
-        ADD_FAILURE() << "other error: " << error.what();
-    }
-    return false;
-}
-
-/// Reads a file into everything that it could be read into.
-int readEverything(const std::string& path)
-{
-    int successes = 0;
-    successes += readsOrTells(
-        [&] {
-            ImageHeader header;
-            ImageReader().read(header, path);
-        },
-        path);
-    successes += readsOrTells(
-        [&] {
-            Image0 image;
-            ImageReader().read(image, path);
-        },
-        path);
-    successes += readsOrTells(
-        [&] {
-            Image2 image;
-            ImageReader().read(image, path, true);
-        },
-        path);
-    return successes;
-}
-
-/// Cuts the file at every length and changes every byte in several ways.
-void damageEverywhere(const TemporaryFolder& folder, const std::string& name)
-{
-    const std::string whole = folder.read(name);
-    const auto readDamaged = [&folder](const std::string& bytes) {
-        // A new file is written much faster than an old one that is emptied.
-        std::filesystem::remove(folder.file("damaged.tif"));
-        readEverything(folder.write("damaged.tif", bytes));
-    };
-    testing::internal::CaptureStderr();
-    ASSERT_GE(readEverything(folder.file(name)), 1);
-    for (std::size_t length = 0; length < whole.size(); ++length) {
-        readDamaged(whole.substr(0, length));
-    }
-    for (std::size_t offset = 0; offset < whole.size(); ++offset) {
-        const char byte = whole[offset];
-        for (const int value : {0, 255, byte ^ 1, byte ^ 0x80, byte + 1}) {
-            std::string damaged = whole;
-            damaged[offset] = static_cast<char>(value);
-            readDamaged(damaged);
-        }
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
 std::string reasonFor(const std::string& path)
 {
     try {
@@ -498,7 +429,12 @@ TEST(ImageReader, SizesBeyondTheFileAreRefusedBeforeMemoryIsTaken)
             bytes.replace(entry + 8, 4, std::string("\xFF\xFF\xFF\x00", 4));
         }
         folder.write("huge.tif", bytes);
-        EXPECT_EQ(readEverything(path), 1) << compression;
+        ImageHeader header;
+        ImageReader().read(header, path);
+        EXPECT_EQ(header.getWidth(), 0xFFFFFF);
+        const std::string what = "The file is too short for the image that it describes";
+        EXPECT_EQ(reasonFor(path), what) << compression;
+        EXPECT_THROW(Image2{path}, FileFormatError);
     }
     {
         TiffMaker maker(path);
@@ -509,16 +445,6 @@ TEST(ImageReader, SizesBeyondTheFileAreRefusedBeforeMemoryIsTaken)
         }
     }
     EXPECT_THROW(Image2{path}, FileFormatError);
-}
-
-TEST(ImageReader, DamageAnywhereIsToldOrHarmless)
-{
-    const TemporaryFolder folder;
-    ImageWriter().write(sample(5, 3, 24, calibrated(0.5F, 0.5F, -3)), folder.file("rgb.tif"), true);
-    damageEverywhere(folder, "rgb.tif");
-    Image2 image = hyperstack(ValueType::UnsignedShort, 2, 1, 1, 1);
-    image.saveAsTiff(folder.file("stack.tif"), true, true);
-    damageEverywhere(folder, "stack.tif");
 }
 
 TEST(ImageReader, BigTiffIsReadIntoAnImage2Alone)
