@@ -9,9 +9,11 @@
 int runStack(const QStringList& arguments, Report& report)
 {
     CommandLine line("stack", "OUT.sdf IMAGE...",
-                     "Makes a stack of photographs: a slice per image in the order given, named "
-                     "after its file. TIFF files are used where they lie; PNG and JPEG photographs "
-                     "are converted to TIFF beside the stack.");
+                     "Makes a stack of images: a slice per photograph in the order given, named "
+                     "after its file, and a slice per page or plane of a file that has several. "
+                     "TIFF, IMG and VM files are used where they lie; PNG, JPEG, LSM, HDF5 and "
+                     "BigTIFF files, and TIFF files of numbers that a slice can't show, are "
+                     "converted to TIFF beside the stack.");
     StackOptions::declare(line);
     line.addOption("name", "Name of the stack (that of the file).", "NAME");
     line.parse(arguments, 2, -1);

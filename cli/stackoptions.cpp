@@ -19,6 +19,10 @@ void StackOptions::declare(CommandLine& line)
     line.addOption("pixel-width",
                    "Width of a pixel in the stack's unit, in place of what the photographs state.",
                    "W");
+    line.addOption("mosaic",
+                   "Join every ROWS x COLUMNS images, row by row, into one slice, named after the "
+                   "first.",
+                   "ROWSxCOLUMNS");
     line.addOption("unit", "Length unit of the stack: " + unitNames.join(", ") + ".", "UNIT", "um");
 }
 
@@ -29,6 +33,20 @@ StackOptions::StackOptions(const CommandLine& line)
     if (line.isSet("pixel-width")) {
         pixelWidth = line.positive("pixel-width");
     }
+    if (line.isSet("mosaic")) {
+        const QStringList sizes = QString::fromStdString(line.bytes("mosaic")).split('x');
+        bool isNumber[2] = {};
+        if (sizes.size() == 2) {
+            rows = sizes[0].toInt(&isNumber[0]);
+            columns = sizes[1].toInt(&isNumber[1]);
+        }
+        constexpr int most = 1000;
+        if (!isNumber[0] || !isNumber[1] || rows < 1 || columns < 1 || rows > most ||
+            columns > most) {
+            throw UsageFailure("option 'mosaic' needs rows and columns as in 2x3, not '" +
+                          line.bytes("mosaic") + "'");
+        }
+    }
 }
 
 QJsonObject StackOptions::toJson() const
@@ -37,6 +55,9 @@ QJsonObject StackOptions::toJson() const
     json["unit"] = QString::fromStdString(unitName);
     if (pixelWidth) {
         json["pixel-width"] = double(*pixelWidth);
+    }
+    if (rows * columns > 1) {
+        json["mosaic"] = QString("%1x%2").arg(rows).arg(columns);
     }
     return json;
 }
@@ -53,12 +74,12 @@ void buildStack(LMXStack& stack,
         builder.setPixelWidth(*options.pixelWidth);
     }
     builder.setFolder(FileInfo::dirName(path));
+    builder.setMosaic(options.rows, options.columns);
     try {
         builder.build(stack, photographs);
     } catch (const FileError& error) {
-        const auto reached = static_cast<std::size_t>(stack.getNumSlices());
-        throw Failure(error.getFilename() + ": slice " + FileInfo::baseName(photographs[reached]) +
-                      ": " + error.getWhat());
+        throw Failure(error.getFilename() + ": slice " +
+                      FileInfo::baseName(builder.getCurrentPhotograph()) + ": " + error.getWhat());
     }
     for (const std::string& note : builder.getNotes()) {
         report.note(note);

@@ -21,6 +21,8 @@ struct StackOptions
     QJsonObject toJson() const;
 
     std::optional<float> pixelWidth;
+    int rows = 1; ///< of the mosaic that every slice is
+    int columns = 1;
     std::string unitName;
     LengthUnit unit;
 };

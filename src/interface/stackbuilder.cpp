@@ -1,7 +1,12 @@
 #include "interface/stackbuilder.h"
 
 #include "image/imagesourcefile.h"
+#include "image/imagesourcefilemosaic.h"
+#include "image/imagesourcetiffstackplane.h"
+#include "image/imagesourcevoxelmatrixfileplane.h"
 #include "image/pixelcalibration.h"
+#include "image/voxelmatrix.h"
+#include "interface/imageimport.h"
 #include "interface/lmxstack.h"
 #include "interface/photographimport.h"
 #include "stack/stackslice.h"
@@ -50,6 +55,13 @@ std::string list(const std::vector<std::string>& names)
                                 : text;
 }
 
+/// The name of a page of several, "leaf-07" for the seventh of ten to 99.
+std::string numbered(const std::string& name, int page, int pages)
+{
+    const std::string number = std::to_string(page + 1);
+    return name + "-" + std::string(std::to_string(pages).size() - number.size(), '0') + number;
+}
+
 void checkName(const std::string& name, const std::string& photograph)
 {
     if (name.find_first_of("\"\n\r") != std::string::npos) {
@@ -69,8 +81,18 @@ void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photog
 {
     notes_.clear();
     stack.setLengthUnit(unit_);
-    for (const std::string& photograph : photographs) {
-        append(stack, photograph);
+    const std::size_t tiles = std::size_t(rows_) * std::size_t(columns_);
+    if (photographs.size() % tiles != 0) {
+        raise<UsageError>(where, std::to_string(photographs.size()) +
+                                     " images don't fill mosaics of " + std::to_string(rows_) +
+                                     " by " + std::to_string(columns_));
+    }
+    for (auto first = photographs.begin(); first != photographs.end(); first += long(tiles)) {
+        if (tiles == 1) {
+            append(stack, *first);
+        } else {
+            appendMosaic(stack, {first, first + long(tiles)});
+        }
     }
     // What the slices have in common is the default of the stack.
     if (stack.getNumSlices() > 0) {
@@ -85,28 +107,113 @@ void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photog
     }
 }
 
+void StackBuilder::setMosaic(int rows, int columns)
+{
+    if (rows < 1 || columns < 1) {
+        raise<ValueError>("void StackBuilder::setMosaic(int, int)",
+                          "A mosaic has at least one row and one column");
+    }
+    rows_ = rows;
+    columns_ = columns;
+}
+
+/// The file of one image, converted if it can't be used as it lies.
+std::string StackBuilder::imageFile(const std::string& photograph)
+{
+    current_ = photograph;
+    checkName(FileInfo::fileName(photograph), photograph);
+    const ImageImport::Kind kind = ImageImport::kindOf(photograph);
+    if (kind != ImageImport::Kind::Convertible && kind != ImageImport::Kind::Photograph) {
+        return photograph;
+    }
+    std::string note;
+    const std::string file = kind == ImageImport::Kind::Convertible
+                                 ? ImageImport::convert(photograph, folder_, note)
+                                 : PhotographImport::convert(photograph, folder_, note);
+    if (!note.empty()) {
+        notes_.push_back(note);
+    }
+    return file;
+}
+
 void StackBuilder::append(LMXStack& stack, const std::string& photograph)
 {
     const std::string name = FileInfo::baseName(photograph);
-    checkName(name, photograph);
-    checkName(FileInfo::fileName(photograph), photograph);
+    const std::string file = imageFile(photograph);
+    switch (ImageImport::kindOf(file)) {
+    case ImageImport::Kind::Volume:
+        return appendPlanes(stack, name, file);
+    case ImageImport::Kind::Pages:
+        return appendPages(stack, name, file);
+    default:
+        const ImageSourceFile source(file);
+        appendSlice(stack, name, source, source.getPixelCalibration());
+    }
+}
+
+void StackBuilder::appendMosaic(LMXStack& stack, const std::vector<std::string>& tiles)
+{
+    ImageSourceFileMosaic mosaic(rows_, columns_);
+    PixelCalibration stated;
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        const std::string file = imageFile(tiles[i]);
+        if (i == 0) {
+            stated = ImageSourceFile(file).getPixelCalibration();
+        }
+        const int place = static_cast<int>(i);
+        mosaic.setFilename(place / columns_, place % columns_, file);
+    }
+    current_ = tiles.front();
+    appendSlice(stack, FileInfo::baseName(tiles.front()), mosaic, stated);
+}
+
+void StackBuilder::appendPages(LMXStack& stack,
+                               const std::string& name,
+                               const std::string& file) const
+{
+    ImageSourceTiffStackPlane source;
+    source.setTiffStackFilename(file);
+    const int pages = source.getNumImages();
+    for (int page = 0; page < pages; ++page) {
+        source.setPlane(page);
+        appendSlice(stack, numbered(name, page, pages), source, source.getPixelCalibration());
+    }
+}
+
+void StackBuilder::appendPlanes(LMXStack& stack,
+                                const std::string& name,
+                                const std::string& file) const
+{
+    VoxelMatrix<float> volume;
+    volume.loadHeader(file);
+    const VoxelCalibration& size = volume.getVoxelCalibration();
+    PixelCalibration stated;
+    stated.setLengthUnit(size.getLengthUnit());
+    stated.setPixelWidth(size.getVoxelWidth());
+    stated.setPixelHeight(size.getVoxelHeight());
+    stated.compute();
+    ImageSourceVoxelMatrixFilePlane source;
+    source.setVoxelMatrixFilename(file);
+    for (int plane = 0; plane < volume.getSize3(); ++plane) {
+        source.setPlane(plane);
+        appendSlice(stack, numbered(name, plane, volume.getSize3()), source, stated);
+    }
+}
+
+void StackBuilder::appendSlice(LMXStack& stack,
+                               const std::string& name,
+                               const ImageSource& source,
+                               const PixelCalibration& stated) const
+{
+    checkName(name, current_);
     if (stack.findSlice(name) >= 0) {
-        raise<NameError>(where, photograph + ": the stack has a slice \"" + name +
+        raise<NameError>(where, current_ + ": the stack has a slice \"" + name +
                                     "\" already; two photographs can't have one name");
     }
-    std::string file = photograph;
-    if (!PhotographImport::isTiff(photograph)) {
-        std::string note;
-        file = PhotographImport::convert(photograph, folder_, note);
-        if (!note.empty()) {
-            notes_.push_back(note);
-        }
-    }
-    const ImageSourceFile source(file);
     auto slice = std::make_unique<StackSlice>();
     slice->setName(name);
     slice->setImageSource(source);
-    slice->setPixelCalibration(sliceCalibration(source.getPixelCalibration()));
+    slice->setPixelCalibration(sliceCalibration(stated));
     slice->setStack(stack);
     stack.addSlice(*slice.release());
 }

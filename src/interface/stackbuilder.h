@@ -6,13 +6,16 @@
 #include <string>
 #include <vector>
 
+class ImageSource;
 class LMXStack;
 class PixelCalibration;
 class Stack;
 class StackSlice;
 
-/// Makes a stack of photographs: one slice per file in the order given, each named after its file
-/// without suffix. TIFF files are used where they lie, others are converted (`PhotographImport`).
+/// Makes a stack of image files, in the order given: one slice per photograph, named after its file
+/// without suffix; one slice per page or plane of a file that has several (TIFF stacks, volume files),
+/// named after the file and the number of the page, counted from 1 ("leaf-07"). TIFF, raw and volume
+/// files are used where they lie, others are converted (`PhotographImport`, `ImageImport`).
 ///
 /// All slices of a stack have one length unit, to which the calibration of each file is converted.
 /// A calibration counts if it has a unit and a width above 0; a slice without one has pixels of
@@ -33,10 +36,18 @@ public:
     /// The folder for conversions, that of the stack file; the current one if empty.
     void setFolder(const std::string& folder) { folder_ = folder; }
 
+    /// Joins every `rows` times `columns` photographs, row by row, into one slice, named after the
+    /// first of them. 1 and 1 unless set. `build` raises `UsageError` when the photographs don't fill
+    /// the last one.
+    void setMosaic(int rows, int columns);
+
     /// Appends the slices to the stack. Raises `NameError` for two photographs of one name,
     /// `ValueError` for a name that a stack file can't hold, and the errors of the image readers; the
     /// stack then has the slices up to there.
     void build(LMXStack& stack, const std::vector<std::string>& photographs);
+
+    /// The photograph at which the last `build` ended with an error.
+    const std::string& getCurrentPhotograph() const { return current_; }
 
     /// What the last `build` has to tell about its files, a sentence each.
     const std::vector<std::string>& getNotes() const { return notes_; }
@@ -56,10 +67,21 @@ public:
 
 private:
     void append(LMXStack& stack, const std::string& photograph);
+    void appendMosaic(LMXStack& stack, const std::vector<std::string>& tiles);
+    void appendPages(LMXStack& stack, const std::string& name, const std::string& file) const;
+    void appendPlanes(LMXStack& stack, const std::string& name, const std::string& file) const;
+    void appendSlice(LMXStack& stack,
+                     const std::string& name,
+                     const ImageSource& source,
+                     const PixelCalibration& stated) const;
+    std::string imageFile(const std::string& photograph);
     PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
 
     LengthUnit unit_;
     std::optional<float> pixelWidth_;
     std::string folder_;
+    int rows_ = 1;
+    int columns_ = 1;
+    std::string current_;
     std::vector<std::string> notes_;
 };

@@ -22,14 +22,6 @@ void expectClean(const CommandResult& result, const std::string& about)
     EXPECT_TRUE(result.status == 0 || result.says("crenara: ")) << about;
 }
 
-void makeTiff(const std::string& path, const std::function<void(TIFF*)>& change, int samples = 3)
-{
-    TiffMaker maker(path);
-    maker.tags(32, 16, 8, samples, samples == 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_SEPARATED);
-    change(maker.get());
-    maker.rows(16, [](int row, int byte) { return static_cast<unsigned char>(row * byte); });
-}
-
 } // namespace
 
 TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
@@ -38,10 +30,11 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
     const std::string good = folder.addLeaf("good");
     const std::string table = folder.writeJunctions();
     const std::string whole = bytesOf(good);
-    makeTiff(folder.file("deep.tif"),
-             [](TIFF* tif) { TIFFSetField(tif, TIFFTAG_BITSPERSAMPLE, 16); });
-    makeTiff(
-        folder.file("cmyk.tif"), [](TIFF*) {}, 4);
+    {
+        TiffMaker maker(folder.file("cmyk.tif"));
+        maker.tags(32, 16, 8, 4, PHOTOMETRIC_SEPARATED);
+        maker.rows(16, [](int, int) { return static_cast<unsigned char>(7); });
+    }
     {
         TiffMaker maker(folder.file("planes.tif"));
         maker.tags(32, 16, 8, 3, PHOTOMETRIC_RGB);
@@ -63,9 +56,8 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
     folder.write("text.png", "no image at all");
     folder.write("text.xyz", whole);
     fs::create_directory(folder.file("folder.tif"));
-    for (const char* name :
-         {"deep.tif", "cmyk.tif", "planes.tif", "tiles.tif", "empty.tif", "text.tif", "text.png",
-          "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
+    for (const char* name : {"cmyk.tif", "planes.tif", "tiles.tif", "empty.tif", "text.tif",
+                             "text.png", "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
         const std::string out = folder.file("out");
         const CommandResult result =
             crenara({"run", "--out", out, "--junctions", table, good, folder.file(name)});
