@@ -86,6 +86,19 @@ void writeForeignPlane(const std::string& path, const char* mode, int compressio
     maker.rows(4, pattern, planar == PLANARCONFIG_SEPARATE ? 3 : 1);
 }
 
+void writeTiles(const std::string& path)
+{
+    TiffMaker maker(path);
+    maker.tags(20, 17, 8, 1, PHOTOMETRIC_MINISBLACK);
+    TIFFSetField(maker.get(), TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+    TIFFSetField(maker.get(), TIFFTAG_TILEWIDTH, 16);
+    TIFFSetField(maker.get(), TIFFTAG_TILELENGTH, 16);
+    for (std::uint32_t tile = 0; tile < 4; ++tile) {
+        std::vector<unsigned char> pixels(16 * 16, static_cast<unsigned char>(50 * tile));
+        TIFFWriteTile(maker.get(), pixels.data(), tile % 2 * 16, tile / 2 * 16, 0, 0);
+    }
+}
+
 /// The smallest file of a microscope: one plane, its thumbnail, and the block of numbers.
 void writeLsm(const std::string& path)
 {
@@ -121,6 +134,7 @@ void writeImages(const std::string& folder)
     writeForeignPlane(folder + "packed.tif", "w", COMPRESSION_PACKBITS, PLANARCONFIG_CONTIG);
     writeForeignPlane(folder + "big.tif", "w8", COMPRESSION_LZW, PLANARCONFIG_CONTIG);
     writeForeignPlane(folder + "motorola.tif", "wb", COMPRESSION_NONE, PLANARCONFIG_CONTIG);
+    writeTiles(folder + "tiles.tif");
     writeLsm(folder + "microscope.tif");
 }
 

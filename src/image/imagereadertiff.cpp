@@ -306,8 +306,9 @@ void ImageReader::readRows(Image0& image, TIFF* tif, int sample, const char* whe
 {
     notifyStarted("");
     tiffcheck::rowLength(tif, image.bytesPerLine(), where);
+    TiffRows rows(tif, sample, image.bytesPerLine(), where);
     for (int row = 0; row < image.getHeight() && !isCanceled(); ++row) {
-        readTiffRow(tif, image.getPixels()[row], row, sample, where);
+        rows.read(image.getPixels()[row], row);
         notifyProgressed(row + 1, image.getHeight());
     }
     if (isCanceled()) {
@@ -414,13 +415,14 @@ bool ImageReader::readPlane(
         tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, dataWhere) != rows) {
         refuse(tif, dataWhere, "pages of different size or value type");
     }
+    TiffRows source(tif, sample, image.bytesPerLine(), dataWhere);
     unsigned char* row =
         image.frame(channel, timepoint) + static_cast<std::size_t>(plane) * image.bytesPerPlane();
     for (int i = 0; i < rows; ++i, row += image.bytesPerLine()) {
         if (isCanceled()) {
             return false;
         }
-        readTiffRow(tif, row, i, sample, dataWhere);
+        source.read(row, i);
         notifyProgressed(plane * rows + i + 1, rows * image.getSize3());
     }
     return true;

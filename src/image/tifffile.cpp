@@ -4,8 +4,10 @@
 #include "image/tiffoutput.h"
 #include "system/exception.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <limits>
 #include <mutex>
@@ -158,9 +160,6 @@ int tiffcheck::dimension(TIFF* tif, std::uint32_t tag, const char* where)
 
 void tiffcheck::readableLayout(TIFF* tif, const char* where)
 {
-    if (TIFFIsTiled(tif)) {
-        refuse(tif, where, "tiles");
-    }
     std::uint16_t compression = COMPRESSION_NONE;
     TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
     if (compression == COMPRESSION_JPEG || compression == COMPRESSION_OJPEG) {
@@ -216,13 +215,71 @@ void setTiffDirectory(TIFF* tif, int directory, const char* where)
     }
 }
 
-void readTiffRow(TIFF* tif, unsigned char* row, int rowIndex, int sample, const char* where)
+TiffRows::TiffRows(TIFF* tif, int sample, std::size_t bytesPerLine, const char* where)
+    : tif_(tif)
+    , sample_(static_cast<std::uint16_t>(sample))
+    , bytesPerLine_(bytesPerLine)
+    , where_(where)
 {
-    if (TIFFReadScanline(tif, row, static_cast<std::uint32_t>(rowIndex),
-                         static_cast<std::uint16_t>(sample)) < 0) {
-        raiseFile<FileReadError>(
-            where,
-            TiffMessages::withReason("Cannot read row " + std::to_string(rowIndex) + " of TIFF"),
-            TIFFFileName(tif));
+    if (!TIFFIsTiled(tif)) {
+        return;
     }
+    TIFFGetField(tif, TIFFTAG_TILEWIDTH, &tileWidth_);
+    TIFFGetField(tif, TIFFTAG_TILELENGTH, &tileHeight_);
+    // A tile may reach beyond the image; its pixels are in the file all the same.
+    constexpr std::uint32_t longest = 1U << 16;
+    const std::uint64_t tileBytes = TIFFTileSize64(tif);
+    if (tileWidth_ == 0 || tileHeight_ == 0 || tileWidth_ > longest || tileHeight_ > longest) {
+        refuse(tif, where, "a bad tile size");
+    }
+    tiffcheck::dataFits(tif, tileBytes, where);
+    tiffcheck::dataFits(tif, std::uint64_t(tileHeight_) * bytesPerLine, where);
+    tile_.resize(tileBytes);
+    band_.resize(std::size_t(tileHeight_) * bytesPerLine);
+}
+
+void TiffRows::fail(int index) const
+{
+    raiseFile<FileReadError>(
+        where_, TiffMessages::withReason("Cannot read row " + std::to_string(index) + " of TIFF"),
+        TIFFFileName(tif_));
+}
+
+void TiffRows::readBand(std::uint32_t first)
+{
+    std::uint32_t width = 0;
+    TIFFGetField(tif_, TIFFTAG_IMAGEWIDTH, &width);
+    const std::size_t pixel = bytesPerLine_ / width;
+    const std::size_t tileRow = std::size_t(tileWidth_) * pixel;
+    if (tileRow * tileHeight_ > tile_.size()) {
+        fail(static_cast<int>(first));
+    }
+    for (std::uint32_t x = 0; x < width; x += tileWidth_) {
+        if (TIFFReadTile(tif_, tile_.data(), x, first, 0, sample_) < 0) {
+            fail(static_cast<int>(first));
+        }
+        const std::size_t offset = x * pixel;
+        const std::size_t length = std::min(tileRow, bytesPerLine_ - offset);
+        for (std::size_t i = 0; i < tileHeight_; ++i) {
+            std::memcpy(band_.data() + i * bytesPerLine_ + offset, tile_.data() + i * tileRow,
+                        length);
+        }
+    }
+    bandStart_ = first;
+}
+
+void TiffRows::read(unsigned char* row, int index)
+{
+    const auto line = static_cast<std::uint32_t>(index);
+    if (band_.empty()) {
+        if (TIFFReadScanline(tif_, row, line, sample_) < 0) {
+            fail(index);
+        }
+        return;
+    }
+    const std::uint32_t first = line - line % tileHeight_;
+    if (bandStart_ != first) {
+        readBand(first);
+    }
+    std::memcpy(row, band_.data() + (line - first) * bytesPerLine_, bytesPerLine_);
 }

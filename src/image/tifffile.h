@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class ImageHeader;
 
@@ -64,7 +65,7 @@ namespace tiffcheck {
 /// A size tag as a positive `int`.
 int dimension(TIFF* tif, std::uint32_t tag, const char* where);
 
-/// Refuses tiles, JPEG compression, and colours other than grey, RGB and palette, by name.
+/// Refuses JPEG compression, and colours other than grey, RGB and palette, by name.
 void readableLayout(TIFF* tif, const char* where);
 
 /// Refuses rows of another length than the target's.
@@ -81,5 +82,30 @@ void dataFits(TIFF* tif, const ImageHeader& header, const char* where);
 /// Makes a directory of the file the present one. Raises `FileReadError`.
 void setTiffDirectory(TIFF* tif, int directory, const char* where);
 
-/// Reads one row. Raises `FileReadError` with the reason.
-void readTiffRow(TIFF* tif, unsigned char* row, int rowIndex, int sample, const char* where);
+/// The rows of the present directory, from strips or tiles, of one sample where these lie apart.
+/// Lives as long as the directory stays the present one, whose layout must have been checked.
+class TiffRows
+{
+public:
+    /// Rows are `bytesPerLine` long. Raises `FileFormatError` for tiles of an absurd size.
+    TiffRows(TIFF* tif, int sample, std::size_t bytesPerLine, const char* where);
+
+    /// Reads a row. Raises `FileReadError` with the reason.
+    void read(unsigned char* row, int index);
+
+private:
+    void readBand(std::uint32_t first);
+    [[noreturn]] void fail(int index) const;
+
+    TIFF* tif_;
+    std::uint16_t sample_;
+    std::size_t bytesPerLine_;
+    const char* where_;
+
+    /// The rows of the tiles that were read last, which begin at row `bandStart_`; none in strips.
+    std::vector<unsigned char> band_;
+    std::vector<unsigned char> tile_;
+    std::uint32_t tileWidth_ = 0;
+    std::uint32_t tileHeight_ = 0;
+    std::int64_t bandStart_ = -1;
+};

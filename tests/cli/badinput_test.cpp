@@ -42,22 +42,13 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
         maker.rows(
             16, [](int, int) { return static_cast<unsigned char>(7); }, 3);
     }
-    {
-        TiffMaker maker(folder.file("tiles.tif"));
-        maker.tags(32, 16, 8, 1, PHOTOMETRIC_MINISBLACK);
-        TIFFSetField(maker.get(), TIFFTAG_TILEWIDTH, 16);
-        TIFFSetField(maker.get(), TIFFTAG_TILELENGTH, 16);
-        unsigned char tile[256] = {};
-        TIFFWriteTile(maker.get(), tile, 0, 0, 0, 0);
-        TIFFWriteTile(maker.get(), tile, 16, 0, 0, 0);
-    }
     folder.write("empty.tif", "");
     folder.write("text.tif", "no image at all");
     folder.write("text.png", "no image at all");
     folder.write("text.xyz", whole);
     fs::create_directory(folder.file("folder.tif"));
-    for (const char* name : {"cmyk.tif", "planes.tif", "tiles.tif", "empty.tif", "text.tif",
-                             "text.png", "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
+    for (const char* name : {"cmyk.tif", "planes.tif", "empty.tif", "text.tif", "text.png",
+                             "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
         const std::string out = folder.file("out");
         const CommandResult result =
             crenara({"run", "--out", out, "--junctions", table, good, folder.file(name)});
