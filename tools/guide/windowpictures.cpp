@@ -12,7 +12,7 @@
 #include "shell/stagepage.h"
 
 #include <QApplication>
-#include <QCheckBox>
+#include <QDir>
 #include <QGroupBox>
 #include <QListWidget>
 #include <QPushButton>
@@ -152,6 +152,12 @@ void addHelpPictures(Figures& figures)
             browser.resize(500, 400);
             browser.show();
             figures[QString(dark ? "dark-" : "") + anchor + ".png"] = grab(browser);
+        }
+        for (const QString& page : QDir(":/html").entryList()) {
+            HelpBrowser browser("qrc:/html/index.html", "qrc:/html/" + page);
+            browser.resize(500, 340); // as wide as on a stage's page, and a little higher
+            browser.show();
+            figures[QString(dark ? "dark-" : "") + page + ".png"] = grab(browser);
         }
         HelpBrowser whole("qrc:/html/index.html", "qrc:/html/index.html");
         whole.resize(500, 400);
