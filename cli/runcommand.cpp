@@ -180,7 +180,7 @@ void placeJunctions(
 
 int runRun(const QStringList& arguments, Report& report)
 {
-    CommandLine line("run", "--out DIR --junctions TABLE.tsv IMAGE...",
+    CommandLine line("run", "--out DIR --junctions TABLE.tsv|--propose-junctions IMAGE...",
                      "Does the whole work on photographs: stack, contours, junctions, apex and "
                      "sinuses, tips, measures. Leaves the stack DIR/NAME.sdf, the two tables and "
                      "their record. Slices that can't be worked on stay in the stack and are left "

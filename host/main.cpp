@@ -6,6 +6,7 @@
 #include "host/stackplugin.h"
 
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QTextCodec>
 #include <QTimer>
 
@@ -72,6 +73,9 @@ int main(int argc, char* argv[])
     }
     const QString named = takeValue("--plugin", argc, argv);
     const DeskApplication application(argc, argv);
+    // The desktop finds icon and file types by these names.
+    QGuiApplication::setDesktopFileName("crenara-desk");
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("crenara"));
     // File names are bytes, which all layers take as UTF-8, whatever the locale says.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     if (!parser.parse(QCoreApplication::arguments())) {

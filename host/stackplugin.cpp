@@ -10,7 +10,7 @@ QStringList StackPlugin::usualPlaces()
 {
     const QDir program(QCoreApplication::applicationDirPath());
     QStringList files;
-    for (const char* folder : {".", "../src/shell", "../lib/crenara"}) {
+    for (const char* folder : {".", "../src/shell", "../lib/crenara/plugins"}) {
         files.append(QDir::cleanPath(program.filePath(folder)) + "/libcrenaraplugin.so");
     }
     return files;
