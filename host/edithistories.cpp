@@ -2,6 +2,7 @@
 
 #include "host/lmxrootmediator.h"
 #include "host/modelpresence.h"
+#include "host/segmentationnotes.h"
 #include "host/sliceedit.h"
 #include "interface/lmxstack.h"
 #include "stack/model.h"
@@ -98,12 +99,18 @@ bool EditHistories::step(int slice, bool back)
     return true;
 }
 
-void EditHistories::begin(StackSlice& slice)
+/// The new edit, during which events are its own, until `finish`.
+std::unique_ptr<SliceEdit> EditHistories::begin(StackSlice& slice, const QString& name)
 {
     if (tracks_.count(&slice) > 0) {
         endIfChanged(slice);
     }
+    if (!notes_) {
+        notes_ = std::make_shared<SegmentationNotes>(*mediator_.stack());
+    }
+    auto edit = std::make_unique<SliceEdit>(slice, name, notes_);
     ++applying_;
+    return edit;
 }
 
 void EditHistories::finish(StackSlice& slice)
@@ -117,6 +124,7 @@ void EditHistories::finish(StackSlice& slice)
 
 void EditHistories::record(StackSlice& slice, std::unique_ptr<SliceEdit> edit)
 {
+    edit->finish();
     LMXActionHistory& steps = mediator_.stack()->sliceHistory(slice);
     steps.openStep();
     steps.push(edit.release(), false);
@@ -179,7 +187,6 @@ void EditHistories::noteSaved()
         entry.second.savedSteps = entry.second.steps;
     }
     savedReachable_ = true;
-    savedLastSegmented_ = mediator_.stack()->getLastSegmentedSlice();
 }
 
 void EditHistories::restoreSavedFlag()
@@ -188,7 +195,7 @@ void EditHistories::restoreSavedFlag()
     const bool asSaved = std::all_of(tracks_.begin(), tracks_.end(), [](const auto& entry) {
         return entry.second.steps == entry.second.savedSteps;
     });
-    if (savedReachable_ && asSaved && stack.getLastSegmentedSlice() == savedLastSegmented_) {
+    if (savedReachable_ && asSaved) {
         stack.setModified(false);
     }
 }
@@ -208,6 +215,7 @@ void EditHistories::stackCloseEvent(LMXStackCloseEvent& event)
 {
     if (&event.getStack() == mediator_.stack()) {
         end();
+        notes_.reset();
         savedReachable_ = false;
     }
 }

@@ -14,6 +14,7 @@ class LMXActionHistory;
 class LMXRootMediator;
 class LMXStack;
 class ModelPresence;
+class SegmentationNotes;
 class SliceEdit;
 class StackSlice;
 
@@ -78,7 +79,7 @@ private:
     };
 
     LMXActionHistory* history(int slice) const;
-    void begin(StackSlice& slice);
+    std::unique_ptr<SliceEdit> begin(StackSlice& slice, const QString& name);
     void finish(StackSlice& slice);
     void record(StackSlice& slice, std::unique_ptr<SliceEdit> edit);
     bool step(int slice, bool back);
@@ -96,5 +97,5 @@ private:
     std::map<std::string, std::weak_ptr<ModelPresence>> presences_;
     int applying_ = 0;
     bool savedReachable_ = false;
-    std::string savedLastSegmented_;
+    std::shared_ptr<SegmentationNotes> notes_; // of the open document
 };

@@ -19,10 +19,8 @@ EditStep::EditStep(EditHistories& histories,
     : histories_(histories)
     , stack_(stack)
     , slice_(slice)
-{
-    histories_.begin(slice);
-    edit_ = std::make_unique<SliceEdit>(slice, name);
-}
+    , edit_(histories.begin(slice, name))
+{}
 
 EditStep::~EditStep()
 {

@@ -1,12 +1,14 @@
 #include "host/sliceedit.h"
 
-#include "stack/stack.h"
-#include "stack/stackslice.h"
+#include <utility>
 
-SliceEdit::SliceEdit(StackSlice& subject, const QString& name)
+SliceEdit::SliceEdit(StackSlice& subject,
+                     const QString& name,
+                     std::shared_ptr<SegmentationNotes> notes)
     : LMXSliceAction(subject)
     , name_(name)
-    , lastSegmented_(subject.getStack()->getLastSegmentedSlice())
+    , notes_(std::move(notes))
+    , number_(notes_->begin())
 {}
 
 SliceEdit::~SliceEdit() = default;
@@ -18,26 +20,26 @@ void SliceEdit::applyNext(std::unique_ptr<LMXAction> action)
     actions_.back()->apply();
 }
 
+void SliceEdit::finish()
+{
+    note_ = notes_->change();
+    notes_->stand(number_, note_);
+}
+
 void SliceEdit::apply()
 {
     LMXAction::apply();
-    Stack& stack = *getSlice().getStack();
-    const std::string present = stack.getLastSegmentedSlice();
     for (const auto& action : actions_) {
         action->apply();
     }
-    stack.setLastSegmentedSlice(lastSegmented_);
-    lastSegmented_ = present;
+    notes_->stand(number_, note_);
 }
 
 void SliceEdit::revert()
 {
     LMXAction::revert();
-    Stack& stack = *getSlice().getStack();
-    const std::string present = stack.getLastSegmentedSlice();
     for (auto action = actions_.rbegin(); action != actions_.rend(); ++action) {
         (*action)->revert();
     }
-    stack.setLastSegmentedSlice(lastSegmented_);
-    lastSegmented_ = present;
+    notes_->undo(number_);
 }

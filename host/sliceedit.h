@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/segmentationnotes.h"
 #include "interface/lmxaction.h"
 
 #include <memory>
@@ -7,19 +8,18 @@
 #include <vector>
 
 /// What a user did to one slice in one go, with the name that the menu shows: the actions of it, in
-/// order.
-///
-/// A new item also changes which slice the stack notes as segmented last. The note is written to
-/// stack files, so the edit exchanges it, and leaves it as it met it.
+/// order. It also takes care of the stack's note of the slice that was segmented last.
 class SliceEdit : public LMXSliceAction
 {
 public:
-    /// Notes which slice was segmented last, so it is made before its actions are applied.
-    SliceEdit(StackSlice& subject, const QString& name);
+    SliceEdit(StackSlice& subject, const QString& name, std::shared_ptr<SegmentationNotes> notes);
     ~SliceEdit() override;
 
     /// Keeps the action and applies it. If that raises an error the action counts as applied.
     void applyNext(std::unique_ptr<LMXAction> action);
+
+    /// All actions are there, and applied.
+    void finish();
 
     bool isNull() const override { return actions_.empty(); }
 
@@ -34,5 +34,7 @@ public:
 private:
     QString name_;
     std::vector<std::unique_ptr<LMXAction>> actions_;
-    std::string lastSegmented_; // of the other state
+    std::shared_ptr<SegmentationNotes> notes_;
+    int number_;
+    std::string note_;
 };
