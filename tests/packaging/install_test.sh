@@ -32,6 +32,9 @@ gzip -dc "$prefix/share/man/man1/crenara.1.gz" | grep -q 'Fl \\-propose\\-juncti
 desk=$!
 for _ in $(seq 200); do
     if grep -q "$prefix/lib/crenara/plugins/libcrenaraplugin.so" "/proc/$desk/maps" 2>/dev/null; then
+        # It opens the photograph next.
+        sleep 0.4
+        kill -0 "$desk" || fail "crenara-desk ended by itself"
         exit 0
     fi
     sleep 0.05
