@@ -44,7 +44,7 @@ StackOptions::StackOptions(const CommandLine& line)
         if (!isNumber[0] || !isNumber[1] || rows < 1 || columns < 1 || rows > most ||
             columns > most) {
             throw UsageFailure("option 'mosaic' needs rows and columns as in 2x3, not '" +
-                          line.bytes("mosaic") + "'");
+                               line.bytes("mosaic") + "'");
         }
     }
 }
