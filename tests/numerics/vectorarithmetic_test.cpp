@@ -86,17 +86,3 @@ TEST(Vector, DistancesLengthsAndAngles)
     v.normalize();
     EXPECT_EQ(v, vectorOf<double>({0, 0}));
 }
-
-TEST(Vector, CrossProductIsOrthogonalAndOuterProductHasRankOne)
-{
-    std::mt19937 engine(9);
-    const Vector<double> a = randomVector<double>(3, engine);
-    const Vector<double> b = randomVector<double>(3, engine);
-    const Vector<double> c = a.vectorProduct(b);
-    EXPECT_NEAR(c.scalarProduct(a), 0, 1e-16);
-    EXPECT_NEAR(c.norm(), a.norm() * b.norm() * std::sin(a.angle(b)), 1e-15);
-    EXPECT_EQ(vectorOf<int>({1, 0, 0}).vectorProduct(vectorOf<int>({0, 1, 0})),
-              vectorOf<int>({0, 0, 1}));
-    EXPECT_EQ(vectorOf<int>({1, 2}).outerProduct(vectorOf<int>({3, 4, 5})),
-              matrixOf<int>({{3, 4, 5}, {6, 8, 10}}));
-}

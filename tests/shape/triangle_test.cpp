@@ -52,13 +52,6 @@ T distanceBySides(const Triangle<T>& triangle, const Vector<T>& position)
     return best;
 }
 
-/// Six times the signed volume of a tetrahedron.
-template <class T>
-T volumeOf(const Vector<T>& a, const Vector<T>& b, const Vector<T>& c, const Vector<T>& d)
-{
-    return (b - a).vectorProduct(c - a).scalarProduct(d - a);
-}
-
 TYPED_TEST(TriangleOf, ClosestPointIsTheNearestOfInsideAndSides)
 {
     using T = TypeParam;
@@ -111,43 +104,6 @@ TEST(TriangleRegions, LieAroundTheTriangle)
     triangle[1] = triangle[2] = triangle[0];
     triangle.closestPoint(vectorOf<double>({3, 2}), q);
     EXPECT_EQ(q, triangle[0]);
-}
-
-TYPED_TEST(TriangleOf, MeetsTheSegmentsThatItSeparates)
-{
-    using T = TypeParam;
-    std::mt19937 engine(2);
-    int meetings = 0;
-    for (int round = 0; round < 2000; ++round) {
-        const Triangle<T> triangle = randomTriangle<T>(3, engine);
-        Edge<T> edge(3);
-        edge[0] = randomVector<T>(3, engine);
-        edge[1] = randomVector<T>(3, engine);
-        // The ends lie on either side, and the line sees the corners turn one way.
-        const T side0 = volumeOf(triangle[0], triangle[1], triangle[2], edge[0]);
-        const T side1 = volumeOf(triangle[0], triangle[1], triangle[2], edge[1]);
-        T turns[3];
-        for (int i = 0; i < 3; ++i) {
-            turns[i] = volumeOf(edge[0], edge[1], triangle[i], triangle[(i + 1) % 3]);
-        }
-        const bool oneWay = (turns[0] > 0 && turns[1] > 0 && turns[2] > 0) ||
-                            (turns[0] < 0 && turns[1] < 0 && turns[2] < 0);
-        const bool expected = (side0 > 0) != (side1 > 0) && oneWay;
-        const T margin = std::min({std::abs(side0), std::abs(side1), std::abs(turns[0]),
-                                   std::abs(turns[1]), std::abs(turns[2])});
-        if (margin < T(1e-3)) {
-            continue;
-        }
-        Vector<T> q;
-        ASSERT_EQ(triangle.intersects(edge, q), expected ? 1 : 0);
-        if (expected) {
-            ++meetings;
-            const T tolerance = T(1e4) * std::numeric_limits<T>::epsilon();
-            ASSERT_LE(std::abs(volumeOf(triangle[0], triangle[1], triangle[2], q)), tolerance);
-            ASSERT_LE(distanceBySides(triangle, q), tolerance);
-        }
-    }
-    EXPECT_GE(meetings, 50);
 }
 
 TEST(TriangleBorder, CountsForPointsAndIsToldForSegments)

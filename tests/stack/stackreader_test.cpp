@@ -11,10 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cmath>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -59,49 +56,6 @@ public:
 private:
     TemporaryFolder folder_;
 };
-
-/// What a reader must hold to, whatever it is given: it says yes or no, a no has its reason with
-/// file and line, and what was read with a yes can be written and read again.
-void expectSaneReading(const Files& files, const std::string& text)
-{
-    Stack stack;
-    StackReader reader;
-    if (files.read(text, stack, reader)) {
-        const std::string again = files.text(stack);
-        Stack second;
-        EXPECT_TRUE(files.read(again, second, reader)) << text;
-        EXPECT_EQ(files.text(second), again);
-        return;
-    }
-    EXPECT_GT(reader.getNumFatalErrors(), 0);
-    const std::string place = files.path("a.sdf:");
-    EXPECT_TRUE(std::any_of(reader.getLog().begin(), reader.getLog().end(),
-                            [&place](const std::string& message) {
-                                return message.compare(0, place.size(), place) == 0 &&
-                                       std::isdigit(
-                                           static_cast<unsigned char>(message[place.size()])) != 0;
-                            }))
-        << text;
-}
-
-/// Begin and length of each word, number, quoted text and mark.
-std::vector<std::pair<std::size_t, std::size_t>> tokensOf(const std::string& text)
-{
-    std::vector<std::pair<std::size_t, std::size_t>> tokens;
-    for (std::size_t begin = 0; begin < text.size();) {
-        std::size_t end = begin + 1;
-        if (text[begin] == '"') {
-            end = std::min(text.find('"', end), text.size() - 1) + 1;
-        } else if (text[begin] != ';' && text[begin] != ',') {
-            end = std::min(text.find_first_of(" ,;\"\n", begin), text.size());
-        }
-        if (end > begin) {
-            tokens.emplace_back(begin, end - begin);
-        }
-        begin = std::max(end, begin + 1);
-    }
-    return tokens;
-}
 
 const std::string small = "FileFormatVersion 1.05;\n"         // 1
                           "STACK \"s\";\n"                    // 2
@@ -255,37 +209,6 @@ TEST(StackReader, AFileCutAnywhereIsToldOrReadRightUpToThere)
         }
     }
     EXPECT_GT(accepted, 20);
-}
-
-TEST(StackReader, SurvivesRandomTokens)
-{
-    const Files files;
-    // clang-format off
-    const std::vector<std::string> odd = {
-        "", "\"", ";", "\"\"", ",", "nan", "inf", "1e999", "-1", "0", "2147483648", "-99999999999", "1e-50",
-        "true", "Ring", "\"nobody\"", "SLICE", "IMAGE", "MODEL", "MODELITEMDATA", "POSE", "Annotation",
-        "\xFF\xFE", std::string(1, '\0'), "1,2,3", "IMAGE 1 1 x.tif;", "SLICE \"m\" 2 2;",
-        "SLICE \"m\" 1000000 1000000;", "99999999"};
-    // clang-format on
-    std::mt19937 random(5);
-    for (int round = 0; round < 1500; ++round) {
-        std::string text = round % 2 == 0 ? small : files.text(*randomStack(random() % 40, "/no"));
-        const auto places = tokensOf(text);
-        for (unsigned n = 1 + random() % 2; n > 0; --n) {
-            const auto [begin, length] = places[random() % places.size()];
-            const auto [otherBegin, otherLength] = places[random() % places.size()];
-            const std::string other = random() % 3 == 0 && otherBegin < text.size()
-                                          ? text.substr(otherBegin, otherLength)
-                                          : odd[random() % odd.size()];
-            if (begin <= text.size()) {
-                text.replace(begin, length, other);
-            }
-        }
-        expectSaneReading(files, text);
-        if (HasFailure()) {
-            break;
-        }
-    }
 }
 
 TEST(StackReader, TellsEachFaultWithLineAndReason)

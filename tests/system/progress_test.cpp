@@ -76,25 +76,6 @@ TEST(ProgressSubject, TellsEachMonitorOnceAndNamesItself)
     EXPECT_EQ(listener.log, everything);
 }
 
-TEST(ProgressSubject, TellsAMonitorThatIsAddedOnTheWay)
-{
-    struct Recruiter : ProgressMonitor
-    {
-        using ProgressMonitor::subjectStarted;
-
-        void subjectStarted(const std::string&) override { currentSubject()->addMonitor(recruit); }
-
-        Listener recruit;
-    };
-
-    ProgressSubject subject;
-    Recruiter recruiter;
-    recruiter.recruit.expected = &subject;
-    subject.addMonitor(recruiter);
-    subject.notifyStarted("now");
-    EXPECT_EQ(recruiter.recruit.log, "started now;");
-}
-
 TEST(ProgressSubject, MonitorsAndFlagDoNotTravelWithItsValue)
 {
     ProgressSubject subject;
