@@ -22,21 +22,22 @@ struct ToolEntry
 {
     SliceView::Tool tool;
     const char* text;
+    const char* shortText; // on a tool bar
     const char* tip;
     const char* shortcut;
 };
 
 // Row i is tool i.
 const ToolEntry toolEntries[] = {
-    {SliceView::Tool::Select, "&Select and move", "Select landmarks and lines, and move landmarks",
-     "Ctrl+1"},
-    {SliceView::Tool::DrawJunctions, "Draw &junctions",
+    {SliceView::Tool::Select, "&Select and move", "Select",
+     "Select landmarks and lines, and move landmarks", "Ctrl+1"},
+    {SliceView::Tool::DrawJunctions, "Draw &junctions", "Junctions",
      "Click on the two places where the blade meets the petiole", "Ctrl+J"},
-    {SliceView::Tool::AddLandmark, "&Add landmarks", "Add landmarks of one model by clicks",
-     "Ctrl+L"},
-    {SliceView::Tool::RedrawContour, "&Redraw contour",
+    {SliceView::Tool::AddLandmark, "&Add landmarks", "Landmarks",
+     "Add landmarks of one model by clicks", "Ctrl+L"},
+    {SliceView::Tool::RedrawContour, "&Redraw contour", "Contour",
      "Draw a piece of the contour again, by hand", "Ctrl+D"},
-    {SliceView::Tool::MeasureScale, "&Measure a scale bar",
+    {SliceView::Tool::MeasureScale, "&Measure a scale bar", "Scale bar",
      "Draw a line over the scale bar of the photograph", "Ctrl+B"},
 };
 
@@ -124,6 +125,7 @@ void EditActions::createToolActions()
     for (std::size_t i = 0; i < toolActions_.size(); ++i) {
         const ToolEntry& entry = toolEntries[i];
         QAction* action = add(entry.text, entry.tip, QKeySequence(entry.shortcut));
+        action->setIconText(entry.shortText);
         action->setCheckable(true);
         tools_->addAction(action);
         toolActions_[i] = action;
@@ -140,6 +142,8 @@ void EditActions::createToolActions()
                    QKeySequence("Ctrl+P"));
     accept_ = add("A&ccept the proposal", "Make the proposed junctions those of this slice",
                   QKeySequence("Ctrl+Return"));
+    propose_->setIconText("Propose");
+    accept_->setIconText("Accept");
     connect(propose_, &QAction::triggered, this, &EditActions::propose);
     connect(accept_, &QAction::triggered, &view_, &SliceView::acceptProposal);
 }
@@ -155,6 +159,9 @@ void EditActions::createZoomActions()
     connect(out, &QAction::triggered, &view_, &SliceView::zoomOut);
     connect(fit, &QAction::triggered, &view_, &SliceView::zoomToFit);
     connect(pixels, &QAction::triggered, &view_, &SliceView::zoomToPixels);
+    in->setIconText("+");
+    out->setIconText("\u2212");
+    pixels->setIconText("1:1");
     zoom_ = {in, out, fit, pixels};
 }
 

@@ -13,20 +13,17 @@ QString JunctionTool::hint() const
 
 void JunctionTool::press(const QPointF& at, Qt::KeyboardModifiers)
 {
-    if (!isInImage(at)) {
+    SliceEditor* editor = view().editor();
+    if (!isInImage(at) || !editor) {
         return;
     }
     const QPoint pixel = view().pixelAt(at);
     if (first_) {
         const QPoint first = *std::exchange(first_, std::nullopt);
         view().update();
-        if (SliceEditor* editor = view().editor()) {
-            view().setProposal(std::nullopt);
-            editor->drawJunctions(view().sliceIndex(), first, pixel);
-            emit view().statusText("The junctions are drawn");
-        } else {
-            emit view().pairClicked(first, pixel);
-        }
+        view().setProposal(std::nullopt);
+        editor->drawJunctions(view().sliceIndex(), first, pixel);
+        emit view().statusText("The junctions are drawn");
     } else {
         first_ = pixel;
         nowAt_ = at;

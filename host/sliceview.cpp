@@ -45,6 +45,16 @@ SliceView::SliceView(QWidget* parent)
 
 SliceView::~SliceView() = default;
 
+void SliceView::setEditor(SliceEditor* editor)
+{
+    editor_ = editor;
+}
+
+SliceEditor* SliceView::editor() const
+{
+    return editor_.data();
+}
+
 SliceTool& SliceView::currentTool() const
 {
     return *tools_[indexOf(tool_)];
@@ -101,11 +111,6 @@ void SliceView::setTool(Tool tool)
     setCursor(currentTool().cursorShape());
     emit statusText(currentTool().hint());
     update();
-}
-
-void SliceView::askForPairs(bool ask)
-{
-    setTool(ask ? Tool::DrawJunctions : Tool::Select);
 }
 
 void SliceView::setLandmarkModel(const std::string& name)

@@ -7,6 +7,7 @@
 #include "interface/lmxeventclient.h"
 
 #include <QPoint>
+#include <QPointer>
 #include <QString>
 #include <QTransform>
 #include <QWidget>
@@ -43,9 +44,9 @@ public:
     ~SliceView() override;
 
     /// By which the tools edit; not owned. Without it nothing can be edited.
-    void setEditor(SliceEditor* editor) { editor_ = editor; }
+    void setEditor(SliceEditor* editor);
 
-    SliceEditor* editor() const { return editor_; }
+    SliceEditor* editor() const;
 
     /// Shows slice `index` of the stack; nothing without a stack or with an index out of it. Ends
     /// what was begun on another slice.
@@ -152,9 +153,6 @@ public slots:
     void deleteSelection();
     void selectAll();
 
-    /// For a window without an editor: `Tool::DrawJunctions`, whose pairs come by `pairClicked`.
-    void askForPairs(bool ask);
-
 signals:
     /// Another slice, or none, is shown.
     void sliceShown(int index);
@@ -171,9 +169,6 @@ signals:
 
     /// A line was drawn with `Tool::MeasureScale`, so many pixels long.
     void scaleMeasured(double pixels);
-
-    /// Two pixels of the slice were clicked on, and there is no editor.
-    void pairClicked(const QPoint& first, const QPoint& second);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -206,7 +201,7 @@ private:
     void zoomAtCentre(double factor);
     void zoomed();
 
-    SliceEditor* editor_ = nullptr;
+    QPointer<SliceEditor> editor_;
     LMXStack* stack_ = nullptr;
     int index_ = -1;
     QString fault_; // why the slice has no size
