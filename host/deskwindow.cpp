@@ -170,10 +170,10 @@ void DeskWindow::restoreLayout()
 {
     const DeskSettings settings;
     if (!restoreGeometry(settings.layout("window"))) {
-        resize(1200, 800);
+        resize(1280, 800);
     }
     if (!restoreState(settings.layout("panels"), layoutVersion)) {
-        resizeDocks({sliceDock_, modelDock_}, {230, 240}, Qt::Horizontal);
+        resizeDocks({sliceDock_, modelDock_}, {260, 290}, Qt::Horizontal);
     }
 }
 

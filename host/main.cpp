@@ -97,6 +97,8 @@ int main(int argc, char* argv[])
     if (!parser.positionalArguments().isEmpty()) {
         // From the event loop, where the application tells what can't be opened.
         QTimer::singleShot(0, &window, [&] { window.openFiles(parser.positionalArguments()); });
+    } else {
+        QTimer::singleShot(0, &window, &DeskWindow::offerLeftovers);
     }
     return QApplication::exec();
 }

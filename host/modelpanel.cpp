@@ -80,6 +80,7 @@ ModelPanel::ModelPanel(LMXRootMediator& mediator, QWidget* parent)
     }
     tree_->setRootIsDecorated(false);
     tree_->setUniformRowHeights(true);
+    tree_->setTextElideMode(Qt::ElideMiddle);
     tree_->setIconSize(QSize(iconSide, iconSide));
     tree_->header()->setStretchLastSection(false);
     tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);

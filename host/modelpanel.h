@@ -19,7 +19,7 @@ class ModelPanel : public QWidget, public LMXEventClient
 public:
     explicit ModelPanel(LMXRootMediator& mediator, QWidget* parent = nullptr);
 
-    QSize sizeHint() const override { return {240, 300}; }
+    QSize sizeHint() const override { return {290, 300}; }
 
     void stackOpenEvent(LMXStackOpenEvent&) override { refreshLater(); }
 

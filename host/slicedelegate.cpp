@@ -110,17 +110,16 @@ void SliceDelegate::paint(QPainter* painter,
     const bool selected = option.state & QStyle::State_Selected;
     const QColor colour =
         option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    const bool dark =
-        option.palette.color(selected ? QPalette::Highlight : QPalette::Base).lightness() < 128;
+    const bool dark = colour.lightness() > 128;
     const QRect inner = option.rect.adjusted(margin, margin, -margin, -margin);
     const QRect room(inner.left(), inner.center().y() - pictureSide / 2 + 1, pictureSide,
                      pictureSide);
-    const QRect texts(room.right() + 2 * margin, inner.top() + margin,
-                      inner.right() - room.right() - 2 * margin, inner.height() - 2 * margin);
+    const QRect texts(room.right() + 2 * margin, inner.top(),
+                      inner.right() - room.right() - 2 * margin, inner.height());
     const QFontMetrics metrics(option.font);
     const int line = metrics.lineSpacing();
     const double side = 0.75 * metrics.height();
-    const int second = texts.top() + line + margin / 2;
+    const int second = texts.top() + line;
     painter->save();
     drawPicture(*painter, index.data(Qt::DecorationRole).value<QPixmap>(), room, colour);
     drawName(*painter, index.data().toString(), texts, option.font, colour);

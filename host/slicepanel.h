@@ -20,7 +20,7 @@ public:
     /// The list, for who wants to look at its rows.
     const SliceListModel& slices() const { return *model_; }
 
-    QSize sizeHint() const override { return {230, 600}; }
+    QSize sizeHint() const override { return {260, 600}; }
 
 public slots:
     /// Chooses a slice and brings it into sight; an index outside is ignored.
