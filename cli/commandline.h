@@ -33,7 +33,8 @@ public:
     /// `HelpRequest` if the user asked for it.
     void parse(const QStringList& arguments, int least, int most);
 
-    bool isSet(const QString& name) const { return parser_.isSet(name); }
+    /// False also for an option that the subcommand does not declare.
+    bool isSet(const QString& name) const { return parser_.optionNames().contains(name); }
 
     /// The value given, or the default.
     QString text(const QString& name) const { return parser_.value(name); }

@@ -82,6 +82,7 @@ TEST(Chain, RunLeavesWhatTheSubcommandsLeaveByteForByte)
     for (const std::vector<std::string>& step : steps) {
         const CommandResult result = crenara(step);
         ASSERT_EQ(result.status, 0) << step[0] << ": " << result.err;
+        EXPECT_FALSE(result.says("QCommandLineParser")) << step[0] << ": " << result.err;
     }
     EXPECT_EQ(bytesOf(folder.file("x/x.sdf")), bytesOf(stack));
     EXPECT_EQ(measures(folder, "x", "LeafMeasures"), measures(folder, "y", "LeafMeasures"));
