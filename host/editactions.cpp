@@ -74,7 +74,7 @@ EditActions::EditActions(SliceEditor& editor, SliceView& view, QObject* parent)
     , editor_(editor)
     , view_(view)
     , tools_(new QActionGroup(this))
-    , addMenu_(new QMenu("Add &landmark", &view))
+    , addMenu_(new QMenu("Add &landmark of", &view))
     , moveMenu_(new QMenu("Move to &model", &view))
 {
     createHistoryActions();

@@ -73,6 +73,15 @@ void PictureLoader::clear()
     ++generation_;
 }
 
+void PictureLoader::dropFaults()
+{
+    for (Entry& entry : kept_) {
+        if (entry.picture && !entry.picture->fault().isEmpty()) {
+            entry = Entry();
+        }
+    }
+}
+
 void PictureLoader::start(std::shared_ptr<const Slice> description, const Slice* slice)
 {
     busy_ = true;

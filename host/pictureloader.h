@@ -29,6 +29,9 @@ public:
     /// Forgets all pictures, so that images are read afresh.
     void clear();
 
+    /// Forgets what could not be read, so that it is tried again.
+    void dropFaults();
+
     bool isBusy() const { return busy_; }
 
 signals:

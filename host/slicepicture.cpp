@@ -27,6 +27,10 @@ SlicePicture::SlicePicture(const Slice& slice)
 {
     try {
         levels_.push_back(read(slice));
+        if (levels_.front().isNull()) {
+            raise<SizeError>("SlicePicture::SlicePicture(const Slice&)",
+                             "The image has no pixels, or too many to be shown");
+        }
         constexpr int smallest = 512;
         while (std::max(levels_.back().width(), levels_.back().height()) > smallest) {
             const QImage& last = levels_.back();

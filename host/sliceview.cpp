@@ -74,6 +74,7 @@ void SliceView::showSlice(LMXStack* stack, int index)
     if (stack != stack_) {
         loader_.clear();
     }
+    loader_.dropFaults();
     stack_ = stack;
     index_ = index;
     readImageSize();

@@ -49,7 +49,7 @@ public:
     SliceEditor* editor() const;
 
     /// Shows slice `index` of the stack; nothing without a stack or with an index out of it. Ends
-    /// what was begun on another slice.
+    /// what was begun on another slice, and tries again to read an image that could not be read.
     void showSlice(LMXStack* stack, int index);
 
     int sliceIndex() const { return index_; }
@@ -190,8 +190,9 @@ private:
     LandmarkPicker picker() const;
     void noteChange(const LMXModelItemEvent& event);
     void paintPicture(QPainter& painter, const QRectF& exposed);
-    void paintItems(QPainter& painter) const;
-    void paintSelection(QPainter& painter) const;
+    void paintLines(QPainter& painter) const;
+    void paintLandmarks(QPainter& painter) const;
+    void paintItems(QPainter& painter, bool points) const;
     void paintProposal(QPainter& painter) const;
     void paintText(QPainter& painter, const QString& text) const;
     bool moveByKey(const QKeyEvent& event);

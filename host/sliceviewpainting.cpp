@@ -30,8 +30,8 @@ void SliceView::paintEvent(QPaintEvent* event)
         return;
     }
     paintPicture(painter, event->rect());
-    paintItems(painter);
-    paintSelection(painter);
+    paintLines(painter);
+    paintLandmarks(painter);
     paintProposal(painter);
     currentTool().paint(painter);
 }
@@ -67,43 +67,54 @@ void SliceView::paintText(QPainter& painter, const QString& text) const
     }
 }
 
-/// Lines first, points above them.
-void SliceView::paintItems(QPainter& painter) const
+/// Selected ones stand out, but cover no landmark.
+void SliceView::paintLines(QPainter& painter) const
 {
-    const ItemPainter items(imageToWidget());
-    for (const bool points : {false, true}) {
-        for (int i = 0; i < slice()->getNumItems(); ++i) {
-            const ModelItem& item = slice()->getItem(i);
-            if (LandmarkPicker::isPoints(item) == points && LandmarkPicker::isVisible(item)) {
-                items.paintItem(painter, item);
+    paintItems(painter, false);
+    const LandmarkPicker known = picker();
+    for (const VertexPlace& place : selection_) {
+        // Processes may delete items without a word before they tell of new ones.
+        if (!place.isWholeItem() || !known.exists(place)) {
+            continue;
+        }
+        QPolygonF line;
+        const ModelItem& item = slice()->getItem(place.item);
+        for (int i = 0; i < item.getSize(); ++i) {
+            line.append(known.position({place.item, i}));
+        }
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setBrush(Qt::NoBrush);
+        for (const QPen& pen : {QPen(Qt::black, 4.0), QPen(Qt::yellow, 2.0)}) {
+            painter.setPen(pen);
+            painter.drawPolyline(line);
+        }
+    }
+}
+
+void SliceView::paintLandmarks(QPainter& painter) const
+{
+    constexpr double radius = 11.0;
+    paintItems(painter, true);
+    const LandmarkPicker known = picker();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    for (const VertexPlace& place : selection_) {
+        if (!place.isWholeItem() && known.exists(place)) {
+            for (const QPen& pen : {QPen(Qt::black, 4.0), QPen(Qt::yellow, 2.0)}) {
+                painter.setPen(pen);
+                painter.drawEllipse(known.position(place), radius, radius);
             }
         }
     }
 }
 
-void SliceView::paintSelection(QPainter& painter) const
+void SliceView::paintItems(QPainter& painter, bool points) const
 {
-    constexpr double radius = 11.0;
-    const LandmarkPicker known = picker();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Qt::NoBrush);
-    for (const VertexPlace& place : selection_) {
-        // Processes may delete items without a word before they tell of new ones.
-        if (!known.exists(place)) {
-            continue;
-        }
-        QPolygonF line;
-        const ModelItem& item = slice()->getItem(place.item);
-        for (int i = 0; place.isWholeItem() && i < item.getSize(); ++i) {
-            line.append(known.position({place.item, i}));
-        }
-        for (const QPen& pen : {QPen(Qt::black, 4.0), QPen(Qt::yellow, 2.0)}) {
-            painter.setPen(pen);
-            if (place.isWholeItem()) {
-                painter.drawPolyline(line);
-            } else {
-                painter.drawEllipse(known.position(place), radius, radius);
-            }
+    const ItemPainter items(imageToWidget());
+    for (int i = 0; i < slice()->getNumItems(); ++i) {
+        const ModelItem& item = slice()->getItem(i);
+        if (LandmarkPicker::isPoints(item) == points && LandmarkPicker::isVisible(item)) {
+            items.paintItem(painter, item);
         }
     }
 }

@@ -458,6 +458,10 @@ TEST_F(SliceViewTest, LargePicturesComeLaterAndMissingOnesLeaveAText)
     ASSERT_TRUE(QTest::qWaitFor([&] { return !view.isLoading(); }));
     const QImage text = view.grab().toImage();
     EXPECT_NE(text, loading);
+    ASSERT_TRUE(QFile::copy(QString::fromStdString(folder.file("large4.tif")),
+                            QString::fromStdString(folder.file("large5.tif"))));
+    view.showSlice(&stack(), 5); // the file is back
+    ASSERT_TRUE(QTest::qWaitFor([&] { return middle() == 180; }));
     view.showSlice(&stack(), 2);
     view.grab(); // on its way while all is closed
     mediator.close();
@@ -500,7 +504,7 @@ TEST_F(SliceViewTest, ActionsFollowWhatIsPossible)
     EXPECT_FALSE(find(menu, "Undo").isEnabled());
     EXPECT_TRUE(find(menu, "Redo").isEnabled());
 
-    QMenu& add = *find(menu, "Add landmark").menu();
+    QMenu& add = *find(menu, "Add landmark of").menu();
     QMetaObject::invokeMethod(&add, "aboutToShow");
     find(add, "6 Secondary Peak").trigger();
     EXPECT_EQ(view.tool(), SliceView::Tool::AddLandmark);
