@@ -3,8 +3,11 @@
 #include "host/autosave.h"
 #include "host/documentcontrol.h"
 #include "host/documenttest.h"
+#include "support/filesizelimit.h"
 #include "support/widgets.h"
+#include "system/exception.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/wait.h>
@@ -141,6 +144,31 @@ TEST_F(AutosaveTest, ChangesWithoutAFileOfTheirOwnAreKeptInTheFolderOfTheUser)
     EXPECT_EQ(stack().getSlice(0).width(), 540) << "the photograph is found from there";
     mediator.close();
     EXPECT_TRUE(Autosave::leftovers({}).isEmpty());
+}
+
+TEST_F(AutosaveTest, AFullDiskIsToldAndTheWorkStaysInMemory)
+{
+    QWidget window;
+    DocumentControl control(mediator, window);
+    QSignalSpy told(&control, &DocumentControl::told);
+    moveContour(4);
+    const std::string saved = folder.read("leaf.sdf");
+    const std::string changed = models();
+    {
+        const FileSizeLimit full(1000);
+        EXPECT_THROW(control.save(), FileWriteError);
+        control.autosave().keep();
+    }
+    ASSERT_EQ(told.count(), 1);
+    EXPECT_TRUE(told.first().first().toString().startsWith("No copy of the changes can be kept"));
+    EXPECT_EQ(folder.read("leaf.sdf"), saved);
+    EXPECT_EQ(models(), changed);
+    EXPECT_TRUE(stack().isModified());
+    control.autosave().keep();
+    EXPECT_EQ(folder.fileCount(), 4) << "once there is room again";
+    EXPECT_TRUE(control.save());
+    EXPECT_NE(folder.read("leaf.sdf"), saved);
+    EXPECT_EQ(folder.fileCount(), 2);
 }
 
 TEST_F(AutosaveTest, AStackFileIsWholeWheneverTheProcessIsKilled)

@@ -238,6 +238,38 @@ TEST_F(DeskWindowTest, KeysGoToTheNextSliceAndBack)
     EXPECT_EQ(view().sliceIndex(), 0);
 }
 
+TEST_F(DeskWindowTest, RepaintsWhileARunHoldsTheEventLoop)
+{
+    openPhotographs();
+    QTest::qWait(20);
+
+    class Paints : public QObject
+    {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            count += event->type() == QEvent::Paint;
+            return false;
+        }
+
+        int count = 0;
+    } paints;
+
+    view().installEventFilter(&paints);
+    ModelItem& item =
+        leaf::addItem(*mediator.stack(), "Contour", PRIMITIVE_POLYGON, 0, outline.points);
+    const auto tell = [&item] {
+        LMXModelItemCreateEvent event(item);
+        LMXEventServer::notifyEvent(event);
+    };
+    tell();
+    EXPECT_EQ(paints.count, 0) << "a click is too short for it";
+    QTest::qSleep(200);
+    tell();
+    tell();
+    EXPECT_EQ(paints.count, 1);
+}
+
 TEST_F(DeskWindowTest, OpensFilesThatAreDroppedOnIt)
 {
     QMimeData data;
