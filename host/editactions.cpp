@@ -129,7 +129,7 @@ void EditActions::createToolActions()
         action->setCheckable(true);
         tools_->addAction(action);
         toolActions_[i] = action;
-        connect(action, &QAction::triggered, &view_, [this, entry] { view_.setTool(entry.tool); });
+        connect(action, &QAction::triggered, &view_, [this, entry] { choose(entry.tool); });
     }
     toolActions_[0]->setChecked(true);
     connect(&view_, &SliceView::toolChanged, this, [this](SliceView::Tool tool) {
@@ -146,6 +146,13 @@ void EditActions::createToolActions()
     accept_->setIconText("Accept");
     connect(propose_, &QAction::triggered, this, &EditActions::propose);
     connect(accept_, &QAction::triggered, &view_, &SliceView::acceptProposal);
+}
+
+/// The keys are the view's, too, from now on.
+void EditActions::choose(SliceView::Tool tool)
+{
+    view_.setTool(tool);
+    view_.setFocus();
 }
 
 void EditActions::createZoomActions()
@@ -231,7 +238,7 @@ void EditActions::fillAddMenu()
 {
     fill(*addMenu_, [this](const std::string& model) {
         view_.setLandmarkModel(model);
-        view_.setTool(SliceView::Tool::AddLandmark);
+        choose(SliceView::Tool::AddLandmark);
     });
 }
 
@@ -266,8 +273,7 @@ void EditActions::propose()
     const std::optional<JunctionPoints> proposal = JunctionProposal::propose(*view_.slice());
     view_.setProposal(proposal);
     if (proposal) {
-        view_.setTool(SliceView::Tool::Select);
-        view_.setFocus();
+        choose(SliceView::Tool::Select);
     }
     emit view_.statusText(proposal ? "Press Return to accept the junctions, or drag them first"
                                    : "No junctions can be told from the contour; please draw them");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/sliceview.h"
+
 #include <QObject>
 
 #include <array>
@@ -12,7 +14,6 @@ class QActionGroup;
 class QMenu;
 class QToolBar;
 class SliceEditor;
-class SliceView;
 
 /// The actions of editing and viewing a slice, for menus and tool bars. They are enabled as the
 /// slice that the view shows allows.
@@ -40,6 +41,7 @@ private:
     void fillAddMenu();
     void fillMoveMenu();
     void fill(QMenu& menu, const std::function<void(const std::string&)>& chosen);
+    void choose(SliceView::Tool tool);
     void propose();
 
     SliceEditor& editor_;
