@@ -23,8 +23,9 @@ bool isShown(const Model& model)
     return !properties.definesRenderingVisibility() || properties.getRenderingVisibility();
 }
 
-/// A line or a symbol as the items are drawn on the picture.
-QIcon iconOf(Model& model, double pixelRatio)
+/// A line or a symbol as the items are drawn on the picture. The colours are made for photographs: on
+/// a dark ground they get a light one of their own.
+QIcon iconOf(Model& model, double pixelRatio, bool darkGround)
 {
     QPixmap pixmap(QSize(iconSide, iconSide) * pixelRatio);
     pixmap.fill(Qt::transparent);
@@ -45,6 +46,12 @@ QIcon iconOf(Model& model, double pixelRatio)
     }
     sample.setVertices(vertices);
     QPainter painter(&pixmap);
+    if (darkGround) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(225, 225, 225));
+        painter.drawRoundedRect(QRectF(0.0, 0.0, side, side), side / 6.0, side / 6.0);
+    }
     const QTransform toIcon(side / 4.0, 0.0, 0.0, side / 4.0, side * 3.0 / 8.0, side * 3.0 / 8.0);
     ItemPainter(toIcon, pixelRatio).paintItem(painter, sample);
     painter.end();
@@ -138,7 +145,8 @@ void ModelPanel::showModel(QTreeWidgetItem& row, int index)
     Model& model = stack.getModel(index);
     const bool known = slice_ >= 0 && slice_ < stack.getNumSlices();
     row.setText(NameColumn, QString::fromStdString(model.getName()));
-    row.setIcon(NameColumn, iconOf(model, devicePixelRatioF()));
+    row.setIcon(NameColumn,
+                iconOf(model, devicePixelRatioF(), palette().base().color().lightness() < 128));
     row.setCheckState(NameColumn, isShown(model) ? Qt::Checked : Qt::Unchecked);
     row.setText(SliceColumn,
                 known ? QString::number(verticesOn(stack.getSlice(slice_), model)) : "");
