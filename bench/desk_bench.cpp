@@ -126,6 +126,27 @@ void openStack(benchmark::State& state)
     state.counters["peakMiB"] = memory("VmHWM");
 }
 
+/// The same for photographs that become a new stack.
+void openPhotographs(benchmark::State& state)
+{
+    startApplication();
+    const TemporaryFolder folder;
+    QStringList files;
+    for (int i = 0; i < state.range(0); ++i) {
+        const std::string path = folder.file("leaf" + std::to_string(i) + ".tif");
+        writeSparse(path);
+        files.append(QString::fromStdString(path));
+    }
+    StackPlugin plugin;
+    for (auto _ : state) {
+        LMXRootMediator mediator;
+        DeskWindow window(mediator, plugin);
+        window.show();
+        window.openFiles(files);
+        waitForPicture(*window.findChild<SliceView*>());
+    }
+}
+
 /// A look at each photograph at full size.
 void pageThrough(benchmark::State& state)
 {
@@ -154,4 +175,5 @@ void pageThrough(benchmark::State& state)
 } // namespace
 
 BENCHMARK(openStack)->Arg(1000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
+BENCHMARK(openPhotographs)->Arg(1000)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime();
 BENCHMARK(pageThrough)->Arg(150)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();

@@ -67,6 +67,17 @@ std::vector<std::string> toStrings(const QStringList& paths)
     return files;
 }
 
+QString fileFilter()
+{
+    QStringList patterns;
+    for (const char* suffix :
+         {"sdf", "tif", "tiff", "png", "jpg", "jpeg", "lsm", "h5", "hdf5", "vm", "img"}) {
+        // Some dialogs tell upper case from lower.
+        patterns.append(QString("*.%1 *.%2").arg(suffix, QString(suffix).toUpper()));
+    }
+    return "Stacks and images (" + patterns.join(' ') + ");;All files (*)";
+}
+
 void rememberFolderOf(const QString& file)
 {
     DeskSettings().setLastFolder(QFileInfo(file).absolutePath());
@@ -87,10 +98,8 @@ DocumentControl::DocumentControl(LMXRootMediator& mediator, QWidget& window)
 
 void DocumentControl::open()
 {
-    const QStringList paths = QFileDialog::getOpenFileNames(
-        &window_, "Open", DeskSettings().lastFolder(),
-        "Stacks and photographs (*.sdf *.tif *.tiff *.TIF *.TIFF *.png *.PNG *.jpg *.jpeg *.JPG "
-        "*.JPEG);;All files (*)");
+    const QStringList paths =
+        QFileDialog::getOpenFileNames(&window_, "Open", DeskSettings().lastFolder(), fileFilter());
     if (!paths.isEmpty()) {
         openFiles(paths);
     }
