@@ -2,7 +2,7 @@
 
 #include "support/leaf.h"
 
-#include <cmath>
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -10,7 +10,7 @@
 /// Leaves whose teeth carry teeth, with the labels that were drawn.
 namespace leaf {
 
-enum class Mark { Sinus, SecondarySinus, BothSinus, Tip, SecondaryTip, Corner };
+enum class Mark { Sinus, SecondarySinus, BothSinus, Tip, SecondaryTip };
 
 /// A corner of a half margin: the distance from the base along the axis, and that from the axis.
 struct Corner
@@ -31,55 +31,46 @@ struct LabelledLeaf
 
 /// A leaf 600 long with straight lines between the corners of its halves, given from base to apex:
 /// the left half when the tip points up, then the right one.
-inline LabelledLeaf drawCorners(const std::vector<Corner>& left, const std::vector<Corner>& right)
+inline LabelledLeaf drawCorners(const std::vector<Corner>& left, std::vector<Corner> right)
 {
     LabelledLeaf result;
     Outline& outline = result.outline;
+    std::vector<Point>& points = outline.points;
     const auto place = [](double along, double across) {
         return Point{400.0 + across, 700.0 - along};
     };
-    const auto lineTo = [&](Point to) {
-        const Point from = outline.points.back();
-        const int steps = std::max(1, static_cast<int>(std::ceil(distance(from, to) / 0.5)));
-        for (int k = 1; k <= steps; ++k) {
-            const double u = static_cast<double>(k) / steps;
-            outline.points.push_back({from.x + (to.x - from.x) * u, from.y + (to.y - from.y) * u});
-        }
-    };
     const auto corner = [&](const Corner& c, double side) {
         const Point point = place(c.along, side * c.across);
-        lineTo(point);
+        appendLine(points, point);
         const bool isTip = c.mark == Mark::Tip || c.mark == Mark::SecondaryTip;
-        if (c.mark != Mark::Corner) {
-            (isTip ? outline.tips : outline.sinuses).push_back(point);
-        }
-        if (c.mark == Mark::Sinus || c.mark == Mark::BothSinus) {
+        (isTip ? outline.tips : outline.sinuses).push_back(point);
+        if (isTip) {
+            (c.mark == Mark::Tip ? result.primaryTips : result.secondaryTips).push_back(point);
+        } else if (c.mark != Mark::SecondarySinus) {
             result.primarySinuses.push_back(point);
         }
         if (c.mark == Mark::SecondarySinus || c.mark == Mark::BothSinus) {
             result.secondarySinuses.push_back(point);
         }
-        if (isTip) {
-            (c.mark == Mark::Tip ? result.primaryTips : result.secondaryTips).push_back(point);
-        }
     };
     outline.apex = place(600.0, 0.0);
     outline.junctions[0] = place(0.0, -8.0);
     outline.junctions[1] = place(0.0, 8.0);
-    outline.points.push_back(place(-80.0, 0.0));
-    lineTo(place(-80.0, -8.0));
-    lineTo(outline.junctions[0]);
+    points.push_back(place(-80.0, 0.0));
+    appendLine(points, place(-80.0, -8.0));
+    appendLine(points, outline.junctions[0]);
     for (const Corner& c : left) {
         corner(c, -1.0);
     }
-    lineTo(outline.apex);
-    for (auto c = right.rbegin(); c != right.rend(); ++c) {
-        corner(*c, 1.0);
+    appendLine(points, outline.apex);
+    std::reverse(right.begin(), right.end());
+    for (const Corner& c : right) {
+        corner(c, 1.0);
     }
-    lineTo(outline.junctions[1]);
-    lineTo(place(-80.0, 8.0));
-    lineTo(outline.points.front());
-    outline.points.pop_back();
+    appendLine(points, outline.junctions[1]);
+    appendLine(points, place(-80.0, 8.0));
+    appendLine(points, points.front());
+    points.pop_back();
     return result;
 }
 
@@ -120,35 +111,6 @@ inline LabelledLeaf drawRandomTeeth(unsigned seed)
     };
     const std::vector<Corner> left = half();
     return drawCorners(left, half());
-}
-
-/// Adds apex, sinuses and tips of a leaf, all as primary ones.
-inline void addLandmarks(LMXStack& stack, int slice, const Outline& outline)
-{
-    addItem(stack, "Apex", PRIMITIVE_POLYPOINT, slice, {outline.apex});
-    if (!outline.sinuses.empty()) {
-        addItem(stack, "Primary Sinus", PRIMITIVE_POLYPOINT, slice, outline.sinuses);
-    }
-    if (!outline.tips.empty()) {
-        addItem(stack, "Primary Peak", PRIMITIVE_POLYPOINT, slice, outline.tips);
-    }
-}
-
-/// Each point of one list lies within `tolerance` of exactly one point of the other.
-inline bool samePlaces(const std::vector<Point>& a, const std::vector<Point>& b, double tolerance)
-{
-    std::vector<Point> left = b;
-    for (const Point& point : a) {
-        auto found = left.begin();
-        while (found != left.end() && distance(*found, point) > tolerance) {
-            ++found;
-        }
-        if (found == left.end()) {
-            return false;
-        }
-        left.erase(found);
-    }
-    return left.empty();
 }
 
 } // namespace leaf

@@ -9,86 +9,21 @@
 namespace leaf {
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
 // The teeth stand on this stretch of the axis, as fractions of the blade's length from its base.
 constexpr double teethBegin = 0.15;
 constexpr double teethEnd = 0.85;
 
-/// Half width of the blade without teeth at the fraction `t` of its length.
-double smoothHalfWidth(const Shape& shape, double t)
+/// Height of the margin above the notches at the fraction `t` of the blade's length, 0 in each notch
+/// and 1 at each tip, beside the teeth rising to 1 as well.
+double toothProfile(double t, double period)
 {
-    const double base = shape.petioleWidth / 2.0 * (1.0 - t);
-    return base + shape.width / 2.0 * std::pow(std::sin(pi * t), 0.8);
-}
-
-/// Height of the margin above the notches, 0 in each notch and 1 at each tip, beside the teeth
-/// rising to 1 as well.
-double toothProfile(const Shape& shape, double t)
-{
-    if (shape.teethPerSide == 0) {
-        return 0.0;
+    const auto beside = [&](double gap, double end) {
+        return std::min(gap / (period / 2.0), 1.0) * std::min(end / 0.05, 1.0);
+    };
+    if (t < teethBegin || t > teethEnd) {
+        return t < teethBegin ? beside(teethBegin - t, t) : beside(t - teethEnd, 1.0 - t);
     }
-    const double period = (teethEnd - teethBegin) / shape.teethPerSide;
-    if (t < teethBegin) {
-        return std::min((teethBegin - t) / (period / 2.0), 1.0) * std::min(t / 0.05, 1.0);
-    }
-    if (t > teethEnd) {
-        return std::min((t - teethEnd) / (period / 2.0), 1.0) * std::min((1.0 - t) / 0.05, 1.0);
-    }
-    const double u = std::fmod((t - teethBegin) / period, 1.0);
-    return 1.0 - std::fabs(2.0 * u - 1.0);
-}
-
-class Drawing
-{
-public:
-    explicit Drawing(const Shape& shape)
-        : shape_(shape)
-        , cosine_(std::cos(shape.angleDegrees * pi / 180.0))
-        , sine_(std::sin(shape.angleDegrees * pi / 180.0))
-    {}
-
-    /// The point at the distance `along` from the base towards the tip and `across` to the right.
-    Point place(double along, double across) const
-    {
-        const double x = across;
-        const double y = shape_.length / 2.0 - along;
-        return {shape_.middle.x + x * cosine_ - y * sine_,
-                shape_.middle.y + x * sine_ + y * cosine_};
-    }
-
-    Point margin(double t, double side) const
-    {
-        const double width =
-            smoothHalfWidth(shape_, t) + shape_.toothHeight * toothProfile(shape_, t);
-        return place(t * shape_.length, side * width);
-    }
-
-private:
-    Shape shape_;
-    double cosine_;
-    double sine_;
-};
-
-void appendLine(std::vector<Point>& points, Point to)
-{
-    const Point from = points.back();
-    const int steps = std::max(1, static_cast<int>(std::ceil(distance(from, to) / 0.5)));
-    for (int k = 1; k <= steps; ++k) {
-        const double u = static_cast<double>(k) / steps;
-        points.push_back({from.x + (to.x - from.x) * u, from.y + (to.y - from.y) * u});
-    }
-}
-
-double polygonArea(const std::vector<Point>& points)
-{
-    double twice = 0.0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const Point& a = points[i];
-        const Point& b = points[(i + 1) % points.size()];
-        twice += a.x * b.y - a.y * b.x;
-    }
-    return twice / 2.0;
+    return 1.0 - std::fabs(2.0 * std::fmod((t - teethBegin) / period, 1.0) - 1.0);
 }
 
 double distanceToSegment(Point a, Point b, Point p)
@@ -121,47 +56,73 @@ double distance(Point a, Point b)
     return std::hypot(a.x - b.x, a.y - b.y);
 }
 
+void appendLine(std::vector<Point>& points, Point to)
+{
+    const Point from = points.back();
+    const int steps = std::max(1, static_cast<int>(std::ceil(distance(from, to) / 0.5)));
+    for (int k = 1; k <= steps; ++k) {
+        const double u = static_cast<double>(k) / steps;
+        points.push_back({from.x + (to.x - from.x) * u, from.y + (to.y - from.y) * u});
+    }
+}
+
 Outline draw(const Shape& shape)
 {
-    const Drawing drawing(shape);
+    const double turn = shape.angleDegrees * M_PI / 180.0;
+    // The point at the distance `along` from the base towards the tip and `across` to the right.
+    const auto place = [&, c = std::cos(turn), s = std::sin(turn)](double along, double across) {
+        const double y = shape.length / 2.0 - along;
+        return Point{shape.middle.x + across * c - y * s, shape.middle.y + across * s + y * c};
+    };
+    const int teeth = shape.teethPerSide;
+    const double period = teeth > 0 ? (teethEnd - teethBegin) / teeth : 1.0;
+    const auto margin = [&](double t, double side) {
+        const double smooth = shape.petioleWidth / 2.0 * (1.0 - t) +
+                              shape.width / 2.0 * std::pow(std::sin(M_PI * t), 0.8);
+        const double tooth = teeth > 0 ? shape.toothHeight * toothProfile(t, period) : 0.0;
+        return place(t * shape.length, side * (smooth + tooth));
+    };
     const double half = shape.petioleWidth / 2.0;
     const int steps = static_cast<int>(shape.length * 2.0);
-    const double period =
-        shape.teethPerSide > 0 ? (teethEnd - teethBegin) / shape.teethPerSide : 1.0;
 
     Outline outline;
-    outline.apex = drawing.place(shape.length, 0.0);
-    outline.junctions[0] = drawing.place(0.0, -half);
-    outline.junctions[1] = drawing.place(0.0, half);
-    outline.points.push_back(drawing.place(-shape.petioleLength, 0.0));
-    appendLine(outline.points, drawing.place(-shape.petioleLength, -half));
-    appendLine(outline.points, outline.junctions[0]);
-    for (int k = 1; k < steps; ++k) {
-        appendLine(outline.points, drawing.margin(static_cast<double>(k) / steps, -1.0));
+    std::vector<Point>& points = outline.points;
+    outline.apex = place(shape.length, 0.0);
+    points.push_back(place(-shape.petioleLength, 0.0));
+    for (const int side : {-1, 1}) {
+        const bool first = side < 0;
+        const Point junction = outline.junctions[first ? 0 : 1] = place(0.0, side * half);
+        if (first) {
+            appendLine(points, place(-shape.petioleLength, -half));
+            appendLine(points, junction);
+        }
+        for (int k = 1; k < steps; ++k) {
+            appendLine(points, margin(static_cast<double>(first ? k : steps - k) / steps, side));
+        }
+        appendLine(points, first ? outline.apex : junction);
+        for (int k = 0; teeth > 0 && k <= teeth; ++k) {
+            outline.sinuses.push_back(margin(teethBegin + (first ? k : teeth - k) * period, side));
+        }
+        for (int k = 0; k < teeth; ++k) {
+            const int tooth = first ? k : teeth - 1 - k;
+            outline.tips.push_back(margin(teethBegin + (tooth + 0.5) * period, side));
+        }
     }
-    appendLine(outline.points, outline.apex);
-    for (int k = steps - 1; k > 0; --k) {
-        appendLine(outline.points, drawing.margin(static_cast<double>(k) / steps, 1.0));
-    }
-    appendLine(outline.points, outline.junctions[1]);
-    appendLine(outline.points, drawing.place(-shape.petioleLength, half));
-    appendLine(outline.points, outline.points.front());
-    outline.points.pop_back();
-
-    for (int k = 0; shape.teethPerSide > 0 && k <= shape.teethPerSide; ++k) {
-        outline.sinuses.push_back(drawing.margin(teethBegin + k * period, -1.0));
-    }
-    for (int k = 0; k < shape.teethPerSide; ++k) {
-        outline.tips.push_back(drawing.margin(teethBegin + (k + 0.5) * period, -1.0));
-    }
-    for (int k = shape.teethPerSide; shape.teethPerSide > 0 && k >= 0; --k) {
-        outline.sinuses.push_back(drawing.margin(teethBegin + k * period, 1.0));
-    }
-    for (int k = shape.teethPerSide - 1; k >= 0; --k) {
-        outline.tips.push_back(drawing.margin(teethBegin + (k + 0.5) * period, 1.0));
-    }
-    outline.area = polygonArea(outline.points);
+    appendLine(points, place(-shape.petioleLength, half));
+    appendLine(points, points.front());
+    points.pop_back();
+    outline.area = polygonArea(points);
     return outline;
+}
+
+Outline draw(int teethPerSide, double toothHeight, double angleDegrees, Point middle)
+{
+    Shape shape;
+    shape.teethPerSide = teethPerSide;
+    shape.toothHeight = toothHeight;
+    shape.angleDegrees = angleDegrees;
+    shape.middle = middle;
+    return draw(shape);
 }
 
 double distanceToOutline(const Outline& outline, Point point)
@@ -174,14 +135,19 @@ double distanceToOutline(const Outline& outline, Point point)
     return nearest;
 }
 
+double polygonArea(const std::vector<Point>& points)
+{
+    double twice = 0.0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Point& next = points[(i + 1) % points.size()];
+        twice += points[i].x * next.y - points[i].y * next.x;
+    }
+    return twice / 2.0;
+}
+
 double area(const ModelItem& item)
 {
-    std::vector<Point> points;
-    for (int i = 0; i < item.getSize(); ++i) {
-        const Vector<int>& vertex = item.getVertices()[i];
-        points.push_back({static_cast<double>(vertex[0]), static_cast<double>(vertex[1])});
-    }
-    return polygonArea(points);
+    return polygonArea(pointsOf(item));
 }
 
 PixelMatrix<float> photograph(const Outline& outline,
@@ -242,9 +208,8 @@ std::unique_ptr<LMXStack> stackOf(const std::vector<Outline>& outlines)
 {
     auto stack = emptyStack(static_cast<int>(outlines.size()));
     for (std::size_t k = 0; k < outlines.size(); ++k) {
-        const Outline& outline = outlines[k];
         std::vector<Point> pixels;
-        for (const Point& point : outline.points) {
+        for (const Point& point : outlines[k].points) {
             const Point pixel = {std::round(point.x), std::round(point.y)};
             if (pixels.empty() || distance(pixels.back(), pixel) > 0.0) {
                 pixels.push_back(pixel);
@@ -252,10 +217,37 @@ std::unique_ptr<LMXStack> stackOf(const std::vector<Outline>& outlines)
         }
         const int slice = static_cast<int>(k);
         addItem(*stack, "Contour", PRIMITIVE_POLYGON, slice, pixels);
-        addItem(*stack, "Petiole", PRIMITIVE_POLYPOINT, slice,
-                {outline.junctions[0], outline.junctions[1]});
+        mark(*stack, "Petiole", slice, {outlines[k].junctions[0], outlines[k].junctions[1]});
     }
     return stack;
+}
+
+std::unique_ptr<LMXStack> landmarkedStack(const std::vector<Outline>& outlines)
+{
+    auto stack = stackOf(outlines);
+    for (std::size_t k = 0; k < outlines.size(); ++k) {
+        addLandmarks(*stack, static_cast<int>(k), outlines[k]);
+    }
+    return stack;
+}
+
+void addLandmarks(LMXStack& stack, int slice, const Outline& outline)
+{
+    mark(stack, "Apex", slice, {outline.apex});
+    if (!outline.sinuses.empty()) {
+        mark(stack, "Primary Sinus", slice, outline.sinuses);
+    }
+    if (!outline.tips.empty()) {
+        mark(stack, "Primary Peak", slice, outline.tips);
+    }
+}
+
+void setPixelWidth(LMXStack& stack, int slice, float width)
+{
+    PixelCalibration calibration;
+    calibration.setPixelWidth(width);
+    calibration.setPixelHeight(width);
+    stack.getSlice(slice).setPixelCalibration(calibration);
 }
 
 ModelItem& addItem(LMXStack& stack,
@@ -277,6 +269,18 @@ ModelItem& addItem(LMXStack& stack,
     return *item;
 }
 
+ModelItem&
+mark(LMXStack& stack, const std::string& name, int slice, const std::vector<Point>& points)
+{
+    return addItem(stack, name, PRIMITIVE_POLYPOINT, slice, points);
+}
+
+void remark(LMXStack& stack, const std::string& name, int slice, const std::vector<Point>& points)
+{
+    delete findItem(stack, name, slice);
+    mark(stack, name, slice, points);
+}
+
 ModelItem* findItem(LMXStack& stack, const std::string& name, int slice)
 {
     ModelItemOwner& owner = stack.getSlice(slice);
@@ -288,15 +292,35 @@ ModelItem* findItem(LMXStack& stack, const std::string& name, int slice)
     return nullptr;
 }
 
-std::vector<Point> vertices(LMXStack& stack, const std::string& name, int slice)
+std::vector<Point> pointsOf(const ModelItem& item)
 {
     std::vector<Point> points;
-    const ModelItem* item = findItem(stack, name, slice);
-    for (int i = 0; item && i < item->getSize(); ++i) {
-        const Vector<int>& vertex = item->getVertices()[i];
+    for (int i = 0; i < item.getSize(); ++i) {
+        const Vector<int>& vertex = item.getVertices()[i];
         points.push_back({static_cast<double>(vertex[0]), static_cast<double>(vertex[1])});
     }
     return points;
+}
+
+std::vector<Point> vertices(LMXStack& stack, const std::string& name, int slice)
+{
+    const ModelItem* item = findItem(stack, name, slice);
+    return item ? pointsOf(*item) : std::vector<Point>();
+}
+
+bool samePlaces(const std::vector<Point>& a, const std::vector<Point>& b, double tolerance)
+{
+    std::vector<Point> left = b;
+    for (const Point& point : a) {
+        const auto found = std::find_if(left.begin(), left.end(), [&](const Point& other) {
+            return distance(other, point) <= tolerance;
+        });
+        if (found == left.end()) {
+            return false;
+        }
+        left.erase(found);
+    }
+    return left.empty();
 }
 
 } // namespace leaf

@@ -52,7 +52,18 @@ struct Outline
 
 Outline draw(const Shape& shape);
 
+/// The same, of usual size.
+Outline draw(int teethPerSide,
+             double toothHeight,
+             double angleDegrees = 0.0,
+             Point middle = {260.0, 420.0});
+
 double distance(Point a, Point b);
+
+/// Points up to `to`, at most half a pixel apart.
+void appendLine(std::vector<Point>& points, Point to);
+
+double polygonArea(const std::vector<Point>& points);
 
 /// Distance of a point from the closed polygon of the outline.
 double distanceToOutline(const Outline& outline, Point point);
@@ -79,6 +90,13 @@ std::unique_ptr<LMXStack> emptyStack(int slices);
 /// contour extraction and a user leave them.
 std::unique_ptr<LMXStack> stackOf(const std::vector<Outline>& outlines);
 
+/// The same with apex, sinuses and tips, all as primary ones.
+std::unique_ptr<LMXStack> landmarkedStack(const std::vector<Outline>& outlines);
+
+void addLandmarks(LMXStack& stack, int slice, const Outline& outline);
+
+void setPixelWidth(LMXStack& stack, int slice, float width);
+
 /// Adds an item of the model `name` to a slice; the model is made on first use.
 ModelItem& addItem(LMXStack& stack,
                    const std::string& name,
@@ -86,11 +104,30 @@ ModelItem& addItem(LMXStack& stack,
                    int slice,
                    const std::vector<Point>& points);
 
+/// An item of points.
+ModelItem&
+mark(LMXStack& stack, const std::string& name, int slice, const std::vector<Point>& points);
+
+/// The same in place of the item that is there.
+void remark(LMXStack& stack, const std::string& name, int slice, const std::vector<Point>& points);
+
 /// The item of the model on the slice, or null; the last one of several.
 ModelItem* findItem(LMXStack& stack, const std::string& name, int slice);
 
 /// The vertices of that item; empty if there is none.
 std::vector<Point> vertices(LMXStack& stack, const std::string& name, int slice);
+
+std::vector<Point> pointsOf(const ModelItem& item);
+
+/// A vertex of a list or curve.
+template <class List>
+Point at(const List& list, int i)
+{
+    return {list[i][0], list[i][1]};
+}
+
+/// Each point of one list lies within `tolerance` of exactly one point of the other.
+bool samePlaces(const std::vector<Point>& a, const std::vector<Point>& b, double tolerance);
 
 /// A process without work of its own that shows what the base holds.
 class Probe : public ModelsManager

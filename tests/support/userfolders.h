@@ -6,7 +6,7 @@
 #include <QDir>
 
 /// Settings and data of the user that runs the tests are left alone: both folders are temporary ones
-/// for the whole program, set before anything asks for them. Empties them for the next test.
+/// for the whole program, set before the application asks for them. Empties them for the next test.
 inline void clearUserFolders()
 {
     static const TemporaryFolder folder;

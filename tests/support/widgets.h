@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/userfolders.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -16,7 +18,7 @@
 #include <stdexcept>
 #include <utility>
 
-/// Holds an application of the given class for all tests of a program:
+/// Holds an application of the given class for all tests of a program, with settings of its own:
 /// `static const auto* environment = addApplication<QApplication>();`
 template <class Application>
 class ApplicationEnvironment : public ::testing::Environment
@@ -24,6 +26,7 @@ class ApplicationEnvironment : public ::testing::Environment
 public:
     void SetUp() override
     {
+        clearUserFolders();
         // The dialogs of a desktop can't be driven.
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         application_.reset(new Application(argc_, argv_));
