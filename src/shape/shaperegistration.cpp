@@ -30,12 +30,15 @@ void registerPoints(const std::vector<const Vector<T>*>& points,
     }
     SquareMatrix<T> u;
     SquareMatrix<T> v;
-    covariance.svd(&u, &v);
+    const Vector<T> values = covariance.svd(&u, &v);
     SquareMatrix<T> best = v * u;
     if (best.det() < 0) {
+        // The direction of the least singular value is the one that a reflection costs least; a
+        // plane shape has no extent along it.
+        const int least = values.minPos();
         SquareMatrix<T> mirror;
         mirror.setIdentity(space);
-        mirror(space - 1, space - 1) = SquareMatrix<T>(u * v).det();
+        mirror(least, least) = SquareMatrix<T>(u * v).det();
         best = v * mirror * u;
     }
     translation = targetCentre - best * centre;

@@ -65,6 +65,49 @@ TEST(Shape, RegistrationRecoversARigidMotion)
                  SizeError);
 }
 
+TEST(Shape, RegistrationTakesTheBestRotationWhereAReflectionWouldBeBetter)
+{
+    std::mt19937 engine(104);
+    const auto anyRotation = [&] {
+        const auto turn = [&](int axis) {
+            return rotationAbout(axis, 3 * randomUnit<double>(engine));
+        };
+        return SquareMatrix<double>(turn(0) * turn(1) * turn(2));
+    };
+    Vector<double> t;
+    SquareMatrix<double> r;
+    for (int round = 0; round < 40; ++round) {
+        const Curve<double> source = randomCurve<double>(8, 1, true, engine, 3);
+        const Curve<double> target = randomCurve<double>(8, 1, true, engine, 3);
+        const auto cost = [&](const SquareMatrix<double>& rotation) {
+            Curve<double> moved(source);
+            moved.detach();
+            moved.multiply(rotation);
+            moved.translate(target.cog() - moved.cog());
+            return moved.squareDistances(target).sum();
+        };
+        source.computeLSRegistration(t, r, target);
+        const double best = cost(r);
+        for (int k = 0; k < 300; ++k) {
+            ASSERT_GE(cost(anyRotation()), best) << round;
+        }
+    }
+    // A plane shape has no sides: it meets every turned copy of itself.
+    for (int round = 0; round < 1000; ++round) {
+        Curve<double> source = randomCurve<double>(6, 5, true, engine, 3);
+        source.scale(vectorOf<double>({1, 1, 0}));
+        source.multiply(anyRotation());
+        Curve<double> target(source);
+        target.detach();
+        target.multiply(anyRotation());
+        source.computeLSRegistration(t, r, target);
+        EXPECT_NEAR(r.det(), 1, 1e-9);
+        source.multiply(r);
+        source.translate(t);
+        ASSERT_NEAR(source.squareDistances(target).max(), 0, 1e-20) << round;
+    }
+}
+
 TEST(Shape, PrincipalAxesLieAlongTheLongestExtents)
 {
     std::mt19937 engine(102);
