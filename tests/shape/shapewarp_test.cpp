@@ -2,6 +2,7 @@
 #include "shape/fusion.h"
 #include "shape/polynomialwarp.h"
 #include "shape/quadmesh.h"
+#include "shape/shapeinterpolation.h"
 #include "shape/thinplatesplinewarp2d.h"
 #include "shape/thinplatesplinewarp3d.h"
 #include "support/curves.h"
@@ -92,6 +93,37 @@ TEST(ShapeTransform, MovesShapesWithExtensionsSetsAndGroups)
     EXPECT_EQ(coordinatesOf(curve), (std::vector<double>{4, 8, -12, 16}));
     EXPECT_EQ(coordinatesOf(companion), (std::vector<double>{-20, 24}));
     EXPECT_EQ(coordinatesOf(other), (std::vector<double>{-28, 32, -4, 4}));
+}
+
+TYPED_TEST(Warp, InterpolationIsAStraightWayFromSourceToTarget)
+{
+    using T = TypeParam;
+    const char* where = "void ShapeInterpolation<T>::apply(const T, Shape<T>&)";
+    std::mt19937 engine(4);
+    const Curve<T> source = randomCurve<T>(9, 4, false, engine, 3);
+    const Curve<T> target = randomCurve<T>(9, 4, true, engine, 3);
+    const auto before = coordinatesOf(source);
+    ShapeInterpolation<T> interpolation;
+    Curve<T> out;
+    interpolation.setSourceShape(source);
+    EXPECT_RAISES(ProgramError, where, "Missing source and/or target shape",
+                  interpolation.apply(0, out));
+    interpolation.setTargetShape(target);
+    for (const T w : {T(-0.01), T(1.01), std::numeric_limits<T>::quiet_NaN()}) {
+        EXPECT_RAISES(UsageError, where, "Interpolation step out of [0-1] range",
+                      interpolation.apply(w, out));
+    }
+    const T tolerance = 20 * std::numeric_limits<T>::epsilon();
+    for (const T w : {T(0), T(0.25), T(0.7), T(1)}) {
+        interpolation.apply(w, out);
+        EXPECT_EQ(out.isOpen(), w == 1);
+        for (int i = 0; i < 9; ++i) {
+            const Vector<T> expected = source[i] * (1 - w) + target[i] * w;
+            EXPECT_LE(out[i].distance(expected), w == 0 || w == 1 ? 0 : tolerance);
+            out[i].setZeros();
+        }
+    }
+    EXPECT_EQ(coordinatesOf(source), before) << "the result shares no vertices";
 }
 
 TYPED_TEST(Warp, PolynomialsOfDegreeOneAreAffineMotionsEverywhere)
