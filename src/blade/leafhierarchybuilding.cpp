@@ -204,7 +204,7 @@ void LeafHierarchyBuilding<T>::splitOffTooth(Matrix<int>& half,
                                              HierarchyTreeNode<T>& node,
                                              bool swapped)
 {
-    HierarchyTreeNode<T>* child = node.addChild(-1);
+    node.addChild(-1);
     std::cout << "############### pointe secondaire ###############\n";
     const std::vector<float> areas = computeMotherTeethArea(
         *this, curveIndex(half, first), curveIndex(half, middle), curveIndex(half, last));
@@ -212,10 +212,10 @@ void LeafHierarchyBuilding<T>::splitOffTooth(Matrix<int>& half,
     if (areas[0] > areas[1]) {
         updateHierarchyLoop(&half, depth, first, middle, &node, swapped);
         statusOf(half, last).push_back(depth + 1);
-        updateHierarchyLoop(&half, depth + 1, middle, last, child, swapped);
+        updateHierarchyLoop(&half, depth + 1, middle, last, node.getChildren().back(), swapped);
     } else {
         statusOf(half, first).push_back(depth + 1);
-        updateHierarchyLoop(&half, depth + 1, first, middle, child, swapped);
+        updateHierarchyLoop(&half, depth + 1, first, middle, node.getChildren().back(), swapped);
         updateHierarchyLoop(&half, depth, middle, last, &node, swapped);
     }
 }
