@@ -30,8 +30,7 @@ LeafResamplingEditor::LeafResamplingEditor(QWidget* parent)
 void LeafResamplingEditor::primarySinusChangedState(bool checked)
 {
     peakBox->setEnabled(checked);
-    if (!sinusBox->isChecked() && peakBox->isChecked()) {
+    if (!sinusBox->isChecked()) {
         peakBox->setChecked(false);
-        emit primaryPeakCheckBoxChangedState(false);
     }
 }

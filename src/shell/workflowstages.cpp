@@ -336,7 +336,9 @@ void CrenaraWindow::runAveraging()
     process.setVenationType(__projectConfig.getVenationType());
     process.setSymmetrizationState(averagingPage->getBladeSymmetrization());
     process.sinusIsEnabled(averagingPage->getPrimarySinusCheck());
-    process.peakIsEnabled(averagingPage->getPrimaryPeaksCheck());
+    // The page keeps the last click on the peaks, though their box is cleared with that of the sinuses.
+    process.peakIsEnabled(averagingPage->getPrimarySinusCheck() &&
+                          averagingPage->getPrimaryPeaksCheck());
     process.setInflection(__projectConfig.getInflectionPoint());
     process.setScaling(__projectConfig.getScaling());
     process.setStrength(__projectConfig.getStrengthFactor());

@@ -333,6 +333,7 @@ TEST(AveragingConfigPage, PeaksDependOnSinuses)
     sinuses.click();
     EXPECT_FALSE(peaks.isEnabled() || peaks.isChecked());
     EXPECT_FALSE(page.getPrimarySinusCheck());
+    EXPECT_TRUE(page.getPrimaryPeaksCheck()) << "the last value that a click on it gave";
     EXPECT_TRUE(page.getBladeSymmetrization());
     withText<QCheckBox>(page, "Leaf Symmetrization").click();
     EXPECT_FALSE(page.getBladeSymmetrization());
