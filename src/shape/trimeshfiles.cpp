@@ -20,15 +20,24 @@ void writeLine(std::ostream& text, const Numbers& numbers)
     text << "\n";
 }
 
+/// A zero is written without the sign that a normal along an axis gives it by chance.
+template <class T>
+void writePoint(std::ostream& text, const char* name, const Vector<T>& point)
+{
+    text << name;
+    for (int i = 0; i < 3; ++i) {
+        text << ' ' << (point[i] == 0 ? T(0) : point[i]);
+    }
+    text << "\n";
+}
+
 template <class T>
 void writeFacet(std::ostream& text, const Triangle<T>& triangle)
 {
-    const Vector<T> normal = triangle.normal(true);
-    text << "  facet normal " << normal[0] << ' ' << normal[1] << ' ' << normal[2] << "\n"
-         << "    outer loop\n";
+    writePoint(text, "  facet normal", triangle.normal(true));
+    text << "    outer loop\n";
     for (int i = 0; i < 3; ++i) {
-        const Vector<T>& vertex = triangle[i];
-        text << "      vertex " << vertex[0] << ' ' << vertex[1] << ' ' << vertex[2] << "\n";
+        writePoint(text, "      vertex", triangle[i]);
     }
     text << "    endloop\n"
          << "  endfacet\n";

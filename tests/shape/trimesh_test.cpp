@@ -371,7 +371,7 @@ TEST(TriMeshFile, HoldsVerticesTrianglesAndNormals)
 
 TEST(TriMeshFile, ExportsStereolithography)
 {
-    TriMesh<double> mesh(curveOf<double>({{0, 0, 0}, {2, 0, 0}, {0, 2.5, 0}}, true));
+    TriMesh<double> mesh(curveOf<double>({{-0.0, 0, -0.0}, {2, 0, 0}, {0, 2.5, 0}}, true));
     mesh.addTriangle(0, 2, 1);
     mesh.addTriangle(0, 1, 2);
     mesh.removeTriangle(0);
