@@ -25,7 +25,8 @@ class SquareMatrix;
 /// Base of every geometric object: a name, a type number, walks over vertices and edges, arithmetic
 /// and statistics over all vertices, text files.
 ///
-/// A copy shares the vertices (see `VertexClient`) but has neither name nor extensions. All arithmetic writes to the shared vertices.
+/// A copy shares the vertices (see `VertexClient`) but has neither name nor extensions. All
+/// arithmetic writes to the shared vertices.
 ///
 /// Type numbers, names and file suffixes: 0 "ClosedCurve" and 1 "OpenCurve" (cv), 2
 /// "ClosedCurveStack" and 3 "OpenCurveStack" (cs), 4 "ClosedQuadMesh" and 5 "OpenQuadMesh" (qm),
@@ -67,10 +68,10 @@ public:
 
     /// Reads the text form and returns the type number found there. The shape gets a new server.
     ///
-    /// Numbers that can't be read stay 0; the stream is then left in its failed state, and so it is
-    /// by a header that is no header, or that announces more vertices than the rest of the stream
-    /// can hold: then the shape stays as it was. Nothing is raised; `load` turns the failed state
-    /// into an error.
+    /// Numbers that can't be read are 0, but stacks and meshes stay as they were; the stream is then
+    /// left in its failed state. So it is by a header that is no header, or that announces more
+    /// vertices than the rest of the stream can hold: then any shape stays as it was. Nothing is
+    /// raised; `load` turns the failed state into an error.
     virtual int read(std::istream& stream) = 0;
 
     /// Writes the text form; a failure of the stream raises `FileWriteError`.
@@ -204,8 +205,8 @@ public:
     CurveStack<T> deformations(const Shape& shape) const;
 
     /// Reads a text file into this shape. Raises `FileReadError` for a file that can't be read and
-    /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces; the
-    /// shape then stays as it was. The marks at the beginning of the lines are not looked at.
+    /// `FileFormatError` for one whose numbers are fewer, or others, than its header announces; its
+    /// vertices then stay as they were. The marks at the beginning of the lines are not looked at.
     void load(const std::string& filename);
 
     /// A new shape of the class that the file's type number tells, named after the file; the caller

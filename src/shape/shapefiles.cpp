@@ -76,7 +76,12 @@ void Shape<T>::load(const std::string& filename)
     if (!stream) {
         raiseFile<FileReadError>(where, "Cannot open file for reading", filename);
     }
+    // A list of vertices keeps what it could read, stacks keep what they were.
+    const std::unique_ptr<Shape> former(isComposite() ? nullptr : clone());
     read(stream);
+    if (!stream && former != nullptr) {
+        this->assign(*former);
+    }
     if (stream.bad()) {
         raiseFile<FileReadError>(where, "Cannot read file", filename);
     }

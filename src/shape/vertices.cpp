@@ -123,14 +123,12 @@ int Vertices<T>::read(std::istream& stream)
         return -1;
     }
     Vertices fresh(space, size, 0, 0);
-    for (int i = 0; i < size && stream; ++i) {
+    for (int i = 0; i < size; ++i) {
         Vector<T>& vertex = fresh[i];
+        vertex.setZeros();
         for (int c = 0; c < space && stream; ++c) {
             stream >> vertex[c];
         }
-    }
-    if (!stream) {
-        return -1;
     }
     this->setServer(*fresh.server_);
     indices_ = fresh.indices_;

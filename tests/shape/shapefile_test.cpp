@@ -213,6 +213,13 @@ TEST(ShapeFile, ReadsAnyLineEndsAndTellsWhatIsNoShape)
     curve.load(folder.write("letter.cv", "x 1\ny 1\nz 1\n5\n"));
     EXPECT_TRUE(curve.isOpen());
     EXPECT_EQ(curve[0][0], 5);
+
+    // From a stream a list takes the announced size and what can be read.
+    std::istringstream stream("# 1\n# 2\n# 3\n1 2\n3 leaf\n");
+    curve.setOpen(false);
+    EXPECT_EQ(curve.read(stream), 1);
+    EXPECT_TRUE(stream.fail() && curve.isOpen());
+    EXPECT_EQ(curve.toVector(), vectorOf<double>({1, 2, 3, 0, 0, 0}));
 }
 
 TEST(ShapeFile, KeepsItsNumbersUnderADecimalComma)
