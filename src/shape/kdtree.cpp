@@ -239,7 +239,8 @@ void KDTree<T>::nearestVertices(Vertices<T>& out, const Vector<T>& position, int
     if (indices.back() < 0) {
         raise<ValueError>(where, "The distances are not finite");
     }
-    out = vertices_;
+    // A view for the caller, who may change what the searches leave alone.
+    out.setServer(const_cast<VertexServer<T>&>(*vertices_.getServer()));
     out.setSize(k, false);
     for (int i = 0; i < k; ++i) {
         out.setIndex(i, indices[static_cast<std::size_t>(i)]);

@@ -35,7 +35,7 @@ TYPED_TEST(KDTreeOf, AgreesWithAFullSearch)
                 std::sort(distances.begin(), distances.end());
                 EXPECT_EQ(tree.nearestVertex(query[0]).sdistance(query[0]), distances[0]);
                 const int k = 1 + round * (size - 1) / 9;
-                Vertices<T> nearest;
+                Curve<T> nearest;
                 tree.nearestVertices(nearest, query[0], k);
                 ASSERT_EQ(nearest.getSize(), k);
                 EXPECT_EQ(nearest.getServer(), curve.getServer());
