@@ -252,6 +252,12 @@ int QuadMesh<T>::getWidth() const
 }
 
 template <class T>
+QuadMesh<T> QuadMesh<T>::closestPointMap(const QuadMesh& other) const
+{
+    return QuadMesh(CurveStack<T>::closestPointMap(other));
+}
+
+template <class T>
 void QuadMesh<T>::setVertexColors(QuadMesh<int>* colors)
 {
     if (colors != nullptr &&

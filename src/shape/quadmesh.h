@@ -83,6 +83,9 @@ public:
 
     bool hasAllCaps() const { return hasBeginCap() && hasEndCap(); }
 
+    /// As for a vertex stack, in levels and columns.
+    QuadMesh closestPointMap(const QuadMesh& other) const;
+
     /// The caps, or null.
     QuadMesh* getBeginCap() { return beginCap.get(); }
 
@@ -96,8 +99,13 @@ public:
     void destroyEndCap();
     void destroyCaps();
 
-    /// Closes an end by a tube of ten levels that shrinks to a hundredth of the contour. Does
-    /// nothing on an open mesh; raises `SizeError` on an empty one, `TypeError` for `int`.
+    /// Makes `cap`, a mesh with as many columns as the curve has vertices, a tube that shrinks from
+    /// the curve to a hundredth of it, and enters it in the extensions; it stays the caller's.
+    /// `TypeError` for `int`.
+    void buildCap(const Curve<T>& curve, QuadMesh& cap);
+
+    /// Closes an end by such a tube of ten levels, which the mesh owns. Does nothing on an open
+    /// mesh; raises `SizeError` on an empty one, `TypeError` for `int`.
     void buildBeginCap();
     void buildEndCap();
     void buildCaps();
@@ -143,13 +151,11 @@ public:
 
 private:
     void requireWidth(const Vertices<T>& curve, const char* where) const;
-    void enterCap(std::unique_ptr<QuadMesh>& cap, std::unique_ptr<QuadMesh> mesh);
     void destroyCap(std::unique_ptr<QuadMesh>& cap);
     void copyCaps(const QuadMesh& other);
     template <class Combine>
     void combine(const Shape<T>& shape, const char* where, Combine combineShapes);
-    std::unique_ptr<QuadMesh> newCap() const;
-    void buildCap(const Curve<T>& curve, QuadMesh& cap) const;
+    void replaceCap(std::unique_ptr<QuadMesh>& cap, const Curve<T>& curve);
     void setOrigins(int k);
 
     std::unique_ptr<QuadMesh<int>> vertexColors;

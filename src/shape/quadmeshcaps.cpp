@@ -8,14 +8,6 @@
 #include <cmath>
 
 template <class T>
-void QuadMesh<T>::enterCap(std::unique_ptr<QuadMesh>& cap, std::unique_ptr<QuadMesh> mesh)
-{
-    destroyCap(cap);
-    cap = std::move(mesh);
-    this->getExtensions().addShape(cap.get(), false);
-}
-
-template <class T>
 void QuadMesh<T>::destroyCap(std::unique_ptr<QuadMesh>& cap)
 {
     if (cap != nullptr) {
@@ -27,12 +19,19 @@ void QuadMesh<T>::destroyCap(std::unique_ptr<QuadMesh>& cap)
 template <class T>
 void QuadMesh<T>::copyCaps(const QuadMesh& other)
 {
+    // The other mesh may be one of the caps.
+    const auto copyOf = [](const std::unique_ptr<QuadMesh>& cap) {
+        return cap == nullptr ? nullptr : std::make_unique<QuadMesh>(*cap);
+    };
+    std::unique_ptr<QuadMesh> begin = copyOf(other.beginCap);
+    std::unique_ptr<QuadMesh> end = copyOf(other.endCap);
     destroyCaps();
-    if (other.hasBeginCap()) {
-        enterCap(beginCap, std::make_unique<QuadMesh>(*other.beginCap));
-    }
-    if (other.hasEndCap()) {
-        enterCap(endCap, std::make_unique<QuadMesh>(*other.endCap));
+    beginCap = std::move(begin);
+    endCap = std::move(end);
+    for (QuadMesh* cap : {beginCap.get(), endCap.get()}) {
+        if (cap != nullptr) {
+            this->getExtensions().addShape(cap, false);
+        }
     }
 }
 
@@ -56,9 +55,12 @@ void QuadMesh<T>::destroyCaps()
 }
 
 template <class T>
-std::unique_ptr<QuadMesh<T>> QuadMesh<T>::newCap() const
+void QuadMesh<T>::replaceCap(std::unique_ptr<QuadMesh>& cap, const Curve<T>& curve)
 {
-    return std::make_unique<QuadMesh>(this->getSpace(), 10, getWidth(), 0, 0, false);
+    auto fresh = std::make_unique<QuadMesh>(this->getSpace(), 10, getWidth(), 0, 0, false);
+    buildCap(curve, *fresh);
+    destroyCap(cap);
+    cap = std::move(fresh);
 }
 
 template <class T>
@@ -68,9 +70,7 @@ void QuadMesh<T>::buildBeginCap()
         raise<SizeError>("void QuadMesh<T>::buildBeginCap()", "This mesh contains no contour");
     }
     if (this->isClosed()) {
-        std::unique_ptr<QuadMesh> cap = newCap();
-        buildCap(this->getFirstCurve(), *cap);
-        enterCap(beginCap, std::move(cap));
+        replaceCap(beginCap, this->getFirstCurve());
     }
 }
 
@@ -81,9 +81,7 @@ void QuadMesh<T>::buildEndCap()
         raise<SizeError>("void QuadMesh<T>::buildEndCap()", "This mesh contains no contour");
     }
     if (this->isClosed()) {
-        std::unique_ptr<QuadMesh> cap = newCap();
-        buildCap(this->getLastCurve(), *cap);
-        enterCap(endCap, std::move(cap));
+        replaceCap(endCap, this->getLastCurve());
     }
 }
 
@@ -95,8 +93,7 @@ void QuadMesh<T>::buildCaps()
 }
 
 template <class T>
-void QuadMesh<T>::buildCap([[maybe_unused]] const Curve<T>& curve,
-                           [[maybe_unused]] QuadMesh& cap) const
+void QuadMesh<T>::buildCap([[maybe_unused]] const Curve<T>& curve, [[maybe_unused]] QuadMesh& cap)
 {
     if constexpr (std::is_integral_v<T>) {
         raise<TypeError>("void QuadMesh<int>::buildCap(const Curve<int>&, QuadMesh&)",
@@ -120,6 +117,8 @@ void QuadMesh<T>::buildCap([[maybe_unused]] const Curve<T>& curve,
             interpolation.apply(1 - std::sqrt(share), cap[n - k]);
         }
         cap.detach();
+        this->getExtensions().removeShape(&cap);
+        this->getExtensions().addShape(&cap, false);
     }
 }
 
@@ -148,18 +147,16 @@ void QuadMesh<T>::extendToCaps()
 }
 
 #define INSTANTIATE_QUAD_MESH_CAPS(T)                                                              \
-    template void QuadMesh<T>::enterCap(std::unique_ptr<QuadMesh<T>>&,                             \
-                                        std::unique_ptr<QuadMesh<T>>);                             \
     template void QuadMesh<T>::destroyCap(std::unique_ptr<QuadMesh<T>>&);                          \
     template void QuadMesh<T>::copyCaps(const QuadMesh<T>&);                                       \
     template void QuadMesh<T>::destroyBeginCap();                                                  \
     template void QuadMesh<T>::destroyEndCap();                                                    \
     template void QuadMesh<T>::destroyCaps();                                                      \
-    template std::unique_ptr<QuadMesh<T>> QuadMesh<T>::newCap() const;                             \
+    template void QuadMesh<T>::replaceCap(std::unique_ptr<QuadMesh<T>>&, const Curve<T>&);         \
     template void QuadMesh<T>::buildBeginCap();                                                    \
     template void QuadMesh<T>::buildEndCap();                                                      \
     template void QuadMesh<T>::buildCaps();                                                        \
-    template void QuadMesh<T>::buildCap(const Curve<T>&, QuadMesh<T>&) const;                      \
+    template void QuadMesh<T>::buildCap(const Curve<T>&, QuadMesh<T>&);                            \
     template void QuadMesh<T>::extendToCaps();
 
 INSTANTIATE_QUAD_MESH_CAPS(int)

@@ -57,6 +57,14 @@ TEST(QuadMesh, KeepsItsWidthAndDropsCapsOfChangedEnds)
     uneven.append(Curve<double>(3, 6, 0, 0, false));
     EXPECT_THROW(QuadMesh<double>{uneven}, SizeError);
     EXPECT_TRUE(mesh.hasAllCaps());
+    QuadMesh<double> waist(3, 4, 12, 0, 0, false);
+    mesh.buildCap(mesh[1], waist);
+    mesh.buildCap(mesh[1], waist);
+    EXPECT_EQ(mesh.getExtensions().getSize(), 3);
+    EXPECT_EQ(waist[0][3], mesh[1][3]);
+    mesh = *mesh.getEndCap();
+    EXPECT_EQ(mesh.getHeight(), 10);
+    EXPECT_FALSE(mesh.hasAnyCap());
 }
 
 TEST(QuadMesh, CapsShrinkWithTheRootOfTheirLevel)
@@ -134,6 +142,8 @@ TEST(QuadMesh, FindsTheShiftOfATurnedCopy)
     for (int k = 0; k < 3; ++k) {
         turned[k].setOrigin(4);
     }
+    const QuadMesh<double> places = mesh.closestPointMap(turned);
+    EXPECT_EQ(places[2][5], vectorOf<double>({2, 1}));
     EXPECT_EQ(mesh.match(turned), 4u);
     EXPECT_EQ(coordinatesOf(mesh), coordinatesOf(turned));
     turned.setOpen(true);
