@@ -5,11 +5,13 @@
 #include "shape/polynomialwarp.h"
 #include "shape/quadmesh.h"
 #include "shape/thinplatesplinewarp3d.h"
+#include "shape/vertexdistance.h"
 #include "system/exception.h"
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <type_traits>
 
 namespace {
 
@@ -65,14 +67,47 @@ std::vector<QuadMesh<T>*> meshesOf(const ShapeSet<T>& set)
     return meshes;
 }
 
-/// For each grid point the squared distances of all pairs of meshes, added up. Of `k` places they
-/// are `k` times the squared distances from the mean, so that no pair has to be visited.
+/// Sums over many meshes are kept wider than the coordinates: their rounding is no distance.
 template <class T>
-Matrix<T> pairDistances(const std::vector<QuadMesh<T>*>& meshes)
+using Wide = std::conditional_t<std::is_same_v<T, float>, double, long double>;
+
+template <class T>
+void requireEqualDimensions(const std::vector<QuadMesh<T>*>& meshes)
 {
-    Matrix<T> distances = QuadMesh<T>::varianceMap(QuadMesh<T>::mean(meshes), meshes);
-    distances *= static_cast<T>(meshes.size()) * static_cast<T>(meshes.size());
-    return distances;
+    for (const QuadMesh<T>* mesh : meshes) {
+        const QuadMesh<T>& first = *meshes.front();
+        if (mesh->getHeight() != first.getHeight() || mesh->getWidth() != first.getWidth() ||
+            mesh->getSpace() != first.getSpace()) {
+            raise<SizeError>("Matrix<T> QuadMesh<T>::varianceMap(...)",
+                             "Incompatible mesh dimensions");
+        }
+    }
+}
+
+/// The squared distances of all pairs of places that the meshes have at one grid point, added up.
+/// Of `k` places they are `k` times the squared distances from the mean, so that no pair has to be
+/// visited.
+template <class T>
+Wide<T> pairDistances(const std::vector<QuadMesh<T>*>& meshes, int level, int column)
+{
+    const auto count = static_cast<Wide<T>>(meshes.size());
+    const Vector<T>& first = (*meshes.front())[level][column];
+    for (const QuadMesh<T>* mesh : meshes) {
+        requireEqualSizes(first, (*mesh)[level][column]);
+    }
+    Wide<T> sum = 0;
+    for (int c = 0; c < first.getSize(); ++c) {
+        Wide<T> mean = 0;
+        for (const QuadMesh<T>* mesh : meshes) {
+            mean += (*mesh)[level][column][c];
+        }
+        mean /= count;
+        for (const QuadMesh<T>* mesh : meshes) {
+            const Wide<T> offset = (*mesh)[level][column][c] - mean;
+            sum += offset * offset;
+        }
+    }
+    return sum * count;
 }
 
 /// The levels of all meshes of a set, on their servers.
@@ -288,14 +323,14 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
     if (pairCount() == 0) {
         return 0;
     }
-    T sum = 0;
-    T vertices = 0;
+    Wide<T> sum = 0;
+    Wide<T> vertices = 0;
     for (int i = 0; i < sets.front()->getSize(); ++i) {
         const auto* first = dynamic_cast<const QuadMesh<T>*>((*sets.front())[i]);
         if (first == nullptr) {
             continue;
         }
-        vertices += static_cast<T>(first->getSize());
+        vertices += static_cast<Wide<T>>(first->getSize());
         std::vector<QuadMesh<T>*> meshes;
         for (const ShapeSet<T>* set : sets) {
             auto* mesh = i < set->getSize() ? dynamic_cast<QuadMesh<T>*>((*set)[i]) : nullptr;
@@ -303,12 +338,17 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
                 meshes.push_back(mesh);
             }
         }
-        sum += pairDistances(meshes).sum(true).sum();
+        requireEqualDimensions(meshes);
+        for (int k = 0; k < first->getHeight(); ++k) {
+            for (int j = 0; j < first->getWidth(); ++j) {
+                sum += pairDistances(meshes, k, j);
+            }
+        }
         // With several meshes the sum so far is divided again at each: the error weighs the first
         // meshes less.
-        sum /= static_cast<T>(pairCount());
+        sum /= static_cast<Wide<T>>(pairCount());
     }
-    return vertices > 0 ? std::sqrt(sum / vertices) : T(0);
+    return vertices > 0 ? static_cast<T>(std::sqrt(sum / vertices)) : T(0);
 }
 
 template <class T>
@@ -328,10 +368,12 @@ std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
         for (const std::vector<QuadMesh<T>*>& ofSet : meshes) {
             atPlace.push_back(ofSet[k]);
         }
-        Matrix<T> error = pairDistances(atPlace);
+        requireEqualDimensions(atPlace);
+        Matrix<T> error(atPlace.front()->getHeight(), atPlace.front()->getWidth());
         for (int i = 0; i < error.getSize1(); ++i) {
             for (int j = 0; j < error.getSize2(); ++j) {
-                error(i, j) = std::sqrt(error(i, j) / static_cast<T>(pairCount()));
+                error(i, j) = static_cast<T>(
+                    std::sqrt(pairDistances(atPlace, i, j) / static_cast<Wide<T>>(pairCount())));
             }
         }
         errors.push_back(error);

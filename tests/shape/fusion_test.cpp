@@ -212,6 +212,18 @@ TEST(Fusion, TheNormalizationErrorIsTheDistanceOverAllPairsPointByPoint)
     ASSERT_TRUE(mesh(3).hasVertexColors());
     EXPECT_THROW(fusion.computeColorMaps({}), SizeError);
     EXPECT_TRUE(Fusion<double>().computeNormalizationError().empty());
+
+    // Copies are not apart, however many and far off.
+    Fusion<float> copies;
+    QuadMesh<float> strip(2, 2, 2, 0, 0, true);
+    strip.fromVector(vectorOf<float>({4321.1f, 777.7f, 0.1f, 3, 4, 5, 6, 7.3f}));
+    std::vector<ShapeSet<float>> sets(300);
+    for (ShapeSet<float>& set : sets) {
+        set.addShape(&strip, true);
+        copies.addShapeSet(&set);
+    }
+    EXPECT_LT(copies.computeGlobalRegistrationError(false), 1e-9f);
+    EXPECT_LT(copies.computeNormalizationError()[0](0, 0), 1e-9f);
 }
 
 TEST(ShapeSetGroup, AveragesEntryByEntry)
