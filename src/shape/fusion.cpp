@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <type_traits>
 
 namespace {
 
@@ -69,17 +68,16 @@ std::vector<QuadMesh<T>*> meshesOf(const ShapeSet<T>& set)
 
 /// Sums over many meshes are kept wider than the coordinates: their rounding is no distance.
 template <class T>
-using Wide = std::conditional_t<std::is_same_v<T, float>, double, long double>;
+using Wide = typename FusionMean<T>::Wide;
 
 template <class T>
-void requireEqualDimensions(const std::vector<QuadMesh<T>*>& meshes)
+void requireEqualDimensions(const std::vector<QuadMesh<T>*>& meshes, const char* where)
 {
     for (const QuadMesh<T>* mesh : meshes) {
         const QuadMesh<T>& first = *meshes.front();
         if (mesh->getHeight() != first.getHeight() || mesh->getWidth() != first.getWidth() ||
             mesh->getSpace() != first.getSpace()) {
-            raise<SizeError>("Matrix<T> QuadMesh<T>::varianceMap(...)",
-                             "Incompatible mesh dimensions");
+            raise<SizeError>(where, "Incompatible mesh dimensions");
         }
     }
 }
@@ -338,7 +336,7 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
                 meshes.push_back(mesh);
             }
         }
-        requireEqualDimensions(meshes);
+        requireEqualDimensions(meshes, "T Fusion<T>::computeGlobalRegistrationError(const bool)");
         for (int k = 0; k < first->getHeight(); ++k) {
             for (int j = 0; j < first->getWidth(); ++j) {
                 sum += pairDistances(meshes, k, j);
@@ -354,12 +352,12 @@ T Fusion<T>::registrationError(const std::vector<ShapeSet<T>*>& sets) const
 template <class T>
 std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
 {
+    const char* where = "std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const";
     std::vector<std::vector<QuadMesh<T>*>> meshes;
     for (const ShapeSet<T>* set : shapeSets_) {
         meshes.push_back(meshesOf(*set));
         if (meshes.back().size() != meshes.front().size()) {
-            raise<SizeError>("std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const",
-                             "The sets differ in their number of meshes");
+            raise<SizeError>(where, "The sets differ in their number of meshes");
         }
     }
     std::vector<Matrix<T>> errors;
@@ -368,7 +366,7 @@ std::vector<Matrix<T>> Fusion<T>::computeNormalizationError() const
         for (const std::vector<QuadMesh<T>*>& ofSet : meshes) {
             atPlace.push_back(ofSet[k]);
         }
-        requireEqualDimensions(atPlace);
+        requireEqualDimensions(atPlace, where);
         Matrix<T> error(atPlace.front()->getHeight(), atPlace.front()->getWidth());
         for (int i = 0; i < error.getSize1(); ++i) {
             for (int j = 0; j < error.getSize2(); ++j) {

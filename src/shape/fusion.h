@@ -54,7 +54,8 @@ public:
     /// `matchFirst` the closed reference meshes of the other sets are matched to those of the first
     /// set before. Reference shapes must be meshes, equally many in each set, of equal dimensions
     /// (`SizeError`) and not shared between sets; a set without others stays. A round costs as much
-    /// as the sets have vertices; the mean is summed in a wider type than the vertices. Each round adds to `getDistances` and reports progress; cancellation is tested before
+    /// as the sets have vertices; the mean is summed in a wider type than theirs, and anew in each
+    /// round. Each round adds to `getDistances` and reports progress; cancellation is tested before
     /// each set, leaves the sets as far as they have come, and is reported.
     ///
     /// Source: J. C. Gower, Generalized Procrustes analysis, Psychometrika 40, 1975.
@@ -94,7 +95,8 @@ public:
 
     /// Root mean squared distance of corresponding grid points over all pairs of sets, which is
     /// also added to `getDistances`; 0 without pairs or meshes. With `match` the closed meshes are
-    /// first matched to those of the first set, on copies.
+    /// first matched to those of the first set, on copies. Raises `SizeError` where meshes at one
+    /// place differ in dimensions.
     T computeGlobalRegistrationError(bool match);
 
 private:

@@ -16,6 +16,9 @@ template <class T>
 class FusionMean
 {
 public:
+    /// The type of sums over many meshes.
+    using Wide = std::conditional_t<std::is_same_v<T, float>, double, long double>;
+
     /// Raises `SizeError` where meshes at one place differ in their dimensions.
     explicit FusionMean(const std::vector<ShapeSet<T>>& sets);
 
@@ -27,8 +30,6 @@ public:
     ShapeSet<T> meanLike(const ShapeSet<T>& model) const;
 
 private:
-    using Wide = std::conditional_t<std::is_same_v<T, float>, double, long double>;
-
     struct Place
     {
         Vector<Wide> sum;

@@ -224,6 +224,12 @@ TEST(Fusion, TheNormalizationErrorIsTheDistanceOverAllPairsPointByPoint)
     }
     EXPECT_LT(copies.computeGlobalRegistrationError(false), 1e-9f);
     EXPECT_LT(copies.computeNormalizationError()[0](0, 0), 1e-9f);
+    QuadMesh<float> wider(2, 2, 3, 0, 0, true);
+    ShapeSet<float> other;
+    other.addShape(&wider, true);
+    copies.addShapeSet(&other);
+    EXPECT_THROW(copies.computeGlobalRegistrationError(false), SizeError);
+    EXPECT_THROW(copies.computeNormalizationError(), SizeError);
 }
 
 TEST(ShapeSetGroup, AveragesEntryByEntry)
