@@ -4,9 +4,9 @@
 #include "stack/model.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
+#include "system/trace.h"
 
 #include <algorithm>
-#include <iostream>
 #include <memory>
 
 namespace {
@@ -344,8 +344,7 @@ void ModelItem::removeUnselectedVertices()
 
 void ModelItem::removeSelection()
 {
-    std::cout << "*** WARNING: Obsolete call to void ModelItem::removeSelection()\n"
-              << "***   Replace by call to: void ModelItem::removeSelectedVertices()" << std::endl;
+    OBSOLETE("void ModelItem::removeSelection()", "void ModelItem::removeSelectedVertices()");
     removeSelectedVertices();
 }
 

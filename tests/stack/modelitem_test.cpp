@@ -3,6 +3,7 @@
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 #include "support/errors.h"
+#include "system/trace.h"
 
 #include <gtest/gtest.h>
 
@@ -397,7 +398,14 @@ TEST(ModelItem, RegionKeepsPixelsAndASingleFlag)
     EXPECT_EQ(copy.getSize(), 3);
     EXPECT_EQ(item.selectedVertices().getSize(), 2);
     EXPECT_EQ(item.unselectedVertices().getSize(), 0);
-    item.removeSelectedVertices();
+    testing::internal::CaptureStdout();
+    Trace::enterFunction("edit");
+    item.removeSelection();
+    Trace::leaveFunction("edit");
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(
+                  "\n|   *** WARNING: Obsolete call to void ModelItem::removeSelection()\n"
+                  "***   Replace by call to: void ModelItem::removeSelectedVertices()\n"),
+              std::string::npos);
     EXPECT_EQ(item.getSize(), 0);
     EXPECT_EQ(item.getSelection().getLength(), 1);
 }
