@@ -53,6 +53,7 @@ std::unique_ptr<LMXStack> DocumentFiles::openStack(const std::string& path)
         raiseFile<FileFormatError>("unique_ptr<LMXStack> DocumentFiles::openStack(const string&)",
                                    what, path);
     }
+    stack->updateReconstruction();
     notes_ = reader.getLog();
     return stack;
 }

@@ -50,6 +50,8 @@ public:
     /// Forgets all steps of the stack and of its slices.
     void destroyHistory();
 
+    /// Computes the maps into space anew. Slice actions and the events of a slice's spacing or
+    /// calibration lead to it; who changes the list of slices or a registration directly calls it.
     void updateReconstruction();
 
     StackReconstruction<float>& getReconstruction() { return reconstruction; }

@@ -105,6 +105,7 @@ void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photog
             stack.setDefaultPixelCalibration(first);
         }
     }
+    stack.updateReconstruction();
 }
 
 void StackBuilder::setMosaic(int rows, int columns)

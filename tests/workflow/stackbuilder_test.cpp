@@ -79,6 +79,7 @@ TEST(StackBuilder, ConvertsTheSizesOfAllPhotographsToOneUnit)
         EXPECT_EQ(widthOf(stack, i), 7.5f);
     }
     EXPECT_EQ(stack.getDefaultPixelCalibration().getPixelWidth(), 7.5f);
+    EXPECT_EQ(stack.getReconstruction().getMaps()[3][0], 7.5f) << "its maps are up to date";
     EXPECT_TRUE(StackBuilder::calibrationNotes(stack).empty());
 }
 
