@@ -1,5 +1,5 @@
-#include "blade/extractconvexpoints.h"
-#include "support/leaf.h"
+#include "support/stages.h"
+#include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
@@ -11,114 +11,58 @@ using leaf::Point;
 
 namespace {
 
-/// The process with the parameters that the window starts with, run on every slice.
-std::vector<std::string> detect(LMXStack& stack, int neighbourhood = 25, float angle = 145.0f)
-{
-    ExtractConvexPoints process;
-    process.setStack(stack);
-    process.setNeigbourhood(neighbourhood);
-    process.setThresholdAngle(angle);
-    process.createModels();
-    std::vector<std::string> reports;
-    for (int i = 0; i < stack.getNumSlices(); ++i) {
-        reports.push_back(process.process(i));
-    }
-    return reports;
-}
-
-void expectNear(const std::vector<Point>& found, const std::vector<Point>& drawn, double tolerance)
-{
-    ASSERT_EQ(found.size(), drawn.size());
-    for (std::size_t k = 0; k < drawn.size(); ++k) {
-        EXPECT_LE(leaf::distance(found[k], drawn[k]), tolerance) << "landmark " << k;
-    }
-}
-
-Vector<float> profile(std::initializer_list<float> values)
-{
-    return Vector<float>(std::vector<float>(values));
-}
-
-std::vector<int> candidates(const Vector<float>& angles, int neighbourhood, float threshold)
+std::vector<int> candidates(std::initializer_list<float> angles, int neighbourhood = 5)
 {
     ExtractConvexPoints process;
     process.setNeigbourhood(neighbourhood);
-    process.setThresholdAngle(threshold);
-    return process.findSinusCandidates(angles, 0, angles.getSize());
+    process.setThresholdAngle(145);
+    return process.findSinusCandidates(vectorOf<float>(angles), 0, static_cast<int>(angles.size()));
 }
 
 } // namespace
 
-TEST(ExtractConvexPoints, FindsApexAndSinusesAsDrawnWhateverTheLeafsPose)
+TEST(ExtractConvexPoints, FindsApexAndSinusesAsDrawnWhateverTheLeafsPoseInEachRun)
 {
     std::vector<leaf::Outline> outlines;
     for (const double angle : {0.0, 37.0, 90.0, 180.0, 283.0}) {
-        leaf::Shape shape;
-        shape.middle = {500.0, 500.0};
-        shape.teethPerSide = 3 + static_cast<int>(outlines.size());
-        shape.toothHeight = 40.0;
-        shape.angleDegrees = angle;
-        outlines.push_back(leaf::draw(shape));
+        const int teeth = 3 + static_cast<int>(outlines.size());
+        outlines.push_back(leaf::draw(teeth, 40.0, angle, {500.0, 500.0}));
     }
     const auto stack = leaf::stackOf(outlines);
-    for (const std::string& report : detect(*stack)) {
-        EXPECT_EQ(report, "");
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(leaf::findSinuses(*stack), std::vector<std::string>(5));
+        for (int i = 0; i < (run == 0 ? 5 : 1); ++i) {
+            SCOPED_TRACE(i);
+            const leaf::Outline& outline = outlines[static_cast<std::size_t>(i)];
+            const auto sinuses = leaf::vertices(*stack, "Primary Sinus", i);
+            EXPECT_TRUE(leaf::samePlaces(sinuses, outline.sinuses, 4.0));
+            EXPECT_LE(leaf::distance(sinuses[0], outline.sinuses[0]), 4.0) << "in their order";
+            EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Apex", i), {outline.apex}, 4.0));
+            // The stored contour starts in the middle of the petiole's end.
+            EXPECT_LE(leaf::distance(leaf::vertices(*stack, "Contour", i)[0], outline.points[0]),
+                      5.0);
+            EXPECT_EQ(stack->getSlice(i).getNumItems(), 4);
+        }
     }
-    for (int i = 0; i < stack->getNumSlices(); ++i) {
-        SCOPED_TRACE(i);
-        const leaf::Outline& outline = outlines[static_cast<std::size_t>(i)];
-        expectNear(leaf::vertices(*stack, "Apex", i), {outline.apex}, 4.0);
-        expectNear(leaf::vertices(*stack, "Primary Sinus", i), outline.sinuses, 4.0);
-        // The stored contour starts in the middle of the petiole's end.
-        EXPECT_LE(leaf::distance(leaf::vertices(*stack, "Contour", i)[0], outline.points[0]), 5.0);
-    }
 }
 
-TEST(ExtractConvexPoints, ASecondRunFindsTheSameAndKeepsOneItemOfEachModel)
+TEST(ExtractConvexPoints, ASmoothLeafHasNoSinusItemOneSinusOnAHalfIsToldAndUnfitSlicesArePassed)
 {
-    leaf::Shape shape;
-    shape.toothHeight = 40.0;
-    const auto stack = leaf::stackOf({leaf::draw(shape)});
-    detect(*stack);
-    const std::vector<Point> first = leaf::vertices(*stack, "Primary Sinus", 0);
-    detect(*stack);
-    expectNear(leaf::vertices(*stack, "Primary Sinus", 0), first, 3.0);
-    EXPECT_EQ(first.size(), 10u);
-    EXPECT_EQ(stack->getSlice(0).getNumItems(), 4);
-}
-
-TEST(ExtractConvexPoints, ASmoothLeafGetsAnApexAndNoSinusItem)
-{
-    leaf::Shape shape;
-    shape.teethPerSide = 0;
-    const auto stack = leaf::stackOf({leaf::draw(shape)});
-    EXPECT_EQ(detect(*stack)[0], "");
-    EXPECT_GE(stack->findModel("Primary Sinus"), 0);
-    EXPECT_EQ(leaf::findItem(*stack, "Primary Sinus", 0), nullptr);
-    EXPECT_EQ(leaf::vertices(*stack, "Apex", 0).size(), 1u);
-}
-
-TEST(ExtractConvexPoints, ReportsASliceWithOneSinusOnAHalfAndPassesOverUnfitSlices)
-{
-    leaf::Outline notched = leaf::draw([] {
-        leaf::Shape shape;
-        shape.teethPerSide = 0;
-        return shape;
-    }());
+    const leaf::Outline smooth = leaf::draw(0, 0.0);
+    leaf::Outline notched = smooth;
     // One deep notch in the first half: a quarter of the way along the outline.
     const std::size_t middle = notched.points.size() / 4;
     for (std::size_t k = middle - 80; k <= middle + 80; ++k) {
-        const double depth = 80.0 - std::fabs(double(k) - double(middle));
-        notched.points[k].x += depth * 0.7;
+        notched.points[k].x += (80.0 - std::fabs(double(k) - double(middle))) * 0.7;
     }
-    const auto stack = leaf::stackOf({notched, notched, notched});
+    const auto stack = leaf::stackOf({notched, notched, notched, smooth});
     delete leaf::findItem(*stack, "Petiole", 1);
     delete leaf::findItem(*stack, "Contour", 2);
-    const std::vector<std::string> reports = detect(*stack);
-    EXPECT_EQ(reports[0], "leaf0");
+    EXPECT_EQ(leaf::findSinuses(*stack), (std::vector<std::string>{"leaf0", "", "", ""}));
     EXPECT_EQ(leaf::vertices(*stack, "Primary Sinus", 0).size(), 1u);
-    EXPECT_EQ(reports[1] + reports[2], "");
     EXPECT_EQ(stack->getSlice(1).getNumItems(), 1);
+    EXPECT_EQ(leaf::findItem(*stack, "Primary Sinus", 3), nullptr);
+    EXPECT_EQ(leaf::vertices(*stack, "Apex", 3).size(), 1u);
 }
 
 TEST(ExtractConvexPoints, AnglesAgreeWithTheTurnOfTheCurve)
@@ -130,35 +74,23 @@ TEST(ExtractConvexPoints, AnglesAgreeWithTheTurnOfTheCurve)
         curve[i][0] = static_cast<float>(i) + step(engine);
         curve[i][1] = step(engine);
     }
-    for (const int h : {1, 5, 60}) {
+    const auto direction = [&](int from, int to) {
+        const Vector<float> d = curve[to] - curve[from];
+        return std::atan2(double(d[1]), double(d[0]));
+    };
+    for (const int h : {1, 5, 60, 200}) { // of two neighbourhoods' size it is straight everywhere
         const Vector<float> angles = ExtractConvexPoints().computeCurvature(curve, h);
         for (int j = 0; j < curve.getSize(); ++j) {
             double expected = 180.0;
             if (j >= h && j < curve.getSize() - h) {
-                const double back = std::atan2(double(curve[j - h][1]) - curve[j][1],
-                                               double(curve[j - h][0]) - curve[j][0]);
-                const double ahead = std::atan2(double(curve[j + h][1]) - curve[j][1],
-                                                double(curve[j + h][0]) - curve[j][0]);
-                expected = std::fmod((ahead - back) * 180.0 / M_PI + 720.0, 360.0);
+                const double turn = direction(j, j + h) - direction(j, j - h);
+                expected = std::fmod(turn * 180.0 / M_PI + 720.0, 360.0);
             }
             // Near 0 and 180 degrees the arc cosine of a float loses half its digits.
             const double error = std::fabs(angles[j] - expected);
-            EXPECT_LE(std::min(error, 360.0 - error), 0.1)
-                << "vertex " << j << ", neighbourhood " << h;
+            EXPECT_LE(std::min(error, 360.0 - error), 0.1) << j << ", neighbourhood " << h;
         }
     }
-}
-
-TEST(ExtractConvexPoints, ACurveOfTwoNeighbourhoodsIsStraightEverywhere)
-{
-    Curve<float> curve(2, 10, 0, 0, false);
-    for (int i = 0; i < 10; ++i) {
-        curve[i][0] = static_cast<float>(i * i);
-        curve[i][1] = static_cast<float>(i % 3);
-    }
-    const Vector<float> angles = ExtractConvexPoints().computeCurvature(curve, 5);
-    EXPECT_EQ(angles.min(), 180.0f);
-    EXPECT_EQ(angles.max(), 180.0f);
 }
 
 TEST(ExtractConvexPoints, AnIntervalClosesAtABulgeAndIsCarriedOnWhereItIsTooShort)
@@ -166,12 +98,12 @@ TEST(ExtractConvexPoints, AnIntervalClosesAtABulgeAndIsCarriedOnWhereItIsTooShor
     using Found = std::vector<int>;
     const float nan = std::numeric_limits<float>::quiet_NaN();
     // Two vertices are needed with a neighbourhood of 5 to 9.
-    EXPECT_EQ(candidates(profile({100, 90, 90, 170, 200}), 5, 145), Found{1});
-    EXPECT_EQ(candidates(profile({100, 200, 170, 120, 200}), 5, 145), Found{0});
-    EXPECT_EQ(candidates(profile({100, 90, 170, 180, 80, 190}), 5, 145), Found{4});
-    EXPECT_EQ(candidates(profile({100, 90, 190, 80, 70, 190}), 5, 145), (Found{1, 4}));
-    EXPECT_EQ(candidates(profile({100, 90, 80, 180}), 5, 145), Found{});
-    EXPECT_EQ(candidates(profile({145, 145, 190}), 5, 145), Found{});
-    EXPECT_EQ(candidates(profile({nan, 90, nan, 100, 190}), 5, 145), Found{1});
-    EXPECT_EQ(candidates(profile({90, 190, 100, 190}), 4, 145), (Found{0, 2}));
+    EXPECT_EQ(candidates({100, 90, 90, 170, 200}), Found{1});
+    EXPECT_EQ(candidates({100, 200, 170, 120, 200}), Found{0});
+    EXPECT_EQ(candidates({100, 90, 170, 180, 80, 190}), Found{4});
+    EXPECT_EQ(candidates({100, 90, 190, 80, 70, 190}), (Found{1, 4}));
+    EXPECT_EQ(candidates({100, 90, 80, 180}), Found{});
+    EXPECT_EQ(candidates({145, 145, 190}), Found{});
+    EXPECT_EQ(candidates({nan, 90, nan, 100, 190}), Found{1});
+    EXPECT_EQ(candidates({90, 190, 100, 190}, 4), (Found{0, 2}));
 }

@@ -1,9 +1,7 @@
-#include "blade/blademessages.h"
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
 #include "shape/edge.h"
 #include "support/errors.h"
-#include "support/leaf.h"
+#include "support/stages.h"
+#include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
@@ -14,61 +12,17 @@ using leaf::Point;
 
 namespace {
 
-/// The process with what its base holds, on one slice that was read.
-class Tips : public ExtractPeak
-{
-public:
-    Tips(LMXStack& open, MethodExtractPeaks method, VenationType venation, int divisor = 10)
-    {
-        setStack(open);
-        setMethodToExtract(method);
-        setExcludeNeighbourhood(divisor);
-        setVenationType(venation);
-    }
-
-    using ExtractPeak::contour;
-};
-
 leaf::Outline toothedLeaf(double angle = 0.0)
 {
-    leaf::Shape shape;
-    shape.middle = {520.0, 520.0};
-    shape.teethPerSide = 7;
-    shape.toothHeight = 16.0;
-    shape.angleDegrees = angle;
-    return leaf::draw(shape);
+    return leaf::draw(7, 16.0, angle, {520.0, 520.0});
 }
 
-void detectSinuses(LMXStack& stack)
+/// The tips found between the sinuses given.
+std::vector<Point> tips(LMXStack& stack, VenationType venation, const std::vector<Point>& sinuses)
 {
-    ExtractConvexPoints process;
-    process.setStack(stack);
-    process.setNeigbourhood(25);
-    process.setThresholdAngle(145.0f);
-    process.createModels();
-    for (int i = 0; i < stack.getNumSlices(); ++i) {
-        process.process(i);
-    }
-}
-
-std::vector<std::string> runQuietly(ExtractPeak& process)
-{
-    std::vector<std::string> messages;
-    const auto former =
-        BladeMessages::setHandler([&](const std::string& text) { messages.push_back(text); });
-    process.run();
-    BladeMessages::setHandler(former);
-    return messages;
-}
-
-void setSinuses(LMXStack& stack, const std::vector<Point>& points)
-{
-    delete leaf::findItem(stack, "Primary Sinus", 0);
-    leaf::addItem(stack, "Primary Sinus", PRIMITIVE_POLYPOINT, 0, points);
-}
-
-std::vector<Point> tips(LMXStack& stack)
-{
+    leaf::remark(stack, "Primary Sinus", 0, sinuses);
+    leaf::findTips(stack, venation);
+    EXPECT_GE(stack.findModel("Primary Peak"), 0);
     return leaf::vertices(stack, "Primary Peak", 0);
 }
 
@@ -80,11 +34,10 @@ TEST(ExtractPeak, BothMethodsPutTheTipsWhereTheyAreDrawn)
         for (const double angle : {0.0, 61.0, 180.0}) {
             const leaf::Outline outline = toothedLeaf(angle);
             const auto stack = leaf::stackOf({outline});
-            detectSinuses(*stack);
-            Tips process(*stack, method, PINNATE);
-            EXPECT_EQ(runQuietly(process),
+            leaf::findSinuses(*stack);
+            EXPECT_EQ(leaf::findTips(*stack, PINNATE, method),
                       std::vector<std::string>{"Peaks extraction is complete"});
-            const std::vector<Point> found = tips(*stack);
+            const std::vector<Point> found = leaf::vertices(*stack, "Primary Peak", 0);
             ASSERT_EQ(found.size(), outline.tips.size()) << "method " << method;
             // The areas on both sides of a chord near the top are small whatever their symmetry, so
             // that the other method may stay down to the middle of a straight flank.
@@ -97,48 +50,23 @@ TEST(ExtractPeak, BothMethodsPutTheTipsWhereTheyAreDrawn)
     }
 }
 
-TEST(ExtractPeak, TheStretchAcrossTheApexIsAToothOfAPalmateLeafAlone)
+TEST(ExtractPeak, TeethLieBetweenSinusesOfAHalfAndOfAPalmateLeafAcrossTheApex)
 {
     const leaf::Outline outline = toothedLeaf();
+    const std::vector<Point>& sinuses = outline.sinuses;
     const auto stack = leaf::stackOf({outline});
-    detectSinuses(*stack);
-    Tips palmate(*stack, LocalCurvature, PALMATE);
-    runQuietly(palmate);
-    const std::vector<Point> found = tips(*stack);
-    ASSERT_EQ(found.size(), outline.tips.size() + 1);
-    EXPECT_LE(leaf::distance(found[outline.tips.size() / 2], outline.apex), 4.0);
-}
-
-TEST(ExtractPeak, OneSinusOrOneOnEachHalfOfAPinnateLeafLeavesNoItem)
-{
-    const leaf::Outline outline = toothedLeaf();
-    const auto stack = leaf::stackOf({outline});
-    detectSinuses(*stack);
-    const std::size_t last = outline.sinuses.size() - 1;
-    const std::vector<std::vector<Point>> lists = {{outline.sinuses[0]},
-                                                   {outline.sinuses[0], outline.sinuses[last]}};
-    for (const std::vector<Point>& list : lists) {
-        setSinuses(*stack, list);
-        Tips process(*stack, LocalCurvature, PINNATE);
-        runQuietly(process);
-        EXPECT_GE(stack->findModel("Primary Peak"), 0);
+    leaf::findSinuses(*stack);
+    const std::vector<Point> palmate = tips(*stack, PALMATE, sinuses);
+    ASSERT_EQ(palmate.size(), outline.tips.size() + 1);
+    EXPECT_LE(leaf::distance(palmate[outline.tips.size() / 2], outline.apex), 4.0);
+    EXPECT_EQ(tips(*stack, PINNATE, {sinuses[0], sinuses[1]}).size(), 1u);
+    for (const std::vector<Point>& few :
+         {std::vector<Point>{sinuses[0]}, {sinuses[0], sinuses.back()}}) {
+        tips(*stack, PINNATE, few);
         EXPECT_EQ(leaf::findItem(*stack, "Primary Peak", 0), nullptr);
     }
-    setSinuses(*stack, {outline.sinuses[0], outline.sinuses[1]});
-    Tips process(*stack, LocalCurvature, PINNATE);
-    runQuietly(process);
-    EXPECT_EQ(tips(*stack).size(), 1u);
-}
-
-TEST(ExtractPeak, SinusesPlacedByHandAreMovedOntoTheContour)
-{
-    const leaf::Outline outline = toothedLeaf();
-    const auto stack = leaf::stackOf({outline});
-    detectSinuses(*stack);
-    const Point sinus = outline.sinuses[1];
-    setSinuses(*stack, {{sinus.x - 20.0, sinus.y}, outline.sinuses[2]});
-    Tips process(*stack, LocalCurvature, PINNATE);
-    runQuietly(process);
+    // Sinuses placed by hand are moved onto the contour.
+    tips(*stack, PINNATE, {{sinuses[1].x - 20.0, sinuses[1].y}, sinuses[2]});
     for (const Point& moved : leaf::vertices(*stack, "Primary Sinus", 0)) {
         EXPECT_LE(leaf::distanceToOutline(outline, moved), 1.5);
     }
@@ -147,31 +75,28 @@ TEST(ExtractPeak, SinusesPlacedByHandAreMovedOntoTheContour)
 TEST(ExtractPeak, AWindowAsLongAsTheToothFindsNothing)
 {
     const auto stack = leaf::stackOf({toothedLeaf()});
-    detectSinuses(*stack);
-    Tips process(*stack, LocalCurvature, PINNATE);
+    ExtractPeak process;
+    process.setStack(*stack);
     process.getModels(0);
     const Vector<float> angles = process.findTeethCurvature(300, 340, 2);
     EXPECT_EQ(angles.minPos(), 0);
     EXPECT_FLOAT_EQ(angles.min(), static_cast<float>(M_PI));
-    expectError<ValueError>([&] { process.findTeethCurvature(300, 340, 0); },
-                            "Vector<float> ExtractPeak::findTeethCurvature(int, int, int)",
-                            "The divisor of the tooth's length is below 1");
+    EXPECT_RAISES(ValueError, "Vector<float> ExtractPeak::findTeethCurvature(int, int, int)",
+                  "The divisor of the tooth's length is below 1",
+                  process.findTeethCurvature(300, 340, 0));
 }
 
 TEST(ExtractPeak, TheMediatriceIsSquareToTheChordAndRunsThroughThePoint)
 {
     std::mt19937 engine(5);
-    std::uniform_int_distribution<int> coordinate(-20, 20);
+    const auto place = [&] {
+        return vectorOf<float>({float(engine() % 41) - 20, float(engine() % 41) - 20});
+    };
     const ExtractPeak process;
     for (int round = 0; round < 300; ++round) {
-        Vector<float> p1(2);
-        Vector<float> p2(2);
-        Vector<float> m(2);
-        for (int c = 0; c < 2; ++c) {
-            p1[c] = static_cast<float>(coordinate(engine));
-            p2[c] = static_cast<float>(coordinate(engine));
-            m[c] = (p1[c] + p2[c]) / 2;
-        }
+        const Vector<float> p1 = place();
+        const Vector<float> p2 = round % 3 == 0 ? vectorOf<float>({p1[0], p1[1] + 7}) : place();
+        const Vector<float> m = (p1 + p2) * 0.5f;
         if (p1 == p2) {
             continue;
         }

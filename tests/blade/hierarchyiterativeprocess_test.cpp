@@ -1,58 +1,44 @@
 #include "blade/hierarchyiterativeprocess.h"
 #include "support/labelledleaf.h"
+#include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <complex>
 
+using leaf::at;
 using leaf::Point;
 
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
-
+/// A process that has read a leaf in working order.
 class Iterative : public HierarchyIterativeProcess
 {
 public:
-    using ModelsManager::apex;
+    Iterative(const leaf::Outline& outline, float share)
+        : owned(leaf::landmarkedStack({outline}))
+    {
+        setStack(*owned);
+        setTolerance(share);
+        std::string report;
+        checkLeaves(0, report);
+        EXPECT_EQ(report, "");
+        getModels(0);
+    }
+
     using ModelsManager::contour;
-    using ModelsManager::petiole;
-    using ModelsManager::primaryPeakItem;
     using ModelsManager::primarySinus;
+
+    std::unique_ptr<LMXStack> owned;
 };
-
-Vector<float> point(double x, double y)
-{
-    Vector<float> p(2);
-    p[0] = static_cast<float>(x);
-    p[1] = static_cast<float>(y);
-    return p;
-}
-
-/// A process that has read a leaf in working order.
-void read(Iterative& process, LMXStack& stack, const leaf::Outline& outline, float tolerance)
-{
-    leaf::addLandmarks(stack, 0, outline);
-    process.setStack(stack);
-    process.setTolerance(tolerance);
-    std::string report;
-    process.checkLeaves(0, report);
-    EXPECT_EQ(report, "");
-    process.getModels(0);
-}
 
 /// The angle from the direction to `next` on to that to `previous`, in degrees.
 double blade(const Point& centre, const Point& previous, const Point& next)
 {
     const double turn = std::atan2(previous.y - centre.y, previous.x - centre.x) -
                         std::atan2(next.y - centre.y, next.x - centre.x);
-    return std::fmod(turn * 180.0 / pi + 720.0, 360.0);
-}
-
-Point at(const Vertices<float>& list, int i)
-{
-    return {list[i][0], list[i][1]};
+    return std::fmod(turn * 180.0 / M_PI + 720.0, 360.0);
 }
 
 /// The rounds of demotion said anew on lists of the sinuses that are left, in double precision.
@@ -67,15 +53,14 @@ demoted(const Iterative& process, const Curve<float>& smooth, int h, double shar
     };
 
     std::vector<Sinus> halves[2];
-    std::vector<int> onSmooth;
-    for (int k = 0; k < process.primarySinus->getSize(); ++k) {
-        onSmooth.push_back(process.primarySinus->closestPointMap(smooth)[k]);
-        const int index = process.primarySinus->closestPointMap(*process.contour)[k];
-        halves[index < process.apexIndex() ? 0 : 1].push_back(
-            {index, at(*process.primarySinus, k), 0});
+    Vector<int> onSmooth = process.indexesPrimarySinuses(smooth);
+    onSmooth.sort();
+    const Vector<int> indexes = process.indexesPrimarySinuses();
+    for (int k = 0; k < indexes.getSize(); ++k) {
+        halves[indexes[k] < process.apexIndex() ? 0 : 1].push_back(
+            {indexes[k], at(*process.primarySinus, k), 0});
     }
-    std::sort(onSmooth.begin(), onSmooth.end());
-    std::size_t column = 0;
+    int column = 0;
     for (std::vector<Sinus>& half : halves) {
         std::sort(half.begin(), half.end(),
                   [](const Sinus& a, const Sinus& b) { return a.index < b.index; });
@@ -86,33 +71,28 @@ demoted(const Iterative& process, const Curve<float>& smooth, int h, double shar
                 blade(at(smooth, i), at(smooth, (i - h + n) % n), at(smooth, (i + h) % n));
         }
     }
-    std::vector<Point> fallen[2];
-    for (bool falls = true; falls;) {
-        falls = false;
+    std::vector<Point> fallen;
+    for (;;) {
         double smallest = 1000.0;
-        int side = 0;
+        std::vector<Sinus>* side = nullptr;
         std::size_t position = 0;
-        for (int s = 0; s < 2; ++s) {
-            for (std::size_t k = 1; k + 1 < halves[s].size(); ++k) {
-                const Sinus& sinus = halves[s][k];
+        for (std::vector<Sinus>& half : halves) {
+            for (std::size_t k = 1; k + 1 < half.size(); ++k) {
                 const double difference =
-                    blade(sinus.place, halves[s][k - 1].place, halves[s][k + 1].place) -
-                    sinus.smooth;
-                if (difference < -(sinus.smooth * share) && difference < smallest) {
+                    blade(half[k].place, half[k - 1].place, half[k + 1].place) - half[k].smooth;
+                if (difference < -(half[k].smooth * share) && difference < smallest) {
                     smallest = difference;
-                    side = s;
+                    side = &half;
                     position = k;
-                    falls = true;
                 }
             }
         }
-        if (falls) {
-            fallen[side].push_back(halves[side][position].place);
-            halves[side].erase(halves[side].begin() + static_cast<std::ptrdiff_t>(position));
+        if (!side) {
+            return fallen;
         }
+        fallen.push_back((*side)[position].place);
+        side->erase(side->begin() + static_cast<std::ptrdiff_t>(position));
     }
-    fallen[0].insert(fallen[0].end(), fallen[1].begin(), fallen[1].end());
-    return fallen[0];
 }
 
 } // namespace
@@ -120,10 +100,11 @@ demoted(const Iterative& process, const Curve<float>& smooth, int h, double shar
 TEST(HierarchyIterativeProcess, AnglesAreThoseOfTheBladeUpToAFullTurn)
 {
     const HierarchyIterativeProcess process;
+    const auto point = [](double x, double y) { return vectorOf<float>({float(x), float(y)}); };
     EXPECT_NEAR(process.calculCurvature(point(0, 0), point(-3, 0), point(5, 0)), 180.0f, 1e-4);
     EXPECT_TRUE(std::isnan(process.calculCurvature(point(1, 1), point(1, 1), point(5, 0))));
     for (int degrees = 1; degrees < 360; degrees += 7) {
-        const double t = degrees * pi / 180.0;
+        const double t = degrees * M_PI / 180.0;
         for (const double turned : {0.0, 0.7, 3.0}) {
             const Vector<float> centre = point(40.0, -20.0);
             const Vector<float> next = centre + point(9 * std::cos(turned), 9 * std::sin(turned));
@@ -134,16 +115,12 @@ TEST(HierarchyIterativeProcess, AnglesAreThoseOfTheBladeUpToAFullTurn)
     }
     // The first corner of a square with a positive area is a bulge.
     const Curve<float> square = Curve<float>::square(0.0f, 0.0f, 8.0f);
-    ASSERT_GT(square.twiceArea(0, 1), 0.0f);
     EXPECT_NEAR(process.calculCurvature(square[1], square[0], square[2]), 90.0f, 1e-4);
 }
 
 TEST(HierarchyIterativeProcess, TheSmoothBladeIsTheSumOfTheSlowFrequenciesOfHalfTheFidelity)
 {
-    const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(false);
-    const auto stack = leaf::stackOf({drawn.outline});
-    Iterative process;
-    read(process, *stack, drawn.outline, 0.3f);
+    const Iterative process(leaf::drawTeethOnTeeth(false).outline, 0.3f);
     const Curve<float> smooth = process.createSmoothBlade();
     const int n = process.contour->getSize();
     ASSERT_EQ(smooth.getSize(), n);
@@ -154,9 +131,8 @@ TEST(HierarchyIterativeProcess, TheSmoothBladeIsTheSumOfTheSlowFrequenciesOfHalf
     for (int k = 0; k < n; ++k) {
         Complex sum = 0.0;
         for (int i = 0; i < n; ++i) {
-            const double phase = -2.0 * pi * (static_cast<long>(k) * i % n) / n;
-            sum += Complex(at(*process.contour, i).x, at(*process.contour, i).y) *
-                   std::polar(1.0, phase);
+            const Point p = at(*process.contour, i);
+            sum += Complex(p.x, p.y) * std::polar(1.0, -2.0 * M_PI * (long(k) * i % n) / n);
         }
         spectrum[static_cast<std::size_t>(k)] = sum / double(n);
         total += k > 0 ? std::abs(sum) / n : 0.0;
@@ -171,10 +147,9 @@ TEST(HierarchyIterativeProcess, TheSmoothBladeIsTheSumOfTheSlowFrequenciesOfHalf
     for (int i = 0; i < n; i += 13) {
         Complex place = 0.0;
         for (int k = -count; k <= count; ++k) {
-            place += element(k) * std::polar(1.0, 2.0 * pi * k * i / n);
+            place += element(k) * std::polar(1.0, 2.0 * M_PI * k * i / n);
         }
-        EXPECT_NEAR(smooth[i][0], place.real(), 0.02);
-        EXPECT_NEAR(smooth[i][1], place.imag(), 0.02);
+        EXPECT_LT(leaf::distance(at(smooth, i), {place.real(), place.imag()}), 0.02);
     }
     EXPECT_GT(leaf::distance(at(*process.contour, 0), at(smooth, 0)), 1.0)
         << "the contour itself stays";
@@ -185,17 +160,14 @@ TEST(HierarchyIterativeProcess, SinusesFallAsTheRoundsSayOnRandomLeaves)
     std::size_t all = 0;
     for (unsigned seed = 1; seed <= 40; ++seed) {
         SCOPED_TRACE(seed);
-        const leaf::LabelledLeaf drawn = leaf::drawRandomTeeth(seed);
-        const auto stack = leaf::stackOf({drawn.outline});
-        leaf::Outline outline = drawn.outline;
+        leaf::Outline outline = leaf::drawRandomTeeth(seed).outline;
         std::mt19937 random(seed);
         std::shuffle(outline.sinuses.begin(), outline.sinuses.end(), random);
         if (outline.tips.empty()) {
             continue;
         }
-        Iterative process;
         const float share = 0.05f + 0.01f * static_cast<float>(seed);
-        read(process, *stack, outline, share);
+        Iterative process(outline, share);
         const Curve<float> smooth = process.createSmoothBlade().resample(1500);
         const int h = 5 + static_cast<int>(seed);
         const std::vector<Point> expected = demoted(process, smooth, h, share);
@@ -204,8 +176,7 @@ TEST(HierarchyIterativeProcess, SinusesFallAsTheRoundsSayOnRandomLeaves)
         for (int k = 0; k < secondary.getSize(); ++k) {
             found.push_back(at(secondary, k));
         }
-        EXPECT_TRUE(leaf::samePlaces(found, expected, 0.0))
-            << found.size() << " " << expected.size();
+        EXPECT_TRUE(leaf::samePlaces(found, expected, 0.0));
         all += found.size();
     }
     EXPECT_GT(all, 30u);
@@ -241,31 +212,28 @@ TEST(HierarchyIterativeProcess, OneSinusFallsARoundAndTheProtectedOnesNever)
 TEST(HierarchyIterativeProcess, OfTheTipsBetweenTwoPrimarySinusesTheFarthestIsPrimary)
 {
     const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(false);
-    const auto stack = leaf::stackOf({drawn.outline});
-    Iterative process;
-    read(process, *stack, drawn.outline, 0.2f);
+    Iterative process(drawn.outline, 0.2f);
     process.createModelsForHierarchy();
     process.createModelSecondarySinus();
     process.createModelSecondaryPeaks();
     process.getModels(0);
     process.createModelsItemsSecondary(0);
     Vertices<float> secondary(2, 0, 0, 4);
-    const Vector<int> order = process.indexesPrimarySinuses();
-    for (int k = 0; k < order.getSize(); ++k) {
-        const Point place = at(*process.primarySinus, k);
-        if (leaf::distance(place, drawn.secondarySinuses[0]) < 3) {
+    const int sinuses = process.primarySinus->getSize();
+    for (int k = 0; k < sinuses; ++k) {
+        if (leaf::distance(at(*process.primarySinus, k), drawn.secondarySinuses[0]) < 3) {
             secondary.append((*process.primarySinus)[k]);
         }
     }
     ASSERT_EQ(secondary.getSize(), 1);
     process.updateSecondaryStructure(secondary);
-    EXPECT_EQ(process.primarySinus->getSize(), order.getSize() - 1);
+    EXPECT_EQ(process.primarySinus->getSize(), sinuses - 1);
     Matrix<int> table = process.buildMatrix();
     process.computeProjectionOnMatrix(table);
     ASSERT_EQ(table.getSize1(), 15);
-    const std::vector<int> codes = {0, 1, 2, 1, 0, 1, 0, 3, 0, 1, 0, 1, 0, 1, 0};
+    const int codes[] = {0, 1, 2, 1, 0, 1, 0, 3, 0, 1, 0, 1, 0, 1, 0};
     for (int k = 0; k < 15; ++k) {
-        EXPECT_EQ(table[k][1], codes[static_cast<std::size_t>(k)]) << k;
+        EXPECT_EQ(table[k][1], codes[k]) << k;
         EXPECT_EQ(table[k][2] > 0, table[k][1] == 1) << k;
     }
     // From the corners as they were drawn: (80, 148) and (180, 200) to the middle of (60, 100) and
@@ -273,7 +241,7 @@ TEST(HierarchyIterativeProcess, OfTheTipsBetweenTwoPrimarySinusesTheFarthestIsPr
     EXPECT_NEAR(table[1][2], std::hypot(80.0, 43.0), 3.0);
     EXPECT_NEAR(table[3][2], std::hypot(20.0, 95.0), 3.0);
     process.updatePeaks();
-    EXPECT_TRUE(
-        leaf::samePlaces(leaf::vertices(*stack, "Secondary Peak", 0), {drawn.secondaryTips[0]}, 3));
-    EXPECT_EQ(leaf::vertices(*stack, "Primary Peak", 0).size(), 5u);
+    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*process.owned, "Secondary Peak", 0),
+                                 {drawn.secondaryTips[0]}, 3));
+    EXPECT_EQ(leaf::vertices(*process.owned, "Primary Peak", 0).size(), 5u);
 }

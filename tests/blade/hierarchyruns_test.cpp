@@ -1,117 +1,80 @@
 // The choices of a hierarchy, one after the other on the same leaves.
 
-#include "blade/blademessages.h"
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
 #include "blade/hierarchyarabidoprocess.h"
 #include "blade/hierarchyiterativeprocess.h"
 #include "blade/nohierarchyprocess.h"
-#include "interface/lmxeventserver.h"
 #include "support/labelledleaf.h"
+#include "support/stages.h"
 
 #include <gtest/gtest.h>
 
-#include <iostream>
-#include <sstream>
-
 using leaf::Point;
+using Points = std::vector<Point>;
 
 namespace {
 
-/// Keeps what is said while it lives: messages, and both output streams.
-class Quiet
+/// Runs a process, and keeps what it writes on both streams.
+std::string runQuietly(ModelsManager& process, LMXStack& stack, const std::string& closing)
 {
-public:
-    Quiet()
-        : former_(
-              BladeMessages::setHandler([this](const std::string& text) { told.push_back(text); }))
-        , out_(std::cout.rdbuf(output.rdbuf()))
-        , err_(std::cerr.rdbuf(errors.rdbuf()))
-    {}
-
-    ~Quiet()
-    {
-        BladeMessages::setHandler(former_);
-        std::cout.rdbuf(out_);
-        std::cerr.rdbuf(err_);
-    }
-
-    std::vector<std::string> told;
-    std::ostringstream output;
-    std::ostringstream errors;
-
-private:
-    BladeMessages::Handler former_;
-    std::streambuf* out_;
-    std::streambuf* err_;
-};
+    process.setStack(stack);
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(leaf::run(process).back(), closing);
+    testing::internal::GetCapturedStdout();
+    return testing::internal::GetCapturedStderr();
+}
 
 std::size_t runRecursive(LMXStack& stack, int degrees, bool distal)
 {
-    Quiet quiet;
     HierarchyArabidoProcess process;
-    process.setStack(stack);
     process.setLimitAngle(degrees);
     process.setEnableDistalTeeth(distal);
-    process.run();
-    EXPECT_EQ(quiet.told, (std::vector<std::string>{"Hierarchy process is complete"}));
+    const std::string errors = runQuietly(process, stack, "Hierarchy process is complete");
     std::string dropped;
     for (const std::string& text : process.getDropped()) {
         dropped += text + "\n";
     }
-    EXPECT_EQ(quiet.errors.str(), dropped);
+    EXPECT_EQ(errors, dropped);
     return process.getDropped().size();
 }
 
 void runIterative(LMXStack& stack, float tolerance)
 {
-    Quiet quiet;
     HierarchyIterativeProcess process;
-    process.setStack(stack);
     process.setTolerance(tolerance);
-    process.run();
-    EXPECT_EQ(quiet.told, (std::vector<std::string>{"Hierarchy process is complete"}));
+    runQuietly(process, stack, "Hierarchy process is complete");
 }
 
-void runNone(LMXStack& stack)
+void expectPlaces(LMXStack& stack, int slice, const char* name, const Points& places)
 {
-    Quiet quiet;
-    NoHierarchyProcess process;
-    process.setStack(stack);
-    process.run();
-    EXPECT_EQ(quiet.told, (std::vector<std::string>{"No Hierarchy process is complete"}));
+    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(stack, name, slice), places, 4.0))
+        << name << " " << leaf::vertices(stack, name, slice).size() << " " << places.size();
 }
 
-/// The landmarks of all kinds on the slice, each place once.
-std::vector<Point> allPlaces(LMXStack& stack, int slice, const std::vector<std::string>& names)
+void expectAsDrawn(LMXStack& stack, int slice, const leaf::LabelledLeaf& drawn)
 {
-    std::vector<Point> places;
-    for (const std::string& name : names) {
-        for (const Point& point : leaf::vertices(stack, name, slice)) {
-            bool known = false;
-            for (const Point& other : places) {
-                known = known || leaf::distance(point, other) == 0.0;
-            }
-            if (!known) {
+    expectPlaces(stack, slice, "Primary Sinus", drawn.primarySinuses);
+    expectPlaces(stack, slice, "Secondary Sinus", drawn.secondarySinuses);
+    expectPlaces(stack, slice, "Primary Peak", drawn.primaryTips);
+    expectPlaces(stack, slice, "Secondary Peak", drawn.secondaryTips);
+}
+
+/// The landmarks of all kinds on slice 0, each place once. No item is empty.
+Points allPlaces(LMXStack& stack, const std::string& kind)
+{
+    Points places;
+    for (const char* order : {"Primary ", "Primary Distal ", "Secondary "}) {
+        const ModelItem* item = leaf::findItem(stack, order + kind, 0);
+        EXPECT_TRUE(!item || item->getSize() > 0) << order << kind;
+        for (const Point& point : leaf::vertices(stack, order + kind, 0)) {
+            if (std::none_of(places.begin(), places.end(), [&](const Point& other) {
+                    return leaf::distance(point, other) == 0.0;
+                })) {
                 places.push_back(point);
             }
         }
     }
     return places;
-}
-
-const std::vector<std::string> sinusModels = {"Primary Sinus", "Primary Distal Sinus",
-                                              "Secondary Sinus"};
-const std::vector<std::string> tipModels = {"Primary Peak", "Primary Distal Peak",
-                                            "Secondary Peak"};
-
-void expectAllItemsHaveVertices(LMXStack& stack)
-{
-    for (int i = 0; i < stack.getNumSlices(); ++i) {
-        for (int k = 0; k < stack.getSlice(i).getNumItems(); ++k) {
-            EXPECT_GT(stack.getSlice(i).getItem(k).getSize(), 0);
-        }
-    }
 }
 
 } // namespace
@@ -121,26 +84,16 @@ TEST(HierarchyArabidoProcess, TeethOnTeethAreLabelledAsDrawn)
     const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(true);
     const auto stack = leaf::stackOf({drawn.outline, drawn.outline});
     leaf::addLandmarks(*stack, 1, drawn.outline);
-    leaf::addItem(*stack, "Apex", PRIMITIVE_POLYPOINT, 0, {drawn.outline.apex});
+    leaf::mark(*stack, "Apex", 0, {drawn.outline.apex});
     EXPECT_EQ(runRecursive(*stack, 45, false), 0u);
-    EXPECT_TRUE(
-        leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 1), drawn.primarySinuses, 3));
-    EXPECT_TRUE(
-        leaf::samePlaces(leaf::vertices(*stack, "Secondary Sinus", 1), drawn.secondarySinuses, 3));
-    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Peak", 1), drawn.primaryTips, 3));
-    EXPECT_TRUE(
-        leaf::samePlaces(leaf::vertices(*stack, "Secondary Peak", 1), drawn.secondaryTips, 3));
+    expectAsDrawn(*stack, 1, drawn);
     EXPECT_EQ(stack->findModel("Primary Distal Sinus"), -1);
     EXPECT_EQ(leaf::findItem(*stack, "Secondary Peak", 0), nullptr) << "no landmark, no hierarchy";
-
-    // Above two pi no sinus is wide enough.
+    // Above two pi no sinus is wide enough, with a limit near 0 all are.
     runRecursive(*stack, 115, false);
     EXPECT_EQ(leaf::vertices(*stack, "Primary Sinus", 1).size(), 4u);
-    // With a limit near 0 all are.
     runRecursive(*stack, 1, false);
-    EXPECT_TRUE(
-        leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 1), drawn.outline.sinuses, 4));
-    expectAllItemsHaveVertices(*stack);
+    expectPlaces(*stack, 1, "Primary Sinus", drawn.outline.sinuses);
 }
 
 TEST(HierarchyArabidoProcess, ASmallToothBesideTheTipIsDistal)
@@ -155,85 +108,64 @@ TEST(HierarchyArabidoProcess, ASmallToothBesideTheTipIsDistal)
     even[3] = {290, 120, Mark::Tip};
     even[5] = {400, 260, Mark::Tip}; // the upper half then has no distal tooth
     const leaf::LabelledLeaf both = leaf::drawCorners(half, half);
-    const leaf::LabelledLeaf one = leaf::drawCorners(half, even);
-    const auto stack = leaf::stackOf({both.outline, one.outline});
-    leaf::addLandmarks(*stack, 0, both.outline);
-    leaf::addLandmarks(*stack, 1, one.outline);
+    const auto stack = leaf::landmarkedStack({both.outline, leaf::drawCorners(half, even).outline});
     runRecursive(*stack, 30, true);
-
-    const std::vector<Point>& sinuses = both.outline.sinuses; // from the base to the tip, 0 to 3
-    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Distal Sinus", 0),
-                                 {sinuses[2], sinuses[3], sinuses[4], sinuses[5]}, 3));
-    EXPECT_TRUE(leaf::samePlaces(
-        leaf::vertices(*stack, "Primary Sinus", 0),
-        {sinuses[0], sinuses[1], sinuses[2], sinuses[5], sinuses[6], sinuses[7]}, 3));
-    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Distal Peak", 0),
-                                 {both.outline.tips[2], both.outline.tips[3]}, 3));
+    const Points& s = both.outline.sinuses; // from the base to the tip, 0 to 3
+    expectPlaces(*stack, 0, "Primary Distal Sinus", {s[2], s[3], s[4], s[5]});
+    expectPlaces(*stack, 0, "Primary Sinus", {s[0], s[1], s[2], s[5], s[6], s[7]});
+    const Points& t = both.outline.tips;
+    expectPlaces(*stack, 0, "Primary Distal Peak", {t[2], t[3]});
     EXPECT_EQ(leaf::vertices(*stack, "Primary Peak", 0).size(), 4u);
-    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Distal Sinus", 1),
-                                 {sinuses[2], sinuses[3]}, 3));
+    expectPlaces(*stack, 1, "Primary Distal Sinus", {s[2], s[3]});
     EXPECT_EQ(leaf::vertices(*stack, "Primary Distal Peak", 1).size(), 1u);
     EXPECT_EQ(leaf::vertices(*stack, "Primary Sinus", 1).size(), 7u);
-
     runRecursive(*stack, 30, false);
     EXPECT_EQ(stack->findModel("Primary Distal Sinus"), -1);
-    EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 0), sinuses, 3));
+    expectPlaces(*stack, 0, "Primary Sinus", s);
 }
 
 TEST(HierarchyIterativeProcess, TeethOnTeethAreLabelledAsDrawn)
 {
     const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(false);
-    const auto stack = leaf::stackOf({drawn.outline});
-    leaf::addLandmarks(*stack, 0, drawn.outline);
+    const auto stack = leaf::landmarkedStack({drawn.outline});
     runIterative(*stack, 0.2f);
-    const auto expectPlaces = [&](const char* name, const std::vector<Point>& places) {
-        EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, name, 0), places, 3)) << name;
-    };
-    expectPlaces("Primary Sinus", drawn.primarySinuses);
-    expectPlaces("Secondary Sinus", drawn.secondarySinuses);
-    expectPlaces("Primary Peak", drawn.primaryTips);
-    expectPlaces("Secondary Peak", drawn.secondaryTips);
+    expectAsDrawn(*stack, 0, drawn);
     // At a stringency of 1 nothing falls, and all labels are folded back.
     runIterative(*stack, 1.0f);
-    expectPlaces("Primary Sinus", drawn.outline.sinuses);
-    expectPlaces("Primary Peak", drawn.outline.tips);
+    expectPlaces(*stack, 0, "Primary Sinus", drawn.outline.sinuses);
+    expectPlaces(*stack, 0, "Primary Peak", drawn.outline.tips);
 }
 
 TEST(Hierarchy, NoLandmarkIsLostInAnyOrderOfRuns)
 {
-    std::vector<leaf::Outline> outlines;
-    for (unsigned seed = 1; seed <= 30; ++seed) {
-        outlines.push_back(leaf::drawRandomTeeth(seed).outline);
-    }
     std::mt19937 random(5);
-    std::size_t dropped = 0;
-    for (const leaf::Outline& outline : outlines) {
-        const auto stack = leaf::stackOf({outline});
-        leaf::addLandmarks(*stack, 0, outline);
+    for (unsigned seed = 1; seed <= 30; ++seed) {
+        const leaf::Outline outline = leaf::drawRandomTeeth(seed).outline;
+        const auto stack = leaf::landmarkedStack({outline});
+        std::size_t dropped = 0;
         for (int round = 0; round < 6 && dropped == 0; ++round) {
             SCOPED_TRACE(round);
             const unsigned choice = random() % 4u;
             if (choice == 0) {
                 runIterative(*stack, 0.05f + 0.002f * static_cast<float>(random() % 200u));
             } else if (choice == 1) {
-                runNone(*stack);
+                NoHierarchyProcess none;
+                runQuietly(none, *stack, "No Hierarchy process is complete");
                 EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
                 EXPECT_EQ(stack->findModel("Primary Distal Peak"), -1);
             } else {
                 dropped =
                     runRecursive(*stack, 1 + static_cast<int>(random() % 179u), random() % 2u == 0);
             }
-            const std::vector<Point> sinuses = allPlaces(*stack, 0, sinusModels);
-            const std::vector<Point> tips = allPlaces(*stack, 0, tipModels);
+            const Points sinuses = allPlaces(*stack, "Sinus");
+            const Points tips = allPlaces(*stack, "Peak");
             EXPECT_EQ(sinuses.size() + tips.size() + dropped,
                       outline.sinuses.size() + outline.tips.size());
             if (dropped == 0) {
                 EXPECT_TRUE(leaf::samePlaces(sinuses, outline.sinuses, 6.0));
                 EXPECT_TRUE(leaf::samePlaces(tips, outline.tips, 6.0));
             }
-            expectAllItemsHaveVertices(*stack);
         }
-        dropped = 0;
     }
 }
 
@@ -244,18 +176,15 @@ TEST(Hierarchy, ASinusInThePlaceOfTheApexOrOfATipStays)
          {leaf::Corner{600.0, 0.0, Mark::Sinus}, leaf::Corner{350.0, 190.0, Mark::Sinus}}) {
         const leaf::LabelledLeaf drawn =
             leaf::drawCorners({}, {{60.0, 100.0, Mark::Sinus}, {350.0, 190.0, Mark::Tip}, corner});
-        const auto stack = leaf::stackOf({drawn.outline});
-        leaf::addLandmarks(*stack, 0, drawn.outline);
+        const auto stack = leaf::landmarkedStack({drawn.outline});
         leaf::Probe(*stack).createModelsForHierarchy();
-        Quiet quiet;
         HierarchyArabidoProcess process;
         process.setStack(*stack);
         process.setLimitAngle(45);
         process.createModelSecondarySinus();
         process.createModelSecondaryPeaks();
         process.process(0);
-        EXPECT_TRUE(
-            leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 0), drawn.outline.sinuses, 3));
+        expectPlaces(*stack, 0, "Primary Sinus", drawn.outline.sinuses);
         EXPECT_EQ(leaf::vertices(*stack, "Primary Peak", 0).size(), 1u);
     }
 }
@@ -263,52 +192,37 @@ TEST(Hierarchy, ASinusInThePlaceOfTheApexOrOfATipStays)
 TEST(Hierarchy, AFaultyLeafStopsTheRunBeforeAnyLabelChanges)
 {
     const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(true);
-    const auto stack = leaf::stackOf({drawn.outline, drawn.outline});
-    leaf::addLandmarks(*stack, 0, drawn.outline);
     leaf::Outline faulty = drawn.outline;
     faulty.tips.pop_back();
-    leaf::addLandmarks(*stack, 1, faulty);
-    const std::vector<Point> before = leaf::vertices(*stack, "Primary Sinus", 0);
-    const auto expectStopped = [&](ModelsManager& process, const char* closing) {
-        Quiet quiet;
-        process.setStack(*stack);
-        process.run();
-        ASSERT_EQ(quiet.told.size(), 2u);
-        EXPECT_EQ(quiet.told[0],
-                  "leaf1:  wrong number for Sinus and Peaks pinnate, \n Please check "
-                  "and correct your stack, save the changes.\n");
-        EXPECT_EQ(quiet.told[0], process.getLeafFaults());
-        EXPECT_EQ(quiet.told[1], closing);
+    const auto stack = leaf::landmarkedStack({drawn.outline, faulty});
+    const Points before = leaf::vertices(*stack, "Primary Sinus", 0);
+    HierarchyArabidoProcess recursive;
+    HierarchyIterativeProcess iterative;
+    NoHierarchyProcess none;
+    for (ModelsManager* process :
+         std::initializer_list<ModelsManager*>{&recursive, &iterative, &none}) {
+        process->setStack(*stack);
+        const auto told = leaf::run(*process);
+        ASSERT_EQ(told.size(), 2u);
+        EXPECT_EQ(told[0], "leaf1:  wrong number for Sinus and Peaks pinnate, \n Please check "
+                           "and correct your stack, save the changes.\n");
+        EXPECT_EQ(told[0], process->getLeafFaults());
+        EXPECT_EQ(told[1],
+                  std::string(process == &none ? "No " : "") + "Hierarchy process is complete");
         EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
         EXPECT_TRUE(leaf::samePlaces(leaf::vertices(*stack, "Primary Sinus", 0), before, 0.0));
-    };
-    HierarchyArabidoProcess recursive;
-    recursive.setLimitAngle(45);
-    expectStopped(recursive, "Hierarchy process is complete");
-    HierarchyIterativeProcess iterative;
-    expectStopped(iterative, "Hierarchy process is complete");
-    NoHierarchyProcess none;
-    expectStopped(none, "No Hierarchy process is complete");
+    }
 }
 
 TEST(Hierarchy, DetectingSinusesOrTipsAgainDeletesTheSecondaryLandmarks)
 {
-    const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(true);
-    const auto stack = leaf::stackOf({drawn.outline});
-    leaf::addLandmarks(*stack, 0, drawn.outline);
-    runRecursive(*stack, 45, false);
-    EXPECT_GE(stack->findModel("Secondary Peak"), 0);
-    ExtractPeak tips;
-    tips.setStack(*stack);
-    tips.createModels();
-    EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
-    EXPECT_EQ(stack->findModel("Secondary Peak"), -1);
-
-    runRecursive(*stack, 45, false);
-    EXPECT_GE(stack->findModel("Secondary Sinus"), 0);
-    ExtractConvexPoints sinuses;
-    sinuses.setStack(*stack);
-    sinuses.createModels();
-    EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
-    EXPECT_EQ(stack->findModel("Secondary Peak"), -1);
+    const auto stack = leaf::landmarkedStack({leaf::drawTeethOnTeeth(true).outline});
+    for (const bool sinuses : {false, true}) {
+        runRecursive(*stack, 45, false);
+        EXPECT_GE(stack->findModel("Secondary Peak"), 0);
+        EXPECT_GE(stack->findModel("Secondary Sinus"), 0);
+        sinuses ? leaf::findSinuses(*stack) : leaf::findTips(*stack, PINNATE);
+        EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
+        EXPECT_EQ(stack->findModel("Secondary Peak"), -1);
+    }
 }

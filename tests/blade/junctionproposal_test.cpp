@@ -27,6 +27,11 @@ Point vertex(const Curve<float>& curve, int i)
     return {double(curve[i][0]), double(curve[i][1])};
 }
 
+bool proposes(const Polyline& points)
+{
+    return JunctionProposal::propose(closedCurve(points)).has_value();
+}
+
 /// The larger distance of a proposal from the places of the left and the right junction.
 double miss(const Curve<float>& contour, const Pair& pair, const Point& left, const Point& right)
 {
@@ -48,16 +53,10 @@ Polyline bladeOf(const LeafOutline& leaf)
 /// the left flank runs on to a height of `leftEnd`.
 Polyline obliqueLeaf(double leftEnd)
 {
-    return resampledLoop({{10, 900},
-                          {-10, 900},
-                          {-10, 800 - leftEnd},
-                          {-200, 500},
-                          {0, 100},
-                          {250, 500},
-                          {200, 800},
-                          {40, 840},
-                          {10, 800}},
-                         1.0);
+    const Polyline left = {{10, 900}, {-10, 900}, {-10, 800 - leftEnd}, {-200, 500}, {0, 100}};
+    Polyline corners = {{250, 500}, {200, 800}, {40, 840}, {10, 800}};
+    corners.insert(corners.begin(), left.begin(), left.end());
+    return resampledLoop(corners, 1.0);
 }
 
 } // namespace
@@ -73,7 +72,7 @@ TEST(JunctionProposal, OfDrawnLeavesLiesWithinTwoPercentAndIsNothingWithoutTheSt
         EXPECT_LE(miss(contour, *pair, leaf.leftJunction, leaf.rightJunction),
                   0.02 * plan.bladeLength)
             << plan.name;
-        EXPECT_FALSE(JunctionProposal::propose(closedCurve(bladeOf(leaf)))) << plan.name;
+        EXPECT_FALSE(proposes(bladeOf(leaf))) << plan.name;
     }
 }
 
@@ -121,7 +120,7 @@ TEST(JunctionProposal, FollowsTheFreeFlankPastALobeThatHidesTheOther)
         ASSERT_TRUE(pair) << leftEnd;
         EXPECT_LE(miss(contour, *pair, {-10, 800 - leftEnd}, {10, 800}), 7.0) << leftEnd;
     }
-    EXPECT_FALSE(JunctionProposal::propose(closedCurve(obliqueLeaf(200.0))));
+    EXPECT_FALSE(proposes(obliqueLeaf(200.0)));
 }
 
 TEST(JunctionProposal, IsNothingForShapesWithoutAStalk)
@@ -133,9 +132,7 @@ TEST(JunctionProposal, IsNothingForShapesWithoutAStalk)
         for (int i = 0; i < star.getSize(); ++i) {
             blob.push_back({star[i][0], star[i][1]});
         }
-        EXPECT_FALSE(
-            JunctionProposal::propose(closedCurve(smoothedLoop(resampledLoop(blob, 1.0), 25.0))))
-            << round;
+        EXPECT_FALSE(proposes(smoothedLoop(resampledLoop(blob, 1.0), 25.0))) << round;
     }
     // Lobes that narrow to a point, as narrow as 9 degrees to either side of their axis.
     for (int lobes = 5; lobes <= 8; ++lobes) {
@@ -145,7 +142,7 @@ TEST(JunctionProposal, IsNothingForShapesWithoutAStalk)
             const double distance = i % 2 == 0 ? 300.0 : 90.0;
             outline.push_back({distance * std::cos(angle), distance * std::sin(angle)});
         }
-        EXPECT_FALSE(JunctionProposal::propose(closedCurve(resampledLoop(outline, 1.0)))) << lobes;
+        EXPECT_FALSE(proposes(resampledLoop(outline, 1.0))) << lobes;
     }
     Curve<float> leaf = closedCurve(makeOutline(planLeaf(0, 1), 900, 1300).outline);
     ASSERT_TRUE(JunctionProposal::propose(leaf));
@@ -154,8 +151,9 @@ TEST(JunctionProposal, IsNothingForShapesWithoutAStalk)
     leaf.setOpen(false);
     leaf[7][0] = std::numeric_limits<float>::quiet_NaN();
     EXPECT_FALSE(JunctionProposal::propose(leaf));
-    EXPECT_FALSE(JunctionProposal::propose(Curve<float>()));
-    EXPECT_FALSE(JunctionProposal::propose(curveOf<float>({{1, 1}, {1, 1}, {1, 1}}, false)));
-    EXPECT_FALSE(JunctionProposal::propose(curveOf<float>({{0, 0}, {5, 5}, {9, 9}}, false)));
-    EXPECT_FALSE(JunctionProposal::propose(Curve<float>::square(0, 0, 10)));
+    for (const Curve<float>& curve :
+         {Curve<float>(), curveOf<float>({{1, 1}, {1, 1}, {1, 1}}, false),
+          curveOf<float>({{0, 0}, {5, 5}, {9, 9}}, false), Curve<float>::square(0, 0, 10)}) {
+        EXPECT_FALSE(JunctionProposal::propose(curve));
+    }
 }

@@ -1,25 +1,30 @@
-#include "blade/blademessages.h"
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
 #include "blade/leafanalysis.h"
-#include "support/leaf.h"
+#include "support/stages.h"
 #include "support/temporaryfolder.h"
+#include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
+#include <sstream>
 
 using leaf::Point;
 
 namespace {
 
+/// Measures leaves on which sinuses and tips were found.
 class Measures : public LeafAnalysis
 {
 public:
-    Measures(LMXStack& open, VenationType veins)
+    Measures(const std::vector<leaf::Outline>& outlines, VenationType veins, float pixelWidth)
+        : owned_(leaf::stackOf(outlines))
     {
-        setStack(open);
+        for (int i = 0; i < owned_->getNumSlices(); ++i) {
+            leaf::setPixelWidth(*owned_, i, pixelWidth);
+        }
+        leaf::findSinuses(*owned_);
+        leaf::findTips(*owned_, veins);
+        setStack(*owned_);
         setVenationType(veins);
         setStrength(3.0f);
         setInflection(12.0f);
@@ -33,64 +38,29 @@ public:
         }
     }
 
-    float leafValue(const std::string& column, int row) const
+    float leafValue(const std::string& column) const
     {
-        return getLeafTable().getValues<float>(column)[row];
+        return getLeafTable().getValues<float>(column)[0];
     }
 
-    float toothValue(const std::string& column, int row) const
+    int tips(int row) const { return getLeafTable().getValues<int>("Total_Peak_Number")[row]; }
+
+    float tooth(const std::string& column, int row) const
     {
         return getPeakTable().getValues<float>(column)[row];
     }
 
-    using LeafAnalysis::contour;
-};
+    std::string side(int row) const { return getPeakTable().getValues<std::string>("Side")[row]; }
 
-/// Sinuses and tips found on every slice, and each slice `pixelWidth` wide a pixel.
-void prepare(LMXStack& stack, VenationType venation, float pixelWidth)
-{
-    PixelCalibration calibration;
-    calibration.setPixelWidth(pixelWidth);
-    calibration.setPixelHeight(pixelWidth);
-    ExtractConvexPoints sinuses;
-    sinuses.setStack(stack);
-    sinuses.setNeigbourhood(25);
-    sinuses.setThresholdAngle(145.0f);
-    sinuses.createModels();
-    ExtractPeak tips;
-    tips.setStack(stack);
-    tips.setMethodToExtract(LocalCurvature);
-    tips.setExcludeNeighbourhood(10);
-    tips.setVenationType(venation);
-    tips.createModels();
-    for (int i = 0; i < stack.getNumSlices(); ++i) {
-        stack.getSlice(i).setPixelCalibration(calibration);
-        sinuses.process(i);
-        tips.process(i);
-    }
-}
+    using LeafAnalysis::stack;
+
+private:
+    std::unique_ptr<LMXStack> owned_;
+};
 
 leaf::Outline leafOf(int teethPerSide)
 {
-    leaf::Shape shape;
-    shape.teethPerSide = teethPerSide;
-    shape.toothHeight = 40.0;
-    return leaf::draw(shape);
-}
-
-double polygonArea(const std::vector<Point>& points)
-{
-    double twice = 0.0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const Point& next = points[(i + 1) % points.size()];
-        twice += points[i].x * next.y - points[i].y * next.x;
-    }
-    return twice / 2.0;
-}
-
-std::string firstLine(const std::string& text)
-{
-    return text.substr(0, text.find('\n'));
+    return leaf::draw(teethPerSide, 40.0);
 }
 
 } // namespace
@@ -99,46 +69,39 @@ TEST(LeafAnalysis, TheLeafTableAgreesWithTheDrawing)
 {
     const float w = 25.0f;
     const leaf::Outline outline = leafOf(4);
-    const auto stack = leaf::stackOf({outline});
-    prepare(*stack, PINNATE, w);
-    Measures measures(*stack, PINNATE);
+    Measures measures({outline}, PINNATE, w);
     measures.processAll();
-
-    const double petioleArea = 120.0 * 14.0;
-    const double area = (outline.area - petioleArea) * w * w;
-    EXPECT_NEAR(measures.leafValue("Blade_Area", 0) / area, 1.0, 0.01);
-    EXPECT_NEAR(measures.leafValue("Blade_Length", 0) / (600.0 * w), 1.0, 0.01);
-    EXPECT_NEAR(measures.leafValue("Petiole_Width", 0) / (14.0 * w), 1.0, 0.15);
-    EXPECT_GT(measures.leafValue("HullArea", 0), measures.leafValue("Blade_Area", 0));
-    EXPECT_LT(measures.leafValue("HullPerimeter", 0), measures.leafValue("Blade_Perimeter", 0));
-    const double length = measures.leafValue("Blade_Length", 0);
-    EXPECT_NEAR(measures.leafValue("Age(day)", 0),
-                12.0 * std::pow(length / (20000.0 - length), 1.0 / 3.0), 1e-3);
-    EXPECT_FLOAT_EQ(measures.leafValue("Age(hours)", 0), 24.0f * measures.leafValue("Age(day)", 0));
-    const double perimeter = measures.leafValue("Blade_Perimeter", 0);
-    EXPECT_NEAR(measures.leafValue("LeafDI", 0),
-                perimeter * perimeter / (4 * M_PI * measures.leafValue("Blade_Area", 0)), 1e-4);
+    const double area = measures.leafValue("Blade_Area");
+    const double length = measures.leafValue("Blade_Length");
+    const double perimeter = measures.leafValue("Blade_Perimeter");
+    EXPECT_NEAR(area / ((outline.area - 120.0 * 14.0) * w * w), 1.0, 0.01);
+    EXPECT_NEAR(length / (600.0 * w), 1.0, 0.01);
+    EXPECT_NEAR(measures.leafValue("Petiole_Width") / (14.0 * w), 1.0, 0.15);
+    EXPECT_GT(measures.leafValue("HullArea"), area);
+    EXPECT_LT(measures.leafValue("HullPerimeter"), perimeter);
+    EXPECT_NEAR(measures.leafValue("LeafDI"), perimeter * perimeter / (4 * M_PI * area), 1e-4);
+    const double days = measures.leafValue("Age(day)");
+    EXPECT_NEAR(days, 12.0 * std::pow(length / (20000.0 - length), 1.0 / 3.0), 1e-3);
+    EXPECT_FLOAT_EQ(measures.leafValue("Age(hours)"), 24.0f * float(days));
     // Across the axis the widest points of both halves are tips, the deepest ones sinuses.
-    EXPECT_GT(measures.leafValue("Blade_Width(BB)", 0), measures.leafValue("Blade_Width(IS)", 0));
-    EXPECT_EQ(measures.getLeafTable().getValues<int>("Total_Peak_Number")[0], 8);
+    EXPECT_GT(measures.leafValue("Blade_Width(BB)"), measures.leafValue("Blade_Width(IS)"));
+    EXPECT_EQ(measures.tips(0), 8);
 }
 
 TEST(LeafAnalysis, EachToothAgreesWithItsDrawing)
 {
     const float w = 2.0f;
     const leaf::Outline outline = leafOf(4);
-    const auto stack = leaf::stackOf({outline});
-    prepare(*stack, PINNATE, w);
-    Measures measures(*stack, PINNATE);
+    Measures measures({outline}, PINNATE, w);
     measures.processAll();
     ASSERT_EQ(measures.getPeakTable().numRows(), 8);
     for (int row = 0; row < 8; ++row) {
         SCOPED_TRACE(row);
         const bool upper = row < 4;
         const int position = upper ? row + 1 : row - 3;
-        EXPECT_EQ(measures.getPeakTable().getValues<std::string>("Side")[row],
-                  upper ? "upper" : "lower");
-        EXPECT_EQ(measures.toothValue("Tooth_Position", row), static_cast<float>(position));
+        const auto value = [&](const char* column) { return measures.tooth(column, row); };
+        EXPECT_EQ(measures.side(row), upper ? "upper" : "lower");
+        EXPECT_EQ(value("Tooth_Position"), static_cast<float>(position));
         // Rows count from the apex; the drawing's teeth run along the outline.
         const std::size_t tooth = static_cast<std::size_t>(upper ? 4 - position : 3 + position);
         const std::size_t sinus = upper ? tooth : tooth + 1;
@@ -146,54 +109,44 @@ TEST(LeafAnalysis, EachToothAgreesWithItsDrawing)
         const Point s1 = outline.sinuses[sinus + 1];
         const Point tip = outline.tips[tooth];
         const double width = leaf::distance(s0, s1);
-        const double area = std::fabs(polygonArea({s0, s1, tip}));
+        const double area = std::fabs(leaf::polygonArea({s0, s1, tip}));
         const Point middle = {(s0.x + s1.x) / 2, (s0.y + s1.y) / 2};
-        EXPECT_NEAR(measures.toothValue("Tooth_Width", row) / w, width, 5.0);
-        EXPECT_NEAR(measures.toothValue("Tooth_Height (altitude)", row) / w, 2.0 * area / width,
-                    3.5);
-        EXPECT_NEAR(measures.toothValue("Tooth_Height (median)", row) / w,
-                    leaf::distance(middle, tip), 4.0);
-        EXPECT_NEAR(measures.toothValue("Tooth_Area", row) / (w * w * area), 1.0, 0.25);
         const double asymmetry = leaf::distance(s0, tip) / leaf::distance(tip, s1);
-        EXPECT_NEAR(measures.toothValue("Tooth_Asymmetry", row), asymmetry, 0.35 * asymmetry);
-        EXPECT_NEAR(measures.toothValue("Tooth_Position_From_The_Tip", row) +
-                        measures.toothValue("Tooth_Position_From_The_Base", row),
-                    100.0, 1e-4);
-        EXPECT_NEAR(measures.toothValue("Tooth_Position_From_The_Tip", row),
-                    15.0 + 17.5 * (position - 1), 1.5);
+        EXPECT_NEAR(value("Tooth_Width") / w, width, 5.0);
+        EXPECT_NEAR(value("Tooth_Height (altitude)") / w, 2.0 * area / width, 3.5);
+        EXPECT_NEAR(value("Tooth_Height (median)") / w, leaf::distance(middle, tip), 4.0);
+        EXPECT_NEAR(value("Tooth_Area") / (w * w * area), 1.0, 0.25);
+        EXPECT_NEAR(value("Tooth_Asymmetry"), asymmetry, 0.35 * asymmetry);
+        EXPECT_NEAR(value("Tooth_Position_From_The_Tip"), 15.0 + 17.5 * (position - 1), 1.5);
+        EXPECT_NEAR(value("Tooth_Position_From_The_Base"),
+                    100.0 - value("Tooth_Position_From_The_Tip"), 1e-4);
     }
 }
 
 TEST(LeafAnalysis, SkewnessAndAsymmetryFollowTheirDefinitions)
 {
-    // A slanted tooth on a horizontal chord: up in 30 steps to (30, 40), down to (90, 0).
+    // A slanted tooth on a horizontal chord: up to (30, 40), down to (90, 0).
     Curve<float> chain(2, 3, 0, 0, true);
-    const float corners[3][2] = {{0, 0}, {30, 40}, {90, 0}};
-    for (int i = 0; i < 3; ++i) {
-        chain[i][0] = corners[i][0];
-        chain[i][1] = corners[i][1];
-    }
+    chain[0] = vectorOf<float>({0, 0});
+    chain[1] = vectorOf<float>({30, 40});
+    chain[2] = vectorOf<float>({90, 0});
     const LeafAnalysis process;
-    std::vector<double> places;
     const double flank = 50.0;
-    const double total = flank + std::hypot(60.0, 40.0);
-    for (int i = 0; i < 100; ++i) {
-        const double s = total * i / 100.0;
-        const double x = s < flank ? s / flank * 30.0 : 30.0 + (s - flank) / (total - flank) * 60.0;
-        places.push_back(x / 90.0);
-    }
+    const double other = std::hypot(60.0, 40.0);
+    std::vector<double> places;
     double mean = 0.0;
     double square = 0.0;
-    for (const double place : places) {
-        mean += place / 100.0;
-    }
-    for (const double place : places) {
-        square += (place - mean) * (place - mean) / 100.0;
+    for (int i = 0; i < 100; ++i) {
+        const double s = (flank + other) * i / 100.0;
+        places.push_back((s < flank ? s / flank * 30.0 : 30.0 + (s - flank) / other * 60.0) / 90.0);
+        mean += places.back() / 100.0;
+        square += places.back() * places.back() / 100.0;
     }
     const double median = (places[49] + places[50]) / 2.0;
-    EXPECT_NEAR(process.comptuteSkewness(chain), 3.0 * (mean - median) / std::sqrt(square), 1e-4);
-    EXPECT_NEAR(process.comptuteAsymmetry(chain, 10, 12, 11), flank / (total - flank), 1e-6);
+    EXPECT_NEAR(process.comptuteSkewness(chain),
+                3.0 * (mean - median) / std::sqrt(square - mean * mean), 1e-4);
     EXPECT_TRUE(std::isnan(process.comptuteAsymmetry(chain, 10, 12, 13)));
+    EXPECT_NEAR(process.comptuteAsymmetry(chain, 10, 12, 11), flank / other, 1e-6);
     EXPECT_NEAR(process.computeReversedCircularity(2.0f * float(M_PI), float(M_PI)), 1.0, 1e-6);
 }
 
@@ -203,89 +156,65 @@ TEST(LeafAnalysis, ColumnsFollowTheVenationAndTheFirstLeaf)
         "Slice_Name\tCalibration\tBlade_Length\tAge(day)\tAge(hours)\tBlade_Width(BB)\tBlade_Area\t"
         "Blade_Perimeter\tHullPerimeter\tHullArea\tPetiole_Width\tLeafDI\taHullDI\tDI\t"
         "Upper_Peak_Number\tLower_Peak_Number\t";
-
-    struct Case
-    {
-        int firstTeeth;
-        VenationType venation;
-        std::string end;
-    };
-
-    const Case cases[] = {
-        {4, PINNATE, "Blade_Width(IS)\tTotal_Peak_Number"},
-        {0, PINNATE, "Total_Peak_Number\tBlade_Width(IS)"},
-        {4, PALMATE, "Blade_Width(IS)\tTerminal_Peak_Number\tTotal_Peak_Number"},
-        {0, PALMATE, "Terminal_Peak_Number\tTotal_Peak_Number\tBlade_Width(IS)"},
-    };
-    for (const Case& example : cases) {
-        const auto stack = leaf::stackOf({leafOf(example.firstTeeth), leafOf(3)});
-        prepare(*stack, example.venation, 1.0f);
-        Measures measures(*stack, example.venation);
-        measures.processAll();
-        std::ostringstream text;
-        text << measures.getLeafTable();
-        EXPECT_EQ(firstLine(text.str()), toCounts + example.end);
-        const int terminal = example.venation == PALMATE ? 1 : 0;
-        EXPECT_EQ(measures.getLeafTable().getValues<int>("Total_Peak_Number")[1], 6 + terminal);
-        EXPECT_EQ(measures.getLeafTable().getValues<int>("Total_Peak_Number")[0],
-                  example.firstTeeth == 0 ? 0 : 8 + terminal);
+    for (const VenationType venation : {PINNATE, PALMATE}) {
+        for (const int teeth : {4, 0}) {
+            const int terminal = venation == PALMATE ? 1 : 0;
+            const std::string width = "Blade_Width(IS)";
+            const std::string counts =
+                std::string(terminal ? "Terminal_Peak_Number\t" : "") + "Total_Peak_Number";
+            Measures measures({leafOf(teeth), leafOf(3)}, venation, 1.0f);
+            measures.processAll();
+            std::ostringstream text;
+            text << measures.getLeafTable();
+            EXPECT_EQ(text.str().substr(0, text.str().find('\n')),
+                      toCounts + (teeth > 0 ? width + "\t" + counts : counts + "\t" + width));
+            EXPECT_EQ(measures.tips(0), teeth > 0 ? 8 + terminal : 0);
+            EXPECT_EQ(measures.tips(1), 6 + terminal);
+        }
     }
 }
 
 TEST(LeafAnalysis, APalmateLeafHasATerminalToothWithoutASide)
 {
-    const auto stack = leaf::stackOf({leafOf(3)});
-    prepare(*stack, PALMATE, 1.0f);
-    Measures measures(*stack, PALMATE);
+    Measures measures({leafOf(3)}, PALMATE, 1.0f);
     measures.processAll();
     ASSERT_EQ(measures.getPeakTable().numRows(), 7);
-    EXPECT_EQ(measures.toothValue("Tooth_Position", 3), 0.0f);
-    EXPECT_EQ(measures.getPeakTable().getValues<std::string>("Side")[3], "");
+    EXPECT_EQ(measures.tooth("Tooth_Position", 3), 0.0f);
+    EXPECT_EQ(measures.side(3), "");
     // Each half keeps its own tips, though the terminal tip lies among them.
     for (const int row : {0, 1, 2, 4, 5, 6}) {
-        EXPECT_NEAR(measures.toothValue("Tooth_Asymmetry", row), 1.0, 0.9);
+        EXPECT_NEAR(measures.tooth("Tooth_Asymmetry", row), 1.0, 0.9);
     }
 }
 
 TEST(LeafAnalysis, AToothWithoutATipHasNoMedianHeightAndNoAsymmetry)
 {
     const leaf::Outline outline = leafOf(4);
-    const auto stack = leaf::stackOf({outline});
-    prepare(*stack, PINNATE, 1.0f);
-    delete leaf::findItem(*stack, "Primary Peak", 0);
-    leaf::addItem(*stack, "Primary Peak", PRIMITIVE_POLYPOINT, 0,
-                  {outline.tips[0], outline.tips[3], outline.tips[4], outline.tips[7]});
-    Measures measures(*stack, PINNATE);
+    Measures measures({outline}, PINNATE, 1.0f);
+    const auto& t = outline.tips;
+    leaf::remark(*measures.stack, "Primary Peak", 0, {t[0], t[3], t[4], t[7]});
     measures.processAll();
-    const bool hasTip[] = {true, false, false, true, true, false, false, true};
     for (int row = 0; row < 8; ++row) {
-        SCOPED_TRACE(row);
-        EXPECT_EQ(measures.toothValue("Tooth_Height (median)", row) > 0.0f, hasTip[row]);
-        EXPECT_EQ(std::isnan(measures.toothValue("Tooth_Asymmetry", row)), !hasTip[row]);
+        const bool hasTip = row % 4 == 0 || row % 4 == 3;
+        const float median = measures.tooth("Tooth_Height (median)", row);
+        EXPECT_TRUE(hasTip ? median > 0.0f : median == 0.0f) << row;
+        EXPECT_EQ(std::isnan(measures.tooth("Tooth_Asymmetry", row)), !hasTip) << row;
     }
 }
 
 TEST(LeafAnalysis, SinusesOnOneHalfGiveTheTeethOfThatHalfAndNoWidth)
 {
     const leaf::Outline outline = leafOf(4);
-    const auto stack = leaf::stackOf({outline, leafOf(0)});
-    prepare(*stack, PINNATE, 1.0f);
-    delete leaf::findItem(*stack, "Primary Sinus", 0);
-    leaf::addItem(*stack, "Primary Sinus", PRIMITIVE_POLYPOINT, 0,
-                  {outline.sinuses[0], outline.sinuses[1], outline.sinuses[2]});
+    Measures measures({outline, leafOf(0)}, PINNATE, 1.0f);
+    const auto& s = outline.sinuses;
+    leaf::remark(*measures.stack, "Primary Sinus", 0, {s[0], s[1], s[2]});
     TemporaryFolder folder;
-    Measures measures(*stack, PINNATE);
     measures.setOutputPath(QString::fromStdString(folder.path().string()));
     measures.setPrefix("p");
-    std::vector<std::string> messages;
-    const auto former =
-        BladeMessages::setHandler([&](const std::string& text) { messages.push_back(text); });
-    measures.run();
-    BladeMessages::setHandler(former);
-    EXPECT_EQ(messages, std::vector<std::string>{"Analysis is complete"});
+    EXPECT_EQ(leaf::run(measures), std::vector<std::string>{"Analysis is complete"});
     EXPECT_TRUE(measures.isSaved());
     EXPECT_EQ(measures.getPeakTable().numRows(), 2);
-    EXPECT_TRUE(std::isnan(measures.leafValue("Blade_Width(IS)", 0)));
+    EXPECT_TRUE(std::isnan(measures.leafValue("Blade_Width(IS)")));
     const std::string table = folder.read("p_LeafMeasures.data");
     EXPECT_NE(table.find("\t2\t0\tnan\t2\n"), std::string::npos) << table;
     EXPECT_NE(table.find("\t0\t0\tnan\t0\n"), std::string::npos) << table;
