@@ -70,23 +70,24 @@ void ResultsWindow::createMenus()
     QAction* measures =
         file->addAction("&Measure", this, &ResultsWindow::measure, QKeySequence(Qt::Key_F5));
     measures->setToolTip("Measures the leaves of the open document");
-    QAction* project = file->addAction("P&roject File...", this, &ResultsWindow::openProject);
+    QAction* project = file->addAction("P&roject file...", this, &ResultsWindow::openProject);
     project->setToolTip("Takes venation and growth curve from a project file");
     file->addSeparator();
-    file->addAction("&Open Table...", this, &ResultsWindow::openTable, QKeySequence::Open);
-    file->addAction("Open &Shapes...", this, &ResultsWindow::openShapes);
-    file->addAction("Open &Folder of Curves...", this, &ResultsWindow::openFolderOfCurves);
+    file->addAction("&Open table...", this, &ResultsWindow::openTable, QKeySequence::Open);
+    file->addAction("Open &shapes...", this, &ResultsWindow::openShapes);
+    file->addAction("Open &folder of curves...", this, &ResultsWindow::openFolderOfCurves);
     file->addSeparator();
-    QAction* table = file->addAction("&Export Table...", this, &ResultsWindow::exportTable,
-                                     QKeySequence(Qt::CTRL | Qt::Key_E));
+    // Of the two entries with this key only one is open at a time.
+    const QKeySequence exporting(Qt::CTRL | Qt::Key_E);
+    QAction* table =
+        file->addAction("&Export table...", this, &ResultsWindow::exportTable, exporting);
     QAction* picture =
-        file->addAction("Save P&icture...", this, &ResultsWindow::savePicture, QKeySequence::Save);
+        file->addAction("Save p&icture...", this, &ResultsWindow::savePicture, exporting);
     file->addSeparator();
     file->addAction("&Close", this, &QWidget::close, QKeySequence::Close);
     QMenu* edit = menuBar()->addMenu("&Edit");
     QAction* copying = edit->addAction("&Copy", this, &ResultsWindow::copy, QKeySequence::Copy);
 
-    // Of two entries with one key only one is open at a time.
     const auto enable = [=](int tab) {
         table->setEnabled(tab <= TeethTab);
         copying->setEnabled(tab <= TeethTab);
@@ -94,10 +95,14 @@ void ResultsWindow::createMenus()
     };
     connect(tabs_, &QTabWidget::currentChanged, this, enable);
     enable(tabs_->currentIndex());
+    createToolBar({measures, table, picture, copying}, project);
+}
 
+void ResultsWindow::createToolBar(const QList<QAction*>& actions, QAction* project)
+{
     QToolBar* bar = addToolBar("Results");
     bar->setObjectName("resultsToolBar");
-    bar->addActions({measures, table, picture, copying});
+    bar->addActions(actions);
     bar->addSeparator();
     bar->addWidget(new QLabel("Venation: "));
     bar->addWidget(venation_);
@@ -249,7 +254,7 @@ ResultsWindow::chosenFile(const QString& title, const QString& proposal, const Q
 void ResultsWindow::openProject()
 {
     const QString file =
-        QFileDialog::getOpenFileName(this, "Project File", {}, "Projects (*.crp);;All files (*)");
+        QFileDialog::getOpenFileName(this, "Project file", {}, "Projects (*.crp);;All files (*)");
     if (file.isEmpty()) {
         return;
     }
@@ -266,7 +271,7 @@ void ResultsWindow::openProject()
 void ResultsWindow::openTable()
 {
     const QStringList files = QFileDialog::getOpenFileNames(
-        this, "Open Table", {}, "Tables of measures (*.data);;All files (*)");
+        this, "Open table", {}, "Tables of measures (*.data);;All files (*)");
     MeasureTables read;
     for (const QString& file : files) {
         const MeasureTables::Kind kind = read.load(file.toStdString());
@@ -282,7 +287,7 @@ void ResultsWindow::openTable()
 void ResultsWindow::openShapes()
 {
     const QStringList files = QFileDialog::getOpenFileNames(
-        this, "Open Shapes", {}, "Stacks and curves (*.sdf *.cv);;All files (*)");
+        this, "Open shapes", {}, "Stacks and curves (*.sdf *.cv);;All files (*)");
     if (files.isEmpty()) {
         return;
     }
@@ -300,7 +305,7 @@ void ResultsWindow::openShapes()
 
 void ResultsWindow::openFolderOfCurves()
 {
-    const QString folder = QFileDialog::getExistingDirectory(this, "Folder of Curves");
+    const QString folder = QFileDialog::getExistingDirectory(this, "Folder of curves");
     if (folder.isEmpty()) {
         return;
     }
@@ -320,7 +325,7 @@ void ResultsWindow::exportTable()
     const QString proposal =
         stack ? QString::fromStdString(MeasureTables::usualPath(currentKind(), *stack))
               : QString(leaves ? "LeafMeasures.data" : "PeakMeasures.data");
-    const QString file = chosenFile("Export Table", proposal, "Tables of measures (*.data)");
+    const QString file = chosenFile("Export table", proposal, "Tables of measures (*.data)");
     if (file.isEmpty()) {
         return;
     }
@@ -335,7 +340,7 @@ void ResultsWindow::savePicture()
 {
     const bool plot = tabs_->currentIndex() == PlotTab;
     const QString file =
-        chosenFile("Save Picture", plot ? "plot.png" : "shapes.png", "Pictures (*.png *.svg)");
+        chosenFile("Save picture", plot ? "plot.png" : "shapes.png", "Pictures (*.png *.svg)");
     if (file.isEmpty()) {
         return;
     }

@@ -4,11 +4,13 @@
 #include "interface/lmxeventclient.h"
 #include "shell/projectconfig.h"
 
+#include <QList>
 #include <QMainWindow>
 
 class AveragesPage;
 class LMXRootMediator;
 class PlotPage;
+class QAction;
 class QComboBox;
 class QLabel;
 class QTabWidget;
@@ -63,6 +65,7 @@ protected:
 
 private:
     void createMenus();
+    void createToolBar(const QList<QAction*>& actions, QAction* project);
     void createPages();
     ResultTableView* createTable(MeasureTables::Kind kind);
     MeasureTables::Kind currentKind() const;
