@@ -11,7 +11,6 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
-#include <QProcess>
 #include <QSpinBox>
 #include <QToolButton>
 
@@ -40,14 +39,11 @@ public:
             shape.angleDegrees = 80.0 + 3.0 * i;
             outlines.push_back(leaf::draw(shape));
         }
-        stack = leaf::stackOf(outlines);
+        stack = leaf::landmarkedStack(outlines);
         stack->setName("oaks");
+        fs::create_directory(folder.file("out"));
         stacks::writeImage(folder.file("blank.tif"), 10, 10);
-        for (std::size_t k = 0; k < outlines.size(); ++k) {
-            const int i = static_cast<int>(k);
-            leaf::addItem(*stack, "Apex", PRIMITIVE_POLYPOINT, i, {outlines[k].apex});
-            leaf::addItem(*stack, "Primary Sinus", PRIMITIVE_POLYPOINT, i, outlines[k].sinuses);
-            leaf::addItem(*stack, "Primary Peak", PRIMITIVE_POLYPOINT, i, outlines[k].tips);
+        for (int i = 0; i < 7; ++i) {
             stack->getSlice(i).setImageSource(ImageSourceFile(folder.file("blank.tif")));
             stack->getSlice(i).setPixelCalibration(stacks::calibration(0.25f, 1.0f));
         }
@@ -69,12 +65,9 @@ public:
 
     std::map<std::string, std::string> averagesOfTheCommand(const QStringList& options) const
     {
-        QProcess process;
-        process.start(COMMAND_FILE, QStringList{"average", path("oaks.sdf"), "--sinuses", "--peaks",
-                                                "--out", path("out")} +
-                                        options);
-        EXPECT_TRUE(process.waitForFinished(60000));
-        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+        crenara(
+            QStringList{"average", path("oaks.sdf"), "--sinuses", "--peaks", "--out", path("out")} +
+            options);
         return takeOutput();
     }
 
@@ -86,23 +79,6 @@ public:
     TemporaryFolder folder;
     std::unique_ptr<LMXStack> stack;
 };
-
-QGroupBox& groupWith(const QWidget& page, const QString& buttonText)
-{
-    for (QToolButton* button : page.findChildren<QToolButton*>()) {
-        if (button->text() == buttonText) {
-            return *qobject_cast<QGroupBox*>(button->parentWidget());
-        }
-    }
-    throw std::runtime_error("no group with the button " + buttonText.toStdString());
-}
-
-/// A click as a user makes it on the check box of a group.
-void toggle(QGroupBox& box)
-{
-    box.setChecked(!box.isChecked());
-    emit box.clicked(box.isChecked());
-}
 
 void choose(const QWidget& page, const QString& buttonText, const QString& path)
 {
@@ -129,12 +105,24 @@ QStringList processOn(PluginWindow& window)
     return modals.boxes();
 }
 
-QStringList openAveraging(PluginWindow& window)
+/// A window on the page of averages, and the boxes that came up on the way to it.
+class AveragingWindow : public PluginWindow
 {
-    const Modals modals;
-    window.clickRow(averagingRow);
-    return modals.boxes();
-}
+public:
+    explicit AveragingWindow(LMXStack& stack)
+        : PluginWindow(stack)
+    {
+        openRows();
+        EXPECT_EQ(open(), QStringList());
+    }
+
+    QStringList open()
+    {
+        const Modals modals;
+        clickRow(averagingRow);
+        return modals.boxes();
+    }
+};
 
 } // namespace
 
@@ -143,10 +131,7 @@ TEST(CrenaraWindow, AveragesByAllFourMethodsLikeTheCommand)
     const LandmarkedLeaves leaves;
     leaves.folder.write("limits.txt", "70\n98\n113\n1000\n");
     leaves.folder.write("targets.txt", "100\n82.5\n");
-    fs::create_directory(leaves.folder.file("out"));
-    PluginWindow window(*leaves.stack);
-    window.openRows();
-    ASSERT_EQ(openAveraging(window), QStringList());
+    AveragingWindow window(*leaves.stack);
     QWidget& page = window.page();
     withText<QCheckBox>(page, "Primary Sinuses").click();
     withText<QCheckBox>(page, "Primary Peaks").click();
@@ -166,7 +151,7 @@ TEST(CrenaraWindow, AveragesByAllFourMethodsLikeTheCommand)
     sliding.click();
     run("sliding", {"sliding", "--number", "3"}, 12);
 
-    QGroupBox& file = groupWith(page, "Upload file :");
+    auto& file = *qobject_cast<QGroupBox*>(withText<QToolButton>(page, "Upload file :").parent());
     toggle(file);
     EXPECT_EQ(processOn(window), QStringList("Averaging: Please upload a file first"));
     choose(page, "Upload file :", leaves.path("targets.txt"));
@@ -185,9 +170,7 @@ TEST(CrenaraWindow, AveragesByAllFourMethodsLikeTheCommand)
 TEST(CrenaraWindow, AveragingPageShowsTheRangeOfTheLeaves)
 {
     const LandmarkedLeaves leaves;
-    PluginWindow window(*leaves.stack);
-    window.openRows();
-    ASSERT_EQ(openAveraging(window), QStringList());
+    AveragingWindow window(*leaves.stack);
     const QList<QDoubleSpinBox*> boxes = window.page().findChildren<QDoubleSpinBox*>();
     ASSERT_GE(boxes.size(), 3);
     const auto shows = [&](double value) {
@@ -200,7 +183,7 @@ TEST(CrenaraWindow, AveragingPageShowsTheRangeOfTheLeaves)
 
     delete leaf::findItem(*leaves.stack, "Apex", 4);
     window.clickRow(1);
-    EXPECT_EQ(openAveraging(window),
+    EXPECT_EQ(window.open(),
               QStringList("Averaging: Slice leaf4 lacks contour, two junctions or apex"));
     EXPECT_FALSE(window.page().isEnabled());
 }
@@ -211,10 +194,7 @@ TEST(CrenaraWindow, SlidingAveragesNeedFourSlices)
     while (leaves.stack->getNumSlices() > 3) {
         leaves.stack->deleteSlice(3);
     }
-    fs::create_directory(leaves.folder.file("out"));
-    PluginWindow window(*leaves.stack);
-    window.openRows();
-    ASSERT_EQ(openAveraging(window), QStringList());
+    AveragingWindow window(*leaves.stack);
     choose(window.page(), "Change directory", leaves.path("out"));
     withText<QCheckBox>(window.page(), "sliding averaging").click();
     EXPECT_EQ(processOn(window), QStringList(": Average aborted \n insufficient number of leaves"));

@@ -53,58 +53,73 @@ QGroupBox& group(const QWidget& page, const QString& title)
     throw std::runtime_error("no group " + title.toStdString());
 }
 
-/// A click as a user makes it on the check box of a group.
-void toggle(QGroupBox& box)
-{
-    box.setChecked(!box.isChecked());
-    emit box.clicked(box.isChecked());
-}
-
 } // namespace
 
-TEST(LMXChannelEditor, LeavesAChoiceOnlyWhereTheContentDoesNotForceIt)
+TEST(StagePages, GiveBackTheValuesThatTheyWereGivenOrThatWereChosen)
 {
-    LMXChannelEditor editor;
-    const QGroupBox& box = group(editor, "Channel selector ");
+    LMXChannelEditor channels;
+    const QGroupBox& box = group(channels, "Channel selector ");
     EXPECT_FALSE(box.isEnabled());
-    for (int content = 0; content <= 5; ++content) {
-        editor.setChannel(static_cast<ImageColorContent>(content));
+    for (int content = 0; content <= 5; ++content) { // a choice only where nothing forces it
+        channels.setChannel(static_cast<ImageColorContent>(content));
         EXPECT_EQ(box.isEnabled(), content >= 4) << content;
-        EXPECT_EQ(static_cast<int>(editor.getChannel()), content < 4 ? content : 0);
+        EXPECT_EQ(static_cast<int>(channels.getChannel()), content < 4 ? content : 0);
     }
-    withText<QRadioButton>(editor, "Blue channel").click();
-    EXPECT_EQ(static_cast<int>(editor.getChannel()), 3);
-}
+    withText<QRadioButton>(channels, "Blue channel").click();
+    EXPECT_EQ(static_cast<int>(channels.getChannel()), 3);
 
-TEST(ExtractContourConfigEditor, HoldsItsFourValues)
-{
-    ExtractContourConfigEditor page;
-    EXPECT_EQ(page.getFidelityValue(), 100);
-    EXPECT_EQ(page.getBackground(), DarkBackground);
-    EXPECT_FALSE(page.getImageType());
+    ExtractContourConfigEditor contour;
+    EXPECT_EQ(contour.getFidelityValue(), 100);
+    EXPECT_EQ(contour.getBackground(), DarkBackground);
+    EXPECT_FALSE(contour.getImageType());
     for (const auto& [set, shown] : {std::pair{5, 10}, {55, 55}, {1000, 100}}) {
-        page.setFidelity(set);
-        EXPECT_EQ(page.getFidelityValue(), shown);
+        contour.setFidelity(set);
+        EXPECT_EQ(contour.getFidelityValue(), shown);
     }
-    withText<QRadioButton>(page, "Ligth Background").click();
-    EXPECT_EQ(page.getBackground(), LightBackground);
-    page.setBackground(DarkBackground);
-    EXPECT_TRUE(withText<QRadioButton>(page, "Dark Background").isChecked());
-    page.findChild<QCheckBox*>()->click();
-    EXPECT_TRUE(page.getImageType());
-}
+    withText<QRadioButton>(contour, "Ligth Background").click();
+    EXPECT_EQ(contour.getBackground(), LightBackground);
+    contour.setBackground(DarkBackground);
+    EXPECT_TRUE(withText<QRadioButton>(contour, "Dark Background").isChecked());
+    contour.findChild<QCheckBox*>()->click();
+    EXPECT_TRUE(contour.getImageType());
 
-TEST(ExtractSinusConfigEditor, GivesBackItsConfigurationAndTruncatesTheAngle)
-{
-    ExtractSinusConfigEditor page;
+    ExtractSinusConfigEditor sinus;
     ExtractSinusLocalCurvatureConfig config;
     EXPECT_EQ(config.getNeigbourhood(), 25);
     EXPECT_EQ(config.getCurvatureAngle(), 145.0f);
     config.setNeighbourhood(31);
     config.setCurvatureAngle(120.9f);
-    page.setConfig(config);
-    EXPECT_EQ(page.getConfig().getNeigbourhood(), 31);
-    EXPECT_EQ(page.getConfig().getCurvatureAngle(), 120.0f);
+    sinus.setConfig(config);
+    EXPECT_EQ(sinus.getConfig().getNeigbourhood(), 31);
+    EXPECT_EQ(sinus.getConfig().getCurvatureAngle(), 120.0f) << "truncated";
+
+    ExtractPeaksConfigEditor peaks;
+    EXPECT_EQ(peaks.getMethodToExtract(), LocalSymmetry);
+    for (const int method : {int(LocalCurvature), 2}) { // what is no method changes nothing
+        peaks.setMethodToExtract(static_cast<MethodExtractPeaks>(method));
+        EXPECT_EQ(peaks.getMethodToExtract(), LocalCurvature);
+    }
+    withText<QRadioButton>(peaks, "Local Symmetry Maximun").click();
+    EXPECT_EQ(peaks.getMethodToExtract(), LocalSymmetry);
+    peaks.setExcludeNeighboorhood(1);
+    EXPECT_EQ(peaks.getExcludeNeighboorhood(), 2);
+
+    KineticParametersConfigEditor kinetic;
+    QSignalSpy spy(&kinetic, &KineticParametersConfigEditor::kineticGroupBoxState);
+    ProjectConfig project;
+    project.setInflectionPoint(12.3457f);
+    project.setScaling(52000.0f);
+    project.setStrengthFactor(2.5f);
+    project.setKineticEnabled(true);
+    kinetic.setConfig(project);
+    EXPECT_EQ(spy.count(), 0);
+    EXPECT_NEAR(kinetic.getConfig().getInflectionPoint(), 12.3457f, 1e-4f);
+    EXPECT_EQ(kinetic.getConfig().getScaling(), 52000.0f);
+    EXPECT_EQ(kinetic.getConfig().getStrengthFactor(), 2.5f);
+    EXPECT_TRUE(kinetic.getConfig().kineticIsEnabled());
+    toggle(group(kinetic, "Kinetic Parameters"));
+    EXPECT_EQ(spy.count(), 1);
+    EXPECT_FALSE(kinetic.getConfig().kineticIsEnabled());
 }
 
 TEST(PieChart, OpensUpwardsAsFarAsTheAngleSays)
@@ -130,23 +145,17 @@ TEST(PieChart, OpensUpwardsAsFarAsTheAngleSays)
     }
 }
 
-TEST(ExtractPeaksConfigEditor, FollowsTheChosenMethod)
-{
-    ExtractPeaksConfigEditor page;
-    EXPECT_EQ(page.getMethodToExtract(), LocalSymmetry);
-    page.setMethodToExtract(LocalCurvature);
-    EXPECT_EQ(page.getMethodToExtract(), LocalCurvature);
-    page.setMethodToExtract(static_cast<MethodExtractPeaks>(2));
-    EXPECT_EQ(page.getMethodToExtract(), LocalCurvature);
-    withText<QRadioButton>(page, "Local Symmetry Maximun").click();
-    EXPECT_EQ(page.getMethodToExtract(), LocalSymmetry);
-    page.setExcludeNeighboorhood(1);
-    EXPECT_EQ(page.getExcludeNeighboorhood(), 2);
-}
-
 TEST(LeafMeasuresConfigEditor, LocksThePrefixAndTakesAFolder)
 {
     const QTemporaryDir folder;
+    {
+        NewProjectDialog dialog;
+        const Modals cancelled({cancelDialog});
+        EXPECT_FALSE(withText<QPushButton>(dialog, "Done").isEnabled());
+        dialog.pathChooser();
+        EXPECT_TRUE(withText<QPushButton>(dialog, "Done").isEnabled()) << "it was asked for";
+        EXPECT_EQ(dialog.getOutputPath(), "");
+    }
     LeafMeasuresConfigEditor page;
     QPushButton& process = withText<QPushButton>(page, "&Process");
     ProjectConfig project;
@@ -154,12 +163,7 @@ TEST(LeafMeasuresConfigEditor, LocksThePrefixAndTakesAFolder)
     page.setConfig(project);
     EXPECT_FALSE(process.isEnabled());
 
-    QList<QLineEdit*> edits;
-    for (QLineEdit* edit : page.findChildren<QLineEdit*>()) {
-        if (!qobject_cast<QAbstractSpinBox*>(edit->parent())) {
-            edits.append(edit);
-        }
-    }
+    const QList<QLineEdit*> edits = lineEdits(page);
     ASSERT_EQ(edits.size(), 2);
     EXPECT_FALSE(edits[0]->isEnabled());
     QToolButton& pencil = withText<QToolButton>(page, "Change prefix name");
@@ -179,7 +183,7 @@ TEST(LeafMeasuresConfigEditor, LocksThePrefixAndTakesAFolder)
     EXPECT_EQ(edits[1]->text(), folder.path());
 }
 
-TEST(HierarchyConfigEditor, AtMostOneOfTheThreeChoicesIsChecked)
+TEST(HierarchyConfigEditor, AtMostOneOfTheThreeChoicesIsCheckedAndKeepsItsParameters)
 {
     HierarchyConfigEditor page;
     QGroupBox* const groups[] = {&group(page, "Hierarchy Recursive Method (Arabodipsis)"),
@@ -200,11 +204,7 @@ TEST(HierarchyConfigEditor, AtMostOneOfTheThreeChoicesIsChecked)
     QSignalSpy spy(&page, &HierarchyConfigEditor::processHierarchyClicked);
     withText<QPushButton>(page, "&Process").click();
     EXPECT_EQ(spy.count(), 1);
-}
 
-TEST(HierarchyConfigEditor, GivesBackTheParametersThatItWasGivenOrThatWereTyped)
-{
-    HierarchyConfigEditor page;
     EXPECT_EQ(page.getConfigHierarchyArabidoMethod().getAngleLimit(), 45);
     EXPECT_EQ(page.getConfigHierarchyIterativeMethod().getTolerance(), 0.3f);
     HierarchyArabidoConfig recursive;
@@ -224,37 +224,6 @@ TEST(HierarchyConfigEditor, GivesBackTheParametersThatItWasGivenOrThatWereTyped)
     factor.setValue(0.0);
     factor.stepUp();
     EXPECT_EQ(page.getConfigHierarchyIterativeMethod().getTolerance(), 0.07f);
-}
-
-TEST(KineticParametersConfigEditor, GivesBackTheFourValuesOfAProject)
-{
-    KineticParametersConfigEditor editor;
-    QSignalSpy spy(&editor, &KineticParametersConfigEditor::kineticGroupBoxState);
-    ProjectConfig project;
-    project.setInflectionPoint(12.3457f);
-    project.setScaling(52000.0f);
-    project.setStrengthFactor(2.5f);
-    project.setKineticEnabled(true);
-    editor.setConfig(project);
-    EXPECT_EQ(spy.count(), 0);
-    EXPECT_NEAR(editor.getConfig().getInflectionPoint(), 12.3457f, 1e-4f);
-    EXPECT_EQ(editor.getConfig().getScaling(), 52000.0f);
-    EXPECT_EQ(editor.getConfig().getStrengthFactor(), 2.5f);
-    EXPECT_TRUE(editor.getConfig().kineticIsEnabled());
-    toggle(group(editor, "Kinetic Parameters"));
-    EXPECT_EQ(spy.count(), 1);
-    EXPECT_FALSE(editor.getConfig().kineticIsEnabled());
-}
-
-TEST(NewProjectDialog, OpensDoneOnceAFolderWasAskedFor)
-{
-    NewProjectDialog dialog;
-    QPushButton& done = withText<QPushButton>(dialog, "Done");
-    EXPECT_FALSE(done.isEnabled());
-    Modals modals({cancelDialog});
-    dialog.pathChooser();
-    EXPECT_TRUE(done.isEnabled());
-    EXPECT_EQ(dialog.getOutputPath(), "");
 }
 
 TEST(AveragingConfigPage, KeepsStepsAndNumberInStep)
@@ -291,39 +260,32 @@ TEST(AveragingConfigPage, TheMethodOpensProcessAndNamesTheFileGroup)
     QCheckBox& sliding = withText<QCheckBox>(page, "sliding averaging");
     QGroupBox& user = group(page, "User defined parameters");
     QGroupBox& file = group(page, "Choice a method");
-    const QDoubleSpinBox& steps = row<QDoubleSpinBox>(page, "Steps :");
-    EXPECT_FALSE(process.isEnabled());
-    EXPECT_EQ(page.getMethodAveraging(), 1);
-
+    const auto expectState = [&](int method, bool open, bool own, bool both) {
+        EXPECT_EQ(page.getMethodAveraging(), method);
+        EXPECT_EQ(process.isEnabled(), open) << method;
+        EXPECT_TRUE(file.isChecked() == own && !(own && user.isChecked())) << method;
+        EXPECT_EQ(bins.isChecked() != sliding.isChecked(), both) << method;
+    };
+    expectState(1, false, file.isChecked(), false);
     toggle(user);
-    EXPECT_FALSE(file.isChecked());
     bins.click();
-    EXPECT_FALSE(process.isEnabled()) << "no group is checked";
+    expectState(2, false, false, true); // no group is checked
     EXPECT_EQ(file.title(), "User-defined neighborhood bins");
-    EXPECT_EQ(page.getMethodAveraging(), 2);
     toggle(file);
-    EXPECT_FALSE(user.isChecked());
     sliding.click();
-    EXPECT_FALSE(bins.isChecked());
-    EXPECT_TRUE(process.isEnabled());
+    expectState(3, true, true, true);
     EXPECT_EQ(file.title(), "User-defined ranks");
-    EXPECT_EQ(page.getMethodAveraging(), 3);
     toggle(user);
-    EXPECT_FALSE(file.isChecked());
-    EXPECT_EQ(page.getMethodAveraging(), 1);
+    expectState(1, true, false, true);
+    const QDoubleSpinBox& steps = row<QDoubleSpinBox>(page, "Steps :");
     EXPECT_TRUE(steps.isEnabled());
     bins.click();
-    EXPECT_FALSE(sliding.isChecked());
+    expectState(0, true, false, true);
     EXPECT_FALSE(steps.isEnabled());
-    EXPECT_EQ(page.getMethodAveraging(), 0);
     bins.click();
-    EXPECT_FALSE(bins.isChecked() || sliding.isChecked());
-    EXPECT_TRUE(process.isEnabled());
-}
+    expectState(page.getMethodAveraging(), true, false, false);
 
-TEST(AveragingConfigPage, PeaksDependOnSinuses)
-{
-    AveragingConfigPage page;
+    // Peaks depend on sinuses.
     QCheckBox& sinuses = withText<QCheckBox>(page, "Primary Sinuses");
     QCheckBox& peaks = withText<QCheckBox>(page, "Primary Peaks");
     EXPECT_FALSE(peaks.isEnabled());

@@ -5,6 +5,7 @@
 #include "support/widgets.h"
 
 #include <QListWidget>
+#include <QProcess>
 #include <QStackedWidget>
 #include <QTest>
 
@@ -28,6 +29,15 @@ inline QList<QWidget*> workflowWindows()
         }
     }
     return found;
+}
+
+/// Runs the command to its good end.
+inline void crenara(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(COMMAND_FILE, arguments);
+    EXPECT_TRUE(process.waitForFinished(120000));
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
 }
 
 /// A workflow window on a stack, opened by the plug-in and driven by clicks.
@@ -76,6 +86,13 @@ public:
     void clickButton(const QString& text)
     {
         QTest::mouseClick(&withText<QPushButton>(page(), text), Qt::LeftButton);
+    }
+
+    /// Goes to a row and clicks "&Process".
+    void process(int row)
+    {
+        clickRow(row);
+        clickButton("&Process");
     }
 
     /// Closes the dialog for a new project: all rows are open then.

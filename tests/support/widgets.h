@@ -2,8 +2,10 @@
 
 #include "support/userfolders.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QFileDialog>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -133,4 +135,23 @@ Widget& withText(const QWidget& parent, const QString& text)
         }
     }
     throw std::runtime_error("no widget with the text " + text.toStdString());
+}
+
+/// The lines that a user can fill, without those of numbers.
+inline QList<QLineEdit*> lineEdits(const QWidget& parent)
+{
+    QList<QLineEdit*> edits;
+    for (QLineEdit* edit : parent.findChildren<QLineEdit*>()) {
+        if (!qobject_cast<QAbstractSpinBox*>(edit->parent())) {
+            edits.append(edit);
+        }
+    }
+    return edits;
+}
+
+/// A click as a user makes it on the check box of a group.
+inline void toggle(QGroupBox& box)
+{
+    box.setChecked(!box.isChecked());
+    emit box.clicked(box.isChecked());
 }
