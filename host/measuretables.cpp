@@ -3,6 +3,7 @@
 #include "blade/leafanalysis.h"
 #include "blade/measureunit.h"
 #include "interface/lmxstack.h"
+#include "interface/stackbuilder.h"
 #include "shell/projectconfig.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
@@ -18,6 +19,17 @@ void configure(LeafAnalysis& analysis, const ProjectConfig& project)
     analysis.setStrength(project.getStrengthFactor());
     analysis.setInflection(project.getInflectionPoint());
     analysis.setScaling(project.getScaling());
+}
+
+std::vector<std::string> slicesWithoutPixelSize(const LMXStack& stack)
+{
+    std::vector<std::string> names;
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        if (!StackBuilder::hasPixelSize(stack.getSlice(i))) {
+            names.push_back(stack.getSlice(i).getName());
+        }
+    }
+    return names;
 }
 
 } // namespace
@@ -45,6 +57,10 @@ void MeasureTables::measure(LMXStack& stack, const ProjectConfig& project)
     teeth_ = std::move(teeth);
     leftOut_ = std::move(leftOut);
     lengthUnit_ = lengthUnitOf(stack);
+    inPixels_ = slicesWithoutPixelSize(stack);
+    if (static_cast<int>(inPixels_.size()) == stack.getNumSlices()) {
+        inPixels_.clear();
+    }
 }
 
 MeasureTables::Kind MeasureTables::load(const std::string& filename)
@@ -59,6 +75,7 @@ MeasureTables::Kind MeasureTables::load(const std::string& filename)
     read.table.swap(table);
     read.slices.clear();
     leftOut_.clear();
+    inPixels_.clear();
     lengthUnit_.clear();
     return kind;
 }

@@ -36,6 +36,9 @@ public:
     /// The slices that the last measuring found no contour, two junctions or apex on.
     const std::vector<std::string>& leftOut() const { return leftOut_; }
 
+    /// The slices without a pixel size where others have one: their lengths are in pixels.
+    const std::vector<std::string>& inPixels() const { return inPixels_; }
+
     /// Where the command line puts the table of a stack file: beside it, under its name.
     static std::string usualPath(Kind kind, const LMXStack& stack);
 
@@ -52,4 +55,5 @@ private:
     Part teeth_;
     std::string lengthUnit_;
     std::vector<std::string> leftOut_;
+    std::vector<std::string> inPixels_;
 };

@@ -23,6 +23,16 @@ namespace {
 
 enum Tab { LeavesTab, TeethTab, PlotTab, ShapesTab };
 
+/// The names behind a text; nothing without names.
+QString list(const QString& text, const std::vector<std::string>& names)
+{
+    QStringList shown;
+    for (const std::string& name : names) {
+        shown.append(QString::fromStdString(name));
+    }
+    return shown.isEmpty() ? QString() : text + shown.join(", ");
+}
+
 } // namespace
 
 ResultsWindow::ResultsWindow(LMXRootMediator& mediator, QWidget* parent)
@@ -151,13 +161,8 @@ void ResultsWindow::tell()
     QString text = QString("%1 leaves, %2 teeth")
                        .arg(tables_.table(MeasureTables::Kind::Leaves).numRows())
                        .arg(tables_.table(MeasureTables::Kind::Teeth).numRows());
-    if (!tables_.leftOut().empty()) {
-        QStringList names;
-        for (const std::string& name : tables_.leftOut()) {
-            names.append(QString::fromStdString(name));
-        }
-        text += QString("; without contour, two junctions or apex: ") + names.join(", ");
-    }
+    text += list("; without contour, two junctions or apex: ", tables_.leftOut());
+    text += list("; lengths in pixels, without a pixel size: ", tables_.inPixels());
     if (fromFiles_) {
         text = "From files: " + text;
     } else if (old_) {

@@ -213,6 +213,8 @@ TEST(MeasureTables, AreThoseOfTheStageAndKnowTheirSlices)
     EXPECT_EQ(tables.table(Kind::Leaves).numRows(), 3);
     ASSERT_EQ(tables.leftOut().size(), 1u);
     EXPECT_EQ(tables.leftOut().front(), "leaf3");
+    EXPECT_EQ(tables.lengthUnit(), "pixel");
+    EXPECT_TRUE(tables.inPixels().empty()) << "all of them are";
     const TemporaryFolder folder;
     runStage(*stack, folder);
     for (const auto& [kind, name] : {std::pair(Kind::Leaves, "stage_LeafMeasures.data"),
@@ -239,6 +241,14 @@ TEST(MeasureTables, AreThoseOfTheStageAndKnowTheirSlices)
     EXPECT_THROW(tables.load(folder.write("other.data", "a\tb\n1\t2\n")), FileFormatError);
     EXPECT_THROW(tables.load(folder.file("none.data")), FileReadError);
     EXPECT_EQ(tables.table(Kind::Leaves).numRows(), 3);
+
+    PixelCalibration calibration;
+    calibration.setPixelWidth(84.6667f);
+    calibration.setPixelHeight(84.6667f);
+    stack->getSlice(1).setPixelCalibration(calibration);
+    tables.measure(*stack, ProjectConfig());
+    EXPECT_EQ(tables.lengthUnit(), stack->getLengthUnit().symbol());
+    EXPECT_EQ(tables.inPixels(), std::vector<std::string>({"leaf0", "leaf0", "leaf3"}));
 }
 
 TEST(AverageShapes, LieInOneFrameHoweverTheLeafLay)
