@@ -1,31 +1,23 @@
 #include "interface/itempainter.h"
 #include "support/leaf.h"
+#include "support/vectors.h"
 
 #include <QImage>
 #include <QPainter>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int size = 60;
-
-QImage canvas()
-{
-    QImage picture(size, size, QImage::Format_RGB32);
-    picture.fill(Qt::white);
-    return picture;
-}
 
 ModelItemProperties style(VertexSymbol symbol, float pointSize)
 {
     ModelItemProperties properties;
     properties.setDefaults();
-    Vector<int> colour(3);
-    colour[0] = 200;
-    colour[1] = 0;
-    colour[2] = 100;
-    properties.setColor(colour);
+    properties.setColor(vectorOf<int>({200, 0, 100}));
     properties.setPointSize(pointSize);
     properties.setLineWidth(2.0f);
     properties.setVertexSymbol(symbol);
@@ -59,24 +51,40 @@ Extent extentOf(const QImage& picture)
     return extent;
 }
 
-QImage paintedPoint(const ModelItemProperties& properties, double scale)
+/// Slice 0 on white.
+QImage painted(const LMXStack& stack, double scale = 1.0)
 {
-    const auto stack = leaf::emptyStack(1);
-    ModelItem& item = leaf::addItem(*stack, "Points", PRIMITIVE_POLYPOINT, 0, {{30.0, 30.0}});
-    item.getModel()->setItemProperties(properties);
-    QImage picture = canvas();
+    QImage picture(size, size, QImage::Format_RGB32);
+    picture.fill(Qt::white);
     QPainter painter(&picture);
-    ItemPainter(QTransform(), scale).paintItems(painter, stack->getSlice(0));
+    ItemPainter(QTransform(), scale).paintItems(painter, stack.getSlice(0));
     return picture;
+}
+
+std::unique_ptr<LMXStack> stackWith(MPrimitive geometry,
+                                    const std::vector<leaf::Point>& points,
+                                    const ModelItemProperties& properties)
+{
+    auto stack = leaf::emptyStack(1);
+    leaf::addItem(*stack, "Item", geometry, 0, points).getModel()->setItemProperties(properties);
+    return stack;
+}
+
+QImage paintedPoint(const ModelItemProperties& properties, double scale = 1.0)
+{
+    return painted(*stackWith(PRIMITIVE_POLYPOINT, {{30.0, 30.0}}, properties), scale);
 }
 
 } // namespace
 
-TEST(ItemPainter, SymbolsAreOutlinesOfTheirSizeAroundTheMiddleOfThePixel)
+TEST(ItemPainter, SymbolsAreOutlinesOfTheirSizeAroundTheMiddleOfThePixelAndDiffer)
 {
+    std::vector<QImage> pictures = {paintedPoint(style(VertexSymbol::Dot, 8.0f))};
+    EXPECT_EQ(pictures[0].pixelColor(30, 30), QColor(200, 0, 100));
+    EXPECT_NEAR(extentOf(pictures[0]).box.width(), 8.0, 1.5);
     for (const VertexSymbol symbol : {VertexSymbol::Cube, VertexSymbol::Diamond,
                                       VertexSymbol::Sphere, VertexSymbol::Tetrahedron}) {
-        for (const double scale : {1.0, 2.0}) {
+        for (const double scale : {2.0, 1.0}) {
             ModelItemProperties properties = style(symbol, 8.0f);
             const QImage outline = paintedPoint(properties, scale);
             EXPECT_FALSE(isPainted(outline, 30, 30));
@@ -89,59 +97,41 @@ TEST(ItemPainter, SymbolsAreOutlinesOfTheirSizeAroundTheMiddleOfThePixel)
             const QImage filled = paintedPoint(properties, scale);
             EXPECT_EQ(filled.pixelColor(30, 30), QColor(200, 0, 100));
             EXPECT_GT(extentOf(filled).pixels, extent.pixels);
-        }
-    }
-    const QImage dot = paintedPoint(style(VertexSymbol::Dot, 7.0f), 1.0);
-    EXPECT_EQ(dot.pixelColor(30, 30), QColor(200, 0, 100));
-    EXPECT_NEAR(extentOf(dot).box.width(), 7.0, 1.5);
-}
-
-TEST(ItemPainter, SymbolsDifferFromEachOther)
-{
-    std::vector<QImage> pictures;
-    for (const VertexSymbol symbol : {VertexSymbol::Cube, VertexSymbol::Dot, VertexSymbol::Diamond,
-                                      VertexSymbol::Sphere, VertexSymbol::Tetrahedron}) {
-        pictures.push_back(paintedPoint(style(symbol, 9.0f), 1.0));
-    }
-    for (std::size_t i = 0; i < pictures.size(); ++i) {
-        for (std::size_t k = 0; k < i; ++k) {
-            EXPECT_NE(pictures[i], pictures[k]) << i << k;
+            EXPECT_EQ(std::count(pictures.begin(), pictures.end(), outline), 0);
+            pictures.push_back(outline);
         }
     }
 }
 
-TEST(ItemPainter, AnItemsOwnPropertiesWinOverThoseOfItsModel)
+TEST(ItemPainter, AnItemsOwnPropertiesWinOverThoseOfItsModelAndRegionsTintTheirPixels)
 {
-    const auto stack = leaf::emptyStack(1);
-    ModelItem& item = leaf::addItem(*stack, "Points", PRIMITIVE_POLYPOINT, 0, {{30.0, 30.0}});
-    item.getModel()->setItemProperties(style(VertexSymbol::Dot, 9.0f));
-    Vector<int> green(3);
-    green[0] = green[2] = 0;
-    green[1] = 255;
-    item.getProperties().setColor(green);
-    QImage picture = canvas();
-    {
-        QPainter painter(&picture);
-        ItemPainter(QTransform()).paintItem(painter, item);
-    }
-    EXPECT_EQ(picture.pixelColor(30, 30), QColor(0, 255, 0));
-    EXPECT_GT(extentOf(picture).box.width(), 7);
+    const auto stack =
+        stackWith(PRIMITIVE_POLYPOINT, {{30.0, 30.0}}, style(VertexSymbol::Dot, 9.0f));
+    leaf::findItem(*stack, "Item", 0)->getProperties().setColor(vectorOf<int>({0, 255, 0}));
+    const QImage point = painted(*stack);
+    EXPECT_EQ(point.pixelColor(30, 30), QColor(0, 255, 0));
+    EXPECT_GT(extentOf(point).box.width(), 7);
+
+    const auto region = stackWith(PRIMITIVE_REGION, {}, style(VertexSymbol::Dot, 1.0f));
+    RLEItemSet0 set;
+    set.add(RLEItem0(7, 11, 4));
+    leaf::findItem(*region, "Item", 0)->setRLEItemSet(set);
+    const Extent extent = extentOf(painted(*region));
+    EXPECT_EQ(extent.box, QRect(11, 7, 4, 1));
+    EXPECT_EQ(extent.pixels, 4);
 }
 
 TEST(ItemPainter, PolygonsCloseAndPolylinesDoNot)
 {
     for (const bool closed : {true, false}) {
-        const auto stack = leaf::emptyStack(1);
-        ModelItem& item =
-            leaf::addItem(*stack, "Line", closed ? PRIMITIVE_POLYGON : PRIMITIVE_POLYLINE, 0,
-                          {{5.0, 5.0}, {25.0, 5.0}, {25.0, 25.0}});
-        item.getModel()->setItemProperties(style(VertexSymbol::Dot, 1.0f));
-        QImage picture = canvas();
+        const auto stack =
+            stackWith(closed ? PRIMITIVE_POLYGON : PRIMITIVE_POLYLINE,
+                      {{5.0, 5.0}, {25.0, 5.0}, {25.0, 25.0}}, style(VertexSymbol::Dot, 1.0f));
+        QImage picture(size, size, QImage::Format_RGB32);
+        picture.fill(Qt::white);
         QPainter painter(&picture);
         // The desk's view at twice the size, moved.
-        QTransform view;
-        view.translate(4.0, -2.0);
-        view.scale(2.0, 2.0);
+        const QTransform view = QTransform::fromTranslate(4.0, -2.0).scale(2.0, 2.0);
         painter.translate(100.0, 100.0); // what the caller's painter does is its own affair
         ItemPainter(view).paintItems(painter, stack->getSlice(0));
         EXPECT_TRUE(isPainted(picture, 35, 9)) << "the upper side";
@@ -150,21 +140,4 @@ TEST(ItemPainter, PolygonsCloseAndPolylinesDoNot)
         EXPECT_FALSE(isPainted(picture, 45, 19));
         EXPECT_EQ(painter.transform().dx(), 100.0);
     }
-}
-
-TEST(ItemPainter, RegionsTintTheirPixels)
-{
-    const auto stack = leaf::emptyStack(1);
-    ModelItem& item = leaf::addItem(*stack, "Region", PRIMITIVE_REGION, 0, {});
-    item.getModel()->setItemProperties(style(VertexSymbol::Dot, 1.0f));
-    RLEItemSet0 set;
-    set.add(RLEItem0(7, 11, 4));
-    item.setRLEItemSet(set);
-    QImage picture = canvas();
-    {
-        QPainter painter(&picture);
-        ItemPainter(QTransform()).paintItems(painter, stack->getSlice(0));
-    }
-    EXPECT_EQ(extentOf(picture).box, QRect(11, 7, 4, 1));
-    EXPECT_EQ(extentOf(picture).pixels, 4);
 }

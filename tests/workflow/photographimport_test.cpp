@@ -7,6 +7,7 @@
 #include "system/exception.h"
 
 #include <QImage>
+#include <QPainter>
 
 #include <gtest/gtest.h>
 
@@ -20,15 +21,10 @@ namespace fs = std::filesystem;
 QImage markedPicture(int width, int height)
 {
     QImage picture(width, height, QImage::Format_RGB32);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const bool corner = x < width / 4 && y < height / 4;
-            picture.setPixelColor(x, y,
-                                  corner          ? QColor(255, 255, 255)
-                                  : x < width / 2 ? QColor(255, 0, 0)
-                                                  : QColor(0, 0, 255));
-        }
-    }
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, width / 2, height, QColor(255, 0, 0));
+    painter.fillRect(width / 2, 0, width, height, QColor(0, 0, 255));
+    painter.fillRect(0, 0, width / 4, height / 4, Qt::white);
     return picture;
 }
 
@@ -39,16 +35,16 @@ std::string save(const TemporaryFolder& folder, const std::string& name, const Q
 }
 
 /// Puts an EXIF record with this orientation behind the first marker of a JPEG file.
-void addOrientation(const std::string& path, char orientation)
+std::string
+withOrientation(const TemporaryFolder& folder, const std::string& name, char orientation)
 {
-    std::ifstream input(path, std::ios_base::binary);
-    std::string bytes{std::istreambuf_iterator<char>(input), {}};
+    std::string bytes = folder.read(name);
     const std::string tiff("II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 18);
     const std::string exif =
         std::string("Exif\0\0", 6) + tiff + orientation + std::string("\0\0\0\0\0\0\0", 7);
     const auto length = static_cast<char>(exif.size() + 2);
     bytes.insert(2, std::string("\xFF\xE1\0", 3) + length + exif);
-    std::ofstream(path, std::ios_base::binary) << bytes;
+    return folder.write(name, bytes);
 }
 
 Image0 converted(const TemporaryFolder& folder, const std::string& photograph)
@@ -79,9 +75,9 @@ TEST(PhotographImport, TellsTiffFilesByTheirSuffix)
 TEST(PhotographImport, TurnsPhotographsUprightAsTheirExifRecordSays)
 {
     const TemporaryFolder folder;
-    const std::string path = save(folder, "p.jpg", markedPicture(64, 32));
-    addOrientation(path, 6); // its right side is the top: to be turned clockwise
-    const Image0 image = converted(folder, path);
+    save(folder, "p.jpg", markedPicture(64, 32));
+    // Its right side is the top: to be turned clockwise.
+    const Image0 image = converted(folder, withOrientation(folder, "p.jpg", 6));
     ASSERT_EQ(image.getWidth(), 32);
     ASSERT_EQ(image.getHeight(), 64);
     const auto sample = [&](int x, int y, int c) { return int(image.getPixels()[y][3 * x + c]); };

@@ -24,14 +24,14 @@ std::string addImage(
 {
     Image0 image(20, 10, 8);
     image.clear();
-    ImageHeader header = image.getHeader();
     PixelCalibration calibration;
-    calibration.setLengthUnit(unitOf(scale));
     if (scale != 0) {
+        calibration.setLengthUnit(unitOf(scale));
         calibration.setPixelWidth(width);
         calibration.setPixelHeight(height);
         calibration.compute();
     }
+    ImageHeader header = image.getHeader();
     header.setPixelCalibration(calibration);
     image.setHeader(header);
     ImageWriter().write(image, folder.file(name), true);
