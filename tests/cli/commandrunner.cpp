@@ -3,6 +3,7 @@
 #include "support/temporaryfolder.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,8 +17,7 @@ void redirect(int descriptor, const std::string& file)
     close(target);
 }
 
-[[noreturn]] void
-become(const std::vector<std::string>& arguments, const Environment& environment, long fileLimit)
+[[noreturn]] void become(const Words& arguments, const Environment& environment, long fileLimit)
 {
     unsetenv("DISPLAY");
     for (const auto& [name, value] : environment) {
@@ -38,8 +38,7 @@ become(const std::vector<std::string>& arguments, const Environment& environment
 
 } // namespace
 
-CommandResult
-crenara(const std::vector<std::string>& arguments, const Environment& environment, long fileLimit)
+CommandResult crenara(const Words& arguments, const Environment& environment, long fileLimit)
 {
     const TemporaryFolder streams;
     const pid_t child = fork();
@@ -52,4 +51,19 @@ crenara(const std::vector<std::string>& arguments, const Environment& environmen
     waitpid(child, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), streams.read("out"),
             streams.read("err")};
+}
+
+CommandResult runs(const Words& arguments, const Environment& environment)
+{
+    CommandResult result = crenara(arguments, environment);
+    EXPECT_EQ(result.status, 0) << testing::PrintToString(arguments) << "\n" << result.err;
+    return result;
+}
+
+CommandResult fails(const Words& arguments, const std::string& text, int status, long fileLimit)
+{
+    CommandResult result = crenara(arguments, {}, fileLimit);
+    EXPECT_EQ(result.status, status) << testing::PrintToString(arguments);
+    EXPECT_TRUE(result.says(text)) << text << "\n" << result.err;
+    return result;
 }

@@ -14,10 +14,17 @@ struct CommandResult
     bool says(const std::string& text) const { return err.find(text) != std::string::npos; }
 };
 
+using Words = std::vector<std::string>;
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
 /// Runs the command with these arguments, without a display. `fileLimit` bounds the bytes of the
 /// files that it writes, as a full disk does; 0 sets no bound.
-CommandResult crenara(const std::vector<std::string>& arguments,
-                      const Environment& environment = {},
-                      long fileLimit = 0);
+CommandResult
+crenara(const Words& arguments, const Environment& environment = {}, long fileLimit = 0);
+
+/// The same, expected to end well.
+CommandResult runs(const Words& arguments, const Environment& environment = {});
+
+/// The same, expected to end with a status other than 0 and to tell this.
+CommandResult
+fails(const Words& arguments, const std::string& text, int status = 1, long fileLimit = 0);

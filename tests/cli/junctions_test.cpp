@@ -7,15 +7,14 @@ TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
 {
     LeafFolder folder;
     const std::string stack = folder.file("s.sdf");
-    ASSERT_EQ(crenara({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")}).status, 0);
+    runs({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")});
     const std::string table =
         folder.write("t.tsv", "\xEF\xBB\xBFY2\tX2\tRemark\tSlice_Name\tY1\tX1\r\n"
                               "\r\n"
                               "12.5\t1.49e1\tfine, \"so\"\t\"b\"\t 7 \t3.2\r\n"
                               "5\t4\t\ta\t2\t1\r\n"
                               "5\t4\t\tc\t2\t1\r\n");
-    const CommandResult result = crenara({"junctions", stack, table}, {{"LC_ALL", "de_DE.UTF-8"}});
-    EXPECT_EQ(result.status, 0) << result.err;
+    const CommandResult result = runs({"junctions", stack, table}, {{"LC_ALL", "de_DE.UTF-8"}});
     EXPECT_TRUE(result.says("t.tsv: the stack has no slice for these rows: c (line 5)\n"))
         << result.err;
     EXPECT_NE(bytesOf(stack).find("MODELITEM \"Petiole\" \"b\";\nMODELITEMDATA\n 3,7 15,13;"),
@@ -24,7 +23,7 @@ TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
               std::string::npos);
     // A second table replaces what a slice has and leaves the others alone.
     const std::string second = folder.write("u.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t9\t8\t7\t6\n");
-    EXPECT_EQ(crenara({"junctions", stack, second}).status, 0);
+    runs({"junctions", stack, second});
     const std::string after = bytesOf(stack);
     EXPECT_NE(after.find("MODELITEM \"Petiole\" \"a\";\nMODELITEMDATA\n 9,8 7,6;"),
               std::string::npos);
@@ -64,26 +63,21 @@ TEST(JunctionTable, FaultsNameFileLineAndSliceAndLeaveTheStackAlone)
     };
     for (const Case& given : cases) {
         const CommandResult result =
-            crenara({"junctions", stack, folder.write("t.tsv", given.table)});
-        EXPECT_EQ(result.status, 1) << given.table;
-        EXPECT_TRUE(result.says(given.message)) << given.message << "\n" << result.err;
+            fails({"junctions", stack, folder.write("t.tsv", given.table)}, given.message);
         EXPECT_EQ(bytesOf(stack), before) << given.table;
     }
-    const CommandResult result = crenara({"junctions", stack, folder.file("none.tsv")});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.says("none.tsv: the junction table can't be read")) << result.err;
+    fails({"junctions", stack, folder.file("none.tsv")},
+          "none.tsv: the junction table can't be read");
 }
 
 TEST(JunctionTable, ASliceWithoutJunctionsIsToldAfterTheOthersGotTheirs)
 {
     LeafFolder folder;
     const std::string stack = folder.file("s.sdf");
-    ASSERT_EQ(crenara({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")}).status, 0);
-    const CommandResult result =
-        crenara({"junctions", stack,
-                 folder.write("t.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t150\t380\t170\t380\n")});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.says("t.tsv: slice b: the junction table has no row for it")) << result.err;
+    runs({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")});
+    fails({"junctions", stack,
+           folder.write("t.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t150\t380\t170\t380\n")},
+          "t.tsv: slice b: the junction table has no row for it");
     EXPECT_NE(bytesOf(stack).find(" 150,380 170,380;"), std::string::npos);
 }
 
@@ -95,8 +89,7 @@ TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
     EXPECT_EQ(crenara({"junctions", stack, "--propose"}).out, "Slice_Name\tX1\tY1\tX2\tY2\n");
     EXPECT_EQ(bytesOf(stack), drawn);
 
-    const CommandResult replaced = crenara({"junctions", stack, "--propose", "--replace"});
-    EXPECT_EQ(replaced.status, 0) << replaced.err;
+    const CommandResult replaced = runs({"junctions", stack, "--propose", "--replace"});
     const auto rows = tableOf(folder.write("p.tsv", replaced.out));
     ASSERT_EQ(rows.size(), 3u);
     const leaf::Outline& outline = folder.outline(1);
@@ -107,8 +100,8 @@ TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
     // What was printed can be given back as a table.
     const std::string proposed = bytesOf(stack);
     EXPECT_NE(proposed, drawn);
-    ASSERT_EQ(crenara({"junctions", stack, folder.writeJunctions()}).status, 0);
-    ASSERT_EQ(crenara({"junctions", stack, folder.file("p.tsv")}).status, 0);
+    runs({"junctions", stack, folder.writeJunctions()});
+    runs({"junctions", stack, folder.file("p.tsv")});
     EXPECT_EQ(bytesOf(stack), proposed);
 }
 
@@ -118,9 +111,8 @@ TEST(JunctionsCommand, TellsTheSlicesForWhichNothingIsProposed)
     const std::string leaf = folder.addLeaf("a");
     const std::string blank = folder.addBlank("b");
     const CommandResult result =
-        crenara({"run", "--out", folder.file("o"), "--propose-junctions", leaf, blank});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.says("a.tif: slice a: its junctions are proposed")) << result.err;
+        fails({"run", "--out", folder.file("o"), "--propose-junctions", leaf, blank},
+              "a.tif: slice a: its junctions are proposed");
     EXPECT_TRUE(result.says("b.tif: slice b: no outline of a leaf was found")) << result.err;
     EXPECT_EQ(tableOf(folder.file("o/o_LeafMeasures.data")).size(), 2u);
 
@@ -129,6 +121,6 @@ TEST(JunctionsCommand, TellsTheSlicesForWhichNothingIsProposed)
     EXPECT_EQ(again.status, 1);
     EXPECT_NE(again.out.find("b\tnone\n"), std::string::npos) << again.out;
     EXPECT_TRUE(again.says("slice b: it has no contour")) << again.err;
-    EXPECT_EQ(crenara({"junctions", folder.file("o/o.sdf")}).status, 2);
-    EXPECT_EQ(crenara({"junctions", folder.file("o/o.sdf"), "t.tsv", "--replace"}).status, 2);
+    fails({"junctions", folder.file("o/o.sdf")}, "", 2);
+    fails({"junctions", folder.file("o/o.sdf"), "t.tsv", "--replace"}, "", 2);
 }

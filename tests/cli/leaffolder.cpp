@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <sstream>
-#include <stdexcept>
 
 namespace {
 
@@ -37,10 +36,7 @@ leaf::Point beside(const leaf::Outline& outline, leaf::Point junction, int steps
 
 std::string LeafFolder::addLeaf(const std::string& name, int teethPerSide)
 {
-    leaf::Shape shape;
-    shape.teethPerSide = teethPerSide;
-    shape.toothHeight = 40.0;
-    outlines_.push_back(leaf::draw(shape));
+    outlines_.push_back(leaf::draw(teethPerSide, 40.0));
     const leaf::Outline& drawn = outlines_.back();
     photographs_.push_back(file(name + ".tif"));
     const auto seed = static_cast<unsigned>(outlines_.size());
@@ -80,12 +76,18 @@ std::string LeafFolder::makeStack(const std::vector<std::string>& photographs) c
 {
     const std::string stack = file("s.sdf");
     const std::string table = writeJunctions("all.tsv");
-    for (const std::vector<std::string>& arguments :
-         {joined({"stack", stack}, photographs), {"contour", stack}, {"junctions", stack, table}}) {
-        const CommandResult result = crenara(arguments);
-        if (result.status != 0) {
-            throw std::runtime_error(result.err);
-        }
+    runs(joined({"stack", stack}, photographs));
+    runs({"contour", stack});
+    runs({"junctions", stack, table});
+    return stack;
+}
+
+std::string LeafFolder::makeLandmarks(const std::vector<std::string>& photographs, bool tips) const
+{
+    const std::string stack = makeStack(photographs);
+    runs({"sinus", stack});
+    if (tips) {
+        runs({"tips", stack});
     }
     return stack;
 }
@@ -117,17 +119,22 @@ std::vector<std::vector<std::string>> tableOf(const std::string& path)
     return table;
 }
 
-std::string cellOf(const std::string& path, const std::string& name, const std::string& column)
+std::vector<std::string> columnOf(const std::string& path, const std::string& column)
 {
+    std::vector<std::string> cells;
     const auto table = tableOf(path);
-    if (table.empty()) {
-        return "no table";
-    }
-    const auto place = std::find(table[0].begin(), table[0].end(), column) - table[0].begin();
-    for (const auto& row : table) {
-        if (!row.empty() && row[0] == name && place < static_cast<long>(row.size())) {
-            return row[static_cast<std::size_t>(place)];
+    for (std::size_t i = 0; !table.empty() && i < table[0].size(); ++i) {
+        for (std::size_t row = 1; table[0][i] == column && row < table.size(); ++row) {
+            cells.push_back(i < table[row].size() ? table[row][i] : "");
         }
     }
-    return "no cell";
+    return cells;
+}
+
+std::string cellOf(const std::string& path, const std::string& name, const std::string& column)
+{
+    const auto names = columnOf(path, "Slice_Name");
+    const auto cells = columnOf(path, column);
+    const auto row = std::find(names.begin(), names.end(), name) - names.begin();
+    return row < static_cast<long>(cells.size()) ? cells[static_cast<std::size_t>(row)] : "no cell";
 }

@@ -26,6 +26,9 @@ public:
     /// Stack "s.sdf" of these photographs, with contours and junctions, made by the command.
     std::string makeStack(const std::vector<std::string>& photographs) const;
 
+    /// The same with the sinuses, and with the tips if wanted.
+    std::string makeLandmarks(const std::vector<std::string>& photographs, bool tips = true) const;
+
     const leaf::Outline& outline(std::size_t i) const { return outlines_[i]; }
 
     /// The photographs added so far.
@@ -46,6 +49,9 @@ std::string bytesOf(const std::string& path);
 
 /// Columns and rows of a table of measures.
 std::vector<std::vector<std::string>> tableOf(const std::string& path);
+
+/// The column of this name, without its name.
+std::vector<std::string> columnOf(const std::string& path, const std::string& column);
 
 /// The cell of the row whose first field is `name`.
 std::string cellOf(const std::string& path, const std::string& name, const std::string& column);

@@ -97,7 +97,7 @@ TEST(StackCommand, TakesEveryKindOfFile)
     volume.save(folder.file("volume.vm"), true);
     const std::string raw =
         folder.write("raw.img", "0000abcdefgh" + std::string(512 * 512 - 1, 'x') + "y");
-    const std::vector<std::string> files = {
+    const Words files = {
         addVolume<unsigned char>(folder, "plane.tif", 1, 1, 1),
         addVolume<unsigned short>(folder, "hyper.tif", 1000, 2, 2),
         addVolume<float>(folder, "float.tif", -6, 1, 1),
@@ -110,10 +110,9 @@ TEST(StackCommand, TakesEveryKindOfFile)
     };
     std::filesystem::create_directory(folder.file("out"));
     const std::string path = folder.file("out/all.sdf");
-    std::vector<std::string> arguments = {"stack", path};
+    Words arguments = {"stack", path};
     arguments.insert(arguments.end(), files.begin(), files.end());
-    const CommandResult made = crenara(arguments);
-    ASSERT_EQ(made.status, 0) << made.err;
+    const CommandResult made = runs(arguments);
     EXPECT_TRUE(made.says(folder.file("float.tif") +
                           ": values from -6 to 5 are written as 0 to 255 in " +
                           folder.file("out/float.tif.tif")));
@@ -127,8 +126,7 @@ TEST(StackCommand, TakesEveryKindOfFile)
         {"volume-2", {31, 31}},    {"raw", {'x', 'y'}}};
     EXPECT_EQ(endsOf(path), expected);
 
-    const CommandResult drawn = crenara({"picture", path, "--out", folder.file("pictures")});
-    ASSERT_EQ(drawn.status, 0) << drawn.err;
+    runs({"picture", path, "--out", folder.file("pictures")});
     for (const auto& slice : expected) {
         EXPECT_TRUE(std::filesystem::exists(folder.file("pictures/" + slice.first + ".png")))
             << slice.first;
@@ -138,20 +136,17 @@ TEST(StackCommand, TakesEveryKindOfFile)
 TEST(StackCommand, JoinsTilesToMosaics)
 {
     const TemporaryFolder folder;
-    std::vector<std::string> arguments = {"stack", folder.file("all.sdf"), "--mosaic", "1x2"};
+    Words arguments = {"stack", folder.file("all.sdf"), "--mosaic", "1x2"};
     for (int i = 0; i < 4; ++i) {
         arguments.push_back(addVolume<unsigned char>(folder, "tile" + std::to_string(i) + ".tif",
                                                      static_cast<unsigned char>(20 * i), 1, 1));
     }
-    const CommandResult made = crenara(arguments);
-    ASSERT_EQ(made.status, 0) << made.err;
+    runs(arguments);
     const std::map<std::string, Bytes> expected = {{"tile0", {0, 31}}, {"tile2", {40, 71}}};
     EXPECT_EQ(endsOf(folder.file("all.sdf")), expected);
 
     arguments.pop_back();
-    const CommandResult odd = crenara(arguments);
-    EXPECT_EQ(odd.status, 1);
-    EXPECT_TRUE(odd.says("3 images don't fill mosaics of 1 by 2")) << odd.err;
+    fails(arguments, "3 images don't fill mosaics of 1 by 2");
     arguments[3] = "2";
     EXPECT_TRUE(
         crenara(arguments).says("option 'mosaic' needs rows and columns as in 2x3, not '2'"));
@@ -168,9 +163,7 @@ TEST(StackCommand, TellsWhichFileItCantTake)
          "none: The photograph is neither TIFF, PNG nor JPEG"},
         {folder.file("gone.vm"), "gone: Cannot open file for reading"}};
     for (const auto& [file, what] : faults) {
-        const CommandResult result = crenara({"stack", path, file});
-        EXPECT_EQ(result.status, 1) << file;
-        EXPECT_TRUE(result.says(file + ": slice " + what)) << result.err;
+        fails({"stack", path, file}, file + ": slice " + what);
         EXPECT_FALSE(std::filesystem::exists(path));
     }
 }

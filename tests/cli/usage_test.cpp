@@ -5,23 +5,20 @@
 
 namespace {
 
-const std::vector<std::string> subcommands = {
-    "stack",   "contour", "junctions", "sinus",   "tips", "hierarchy", "measure",
-    "average", "teeth",   "landmarks", "project", "run",  "picture"};
+const Words subcommands = {"stack",     "contour", "junctions", "sinus", "tips",
+                           "hierarchy", "measure", "average",   "teeth", "landmarks",
+                           "project",   "run",     "picture"};
 
 } // namespace
 
 TEST(Usage, HelpAndVersionGoToTheStandardOutput)
 {
-    const CommandResult version = crenara({"--version"});
-    EXPECT_EQ(version.status, 0);
+    const CommandResult version = runs({"--version"});
     EXPECT_EQ(version.out, "crenara 1.16\n");
-    const CommandResult help = crenara({"--help"});
-    EXPECT_EQ(help.status, 0);
+    const CommandResult help = runs({"--help"});
     for (const std::string& name : subcommands) {
         EXPECT_NE(help.out.find("\n  " + name + " "), std::string::npos) << name;
-        const CommandResult own = crenara({name, "--help"});
-        EXPECT_EQ(own.status, 0) << name;
+        const CommandResult own = runs({name, "--help"});
         EXPECT_EQ(own.out.find("Usage: crenara " + name + " "), 0u) << own.out;
         EXPECT_EQ(own.err, "") << name;
     }
@@ -39,7 +36,7 @@ TEST(Usage, WrongUsageEndsWithStatusTwoAndTouchesNoFile)
 
     struct Case
     {
-        std::vector<std::string> arguments;
+        Words arguments;
         std::string message;
     };
 
@@ -75,9 +72,7 @@ TEST(Usage, WrongUsageEndsWithStatusTwoAndTouchesNoFile)
         {{"picture", stack}, "option 'out' is missing"},
     };
     for (const Case& given : cases) {
-        const CommandResult result = crenara(given.arguments);
-        EXPECT_EQ(result.status, 2) << given.message;
-        EXPECT_TRUE(result.says(given.message)) << given.message << "\n" << result.err;
+        const CommandResult result = fails(given.arguments, given.message, 2);
         EXPECT_EQ(result.out, "");
     }
     EXPECT_EQ(bytesOf(stack), before);
@@ -89,24 +84,20 @@ TEST(Usage, AProjectFileHoldsTheFactsAndOptionsWinOverThem)
     LeafFolder folder;
     const std::string stack = folder.makeStack({folder.addLeaf("a", 3)});
     const std::string project = folder.file("Projekt ä.crp");
-    ASSERT_EQ(crenara({"project", project, "--name", "Änne", "--species", "Quercus; robur",
-                       "--venation", "palmate", "--scaling", "90.5"})
-                  .status,
-              0);
+    runs({"project", project, "--name", "Änne", "--species", "Quercus; robur", "--venation",
+          "palmate", "--scaling", "90.5"});
     EXPECT_EQ(bytesOf(project), "ProjectName\t\"Änne\"\nProjectPath\t\"" + folder.path().string() +
                                     "\"\nSpecies\t\"Quercus; robur\"\nGenotype\t\"\"\n"
                                     "GrowthCondition\t\"\"\nGroupLeaf\t\"\"\n"
                                     "VenationType\t\"PALMATE\"\nkineticParameters\ttrue\n"
                                     "InflectionPoint\t1\nScaling\t90.5\nStrengthFactor\t1\n");
-    ASSERT_EQ(crenara({"sinus", stack}).status, 0);
-    ASSERT_EQ(crenara({"measure", stack, "--project", project}).status, 0);
+    runs({"sinus", stack});
+    runs({"measure", stack, "--project", project});
     const std::string table = folder.file("Änne_LeafMeasures.data");
     EXPECT_EQ(cellOf(table, "a", "Terminal_Peak_Number"), "1");
 
-    ASSERT_EQ(crenara({"measure", stack, "--project", project, "--venation", "pinnate", "--prefix",
-                       "own", "--out", folder.file("deep/er"), "--scaling", "1e6"})
-                  .status,
-              0);
+    runs({"measure", stack, "--project", project, "--venation", "pinnate", "--prefix", "own",
+          "--out", folder.file("deep/er"), "--scaling", "1e6"});
     const std::string own = folder.file("deep/er/own_LeafMeasures.data");
     EXPECT_EQ(cellOf(own, "a", "Terminal_Peak_Number"), "no cell");
     EXPECT_EQ(cellOf(own, "a", "Blade_Area"), cellOf(table, "a", "Blade_Area"));
@@ -115,5 +106,5 @@ TEST(Usage, AProjectFileHoldsTheFactsAndOptionsWinOverThem)
     EXPECT_NE(record.find("\"species\": \"Quercus; robur\""), std::string::npos) << record;
     EXPECT_NE(record.find("\"venation\": \"pinnate\""), std::string::npos) << record;
 
-    EXPECT_EQ(crenara({"measure", stack, "--project", folder.file("none.crp")}).status, 1);
+    fails({"measure", stack, "--project", folder.file("none.crp")}, "");
 }
