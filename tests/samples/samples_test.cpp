@@ -1,7 +1,10 @@
+#include "blade/extractcontour.h"
 #include "samples/canvas.h"
 #include "samples/labelcomparison.h"
-#include "samples/leafreader.h"
+#include "samples/leafoutline.h"
+#include "samples/leafpicture.h"
 #include "samples/samplefiles.h"
+#include "support/stages.h"
 #include "support/temporaryfolder.h"
 #include "system/dataset.h"
 #include "system/exception.h"
@@ -21,12 +24,28 @@ namespace {
 constexpr int width = 900;
 constexpr int height = 1300;
 
+/// Notches on the two halves.
+using Notches = std::pair<int, int>;
+
 /// As many notches as teeth and one more on a half with teeth, none on a half without.
-NotchCount expectedNotches(const LeafPlan& plan)
+Notches expectedNotches(const LeafPlan& plan)
 {
-    const int upperLobes = plan.upperTeeth > 0 ? 1 : 0;
-    const int lowerLobes = plan.lowerTeeth > 0 ? 1 : 0;
-    return {plan.upperTeeth + upperLobes, plan.lowerTeeth + lowerLobes};
+    const auto notches = [](int teeth) { return teeth > 0 ? teeth + 1 : 0; };
+    return {notches(plan.upperTeeth), notches(plan.lowerTeeth)};
+}
+
+/// What the stage of sinuses finds on the contour of slice 0.
+Notches foundNotches(LMXStack& stack, const LeafOutline& leaf)
+{
+    leaf::remark(
+        stack, "Petiole", 0,
+        {{leaf.leftJunction.x, leaf.leftJunction.y}, {leaf.rightJunction.x, leaf.rightJunction.y}});
+    leaf::findSinuses(stack);
+    Notches found;
+    for (const leaf::Point& sinus : leaf::vertices(stack, "Primary Sinus", 0)) {
+        ++(leaf.frame.toLeaf({sinus.x, sinus.y}).x < 0.0 ? found.first : found.second);
+    }
+    return found;
 }
 
 } // namespace
@@ -104,10 +123,14 @@ TEST(MakeOutline, EveryNotchCanBeFoundAndNoOther)
                 continue;
             }
             const LeafOutline leaf = makeOutline(plan, width, height);
-            const NotchCount found = countNotches(leaf.outline, leaf);
-            const NotchCount drawn = expectedNotches(plan);
-            EXPECT_EQ(found.upper, drawn.upper) << plan.name << " of series " << seed;
-            EXPECT_EQ(found.lower, drawn.lower) << plan.name << " of series " << seed;
+            const auto stack = leaf::emptyStack(1);
+            std::vector<leaf::Point> points;
+            for (const Point& point : leaf.outline) {
+                points.push_back({point.x, point.y});
+            }
+            leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, 0, points);
+            EXPECT_EQ(foundNotches(*stack, leaf), expectedNotches(plan))
+                << plan.name << " of series " << seed;
         }
     }
 }
@@ -137,13 +160,26 @@ TEST(DrawLeaf, ThePictureShowsTheNotchesOfThePlan)
         const Picture picture = drawLeaf(plan, leaf, width, height);
         EXPECT_EQ(picture.bytes.size(),
                   static_cast<std::size_t>(width * height * (plan.colour ? 3 : 1)));
-        const Polyline traced =
-            smoothedLoop(resampledLoop(smoothedLoop(traceOutline(picture), 1.0), 1.0), 1.0);
-        EXPECT_NEAR(area(traced), area(leaf.outline), 0.01 * area(leaf.outline)) << plan.name;
+        PixelMatrix<float> image(height, width);
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const std::size_t at = static_cast<std::size_t>((y * width + x) * picture.samples);
+                const auto* first = picture.bytes.data() + at;
+                image[y][x] = std::accumulate(first, first + picture.samples, 0.0F) /
+                              static_cast<float>(picture.samples);
+            }
+        }
+        const auto stack = leaf::emptyStack(1);
+        ExtractContour process;
+        process.setStack(*stack);
+        process.setBackground(plan.lightBackground ? LightBackground : DarkBackground);
+        process.createModels();
+        process.process(image, 0);
+        const ModelItem* contour = leaf::findItem(*stack, "Contour", 0);
+        ASSERT_NE(contour, nullptr) << plan.name;
+        EXPECT_NEAR(leaf::area(*contour), area(leaf.outline), 0.01 * area(leaf.outline));
         if (plan.kind != LeafKind::TeethOnTeeth) {
-            const NotchCount found = countNotches(traced, leaf);
-            EXPECT_EQ(found.upper, expectedNotches(plan).upper) << plan.name;
-            EXPECT_EQ(found.lower, expectedNotches(plan).lower) << plan.name;
+            EXPECT_EQ(foundNotches(*stack, leaf), expectedNotches(plan)) << plan.name;
         }
     }
 }
