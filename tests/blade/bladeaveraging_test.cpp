@@ -140,22 +140,14 @@ double distribution(double x, double mean, double sigma)
 /// neighbours, and at the ends all beyond counts whole.
 std::vector<double> plainWeights(const Vector<float>& X, double mean, double sigma)
 {
+    const auto at = [&](double x) { return distribution(x, mean, sigma); };
+    const Floats keys = X.toStlVector(); // they ascend
     std::vector<double> weights;
-    for (int i = 0; i < X.getSize(); ++i) {
-        double below = -1.0;
-        double above = -1.0;
-        int equal = 0;
-        for (const float x : X.toStlVector()) {
-            equal += x == X[i];
-            below = x < X[i] ? std::max(below, double(x)) : below;
-            above = x > X[i] && (above < 0.0 || x < above) ? double(x) : above;
-        }
-        const double low = below < 0.0
-                               ? distribution(0.0, mean, sigma) - distribution(X[i], mean, sigma)
-                               : distribution(below, mean, sigma);
-        const double high =
-            above < 0.0 ? 2.0 - distribution(X[i], mean, sigma) : distribution(above, mean, sigma);
-        weights.push_back((high - low) * 0.5 / equal);
+    for (const float x : keys) {
+        const auto [first, last] = std::equal_range(keys.begin(), keys.end(), x);
+        const double low = first == keys.begin() ? at(0.0) - at(x) : at(*(first - 1));
+        const double high = last == keys.end() ? 2.0 - at(x) : at(*last);
+        weights.push_back((high - low) * 0.5 / static_cast<double>(last - first));
     }
     return weights;
 }

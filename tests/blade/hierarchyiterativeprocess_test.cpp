@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <complex>
+#include <map>
 
 using leaf::at;
 using leaf::Point;
@@ -47,7 +48,6 @@ demoted(const Iterative& process, const Curve<float>& smooth, int h, double shar
 {
     struct Sinus
     {
-        int index;
         Point place;
         double smooth;
     };
@@ -55,21 +55,16 @@ demoted(const Iterative& process, const Curve<float>& smooth, int h, double shar
     std::vector<Sinus> halves[2];
     Vector<int> onSmooth = process.indexesPrimarySinuses(smooth);
     onSmooth.sort();
-    const Vector<int> indexes = process.indexesPrimarySinuses();
-    for (int k = 0; k < indexes.getSize(); ++k) {
-        halves[indexes[k] < process.apexIndex() ? 0 : 1].push_back(
-            {indexes[k], at(*process.primarySinus, k), 0});
+    std::map<int, Point> places; // in the order of the contour
+    for (int k = 0; k < onSmooth.getSize(); ++k) {
+        places[process.indexesPrimarySinuses()[k]] = at(*process.primarySinus, k);
     }
     int column = 0;
-    for (std::vector<Sinus>& half : halves) {
-        std::sort(half.begin(), half.end(),
-                  [](const Sinus& a, const Sinus& b) { return a.index < b.index; });
-        for (Sinus& sinus : half) {
-            const int n = smooth.getSize();
-            const int i = onSmooth[column++];
-            sinus.smooth =
-                blade(at(smooth, i), at(smooth, (i - h + n) % n), at(smooth, (i + h) % n));
-        }
+    for (const auto& [index, place] : places) {
+        const int n = smooth.getSize();
+        const int i = onSmooth[column++];
+        halves[index < process.apexIndex() ? 0 : 1].push_back(
+            {place, blade(at(smooth, i), at(smooth, (i - h + n) % n), at(smooth, (i + h) % n))});
     }
     std::vector<Point> fallen;
     for (;;) {

@@ -23,12 +23,15 @@ public:
     Image run(const Image& markers, const Image& gradient)
     {
         level_ = gradient;
-        label_ = markers;
-        for (auto& [pixel, value] : level_) {
-            value = std::clamp(value, 0, 255);
+        for (const auto& [pixel, value] : markers) {
+            level_[pixel] = std::clamp(level_[pixel], 0, 255);
+            label_[pixel] = value > 0 ? -2 : 0;
         }
-        labelMarkers();
+        int next = -1;
         for (const auto& [pixel, value] : label_) {
+            if (value == -2) {
+                fill(pixel, next += 2);
+            }
             if (value != 0) {
                 waiting_[level_[pixel]].push(pixel);
             }
@@ -39,36 +42,26 @@ public:
     }
 
 private:
-    void labelMarkers()
+    /// The pixel and those around it, column by column.
+    std::vector<Pixel> block(Pixel pixel) const
     {
-        for (auto& [pixel, value] : label_) {
-            value = value > 0 ? -2 : 0;
-        }
-        int next = 1;
-        for (const auto& [pixel, value] : label_) {
-            if (value == -2) {
-                fill(pixel, next);
-                next += 2;
+        std::vector<Pixel> found;
+        for (int j = pixel.second - 1; j <= pixel.second + 1; ++j) {
+            for (int i = pixel.first - 1; i <= pixel.first + 1; ++i) {
+                if (label_.count({i, j})) {
+                    found.emplace_back(i, j);
+                }
             }
         }
+        return found;
     }
 
-    void fill(Pixel start, int label)
+    void fill(Pixel pixel, int label)
     {
-        std::queue<Pixel> list;
-        list.push(start);
-        label_[start] = label;
-        while (!list.empty()) {
-            const auto [row, column] = list.front();
-            list.pop();
-            for (int i = row - 1; i <= row + 1; ++i) {
-                for (int j = column - 1; j <= column + 1; ++j) {
-                    const auto found = label_.find({i, j});
-                    if (found != label_.end() && found->second == -2) {
-                        found->second = label;
-                        list.push({i, j});
-                    }
-                }
+        label_[pixel] = label;
+        for (const Pixel& neighbour : block(pixel)) {
+            if (label_[neighbour] == -2) {
+                fill(neighbour, label);
             }
         }
     }
@@ -128,33 +121,22 @@ private:
 
     void settleCollisions()
     {
-        bool settled = true;
-        while (settled && !collisions_.empty()) {
+        for (bool settled = true; settled && !collisions_.empty();) {
             settled = false;
             for (std::size_t k = collisions_.size(); k > 0; --k) {
                 const Pixel pixel = collisions_.front();
                 collisions_.pop();
-                const int label = labelBeside(pixel);
-                label_[pixel] = label;
-                settled = settled || label != -1;
-                if (label == -1) {
+                const std::vector<Pixel> around = block(pixel);
+                const auto found = std::find_if(around.begin(), around.end(),
+                                                [&](const Pixel& p) { return label_[p] != -1; });
+                if (found == around.end()) {
                     collisions_.push(pixel);
+                } else {
+                    label_[pixel] = label_[*found];
+                    settled = true;
                 }
             }
         }
-    }
-
-    int labelBeside(Pixel pixel) const
-    {
-        for (int dj = -1; dj <= 1; ++dj) {
-            for (int di = -1; di <= 1; ++di) {
-                const auto found = label_.find({pixel.first + di, pixel.second + dj});
-                if (found != label_.end() && found->second != -1) {
-                    return found->second;
-                }
-            }
-        }
-        return -1;
     }
 
     Image label_;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <tuple>
 
 using leaf::at;
 using leaf::Point;
@@ -30,11 +31,6 @@ void setContour(LMXStack& stack, int slice, const Points& points)
 Point truncated(const Vector<float>& place)
 {
     return {std::trunc(place[0]), std::trunc(place[1])};
-}
-
-double offset(Point a, Point b)
-{
-    return leaf::distance(a, b);
 }
 
 /// Notes the models and items announced.
@@ -60,12 +56,12 @@ public:
 TEST(ModelsManager, EachLandmarkIsReadFromItsModelAndTheLaterItemWins)
 {
     const auto stack = leaf::stackOf({leafAt(0.0)});
-    const char* names[] = {"Apex",
-                           "Primary Sinus",
-                           "Primary Peak",
-                           "Primary Distal Sinus",
-                           "Primary Distal Peak",
-                           "primary peak"};
+    const std::string names[] = {"Apex",
+                                 "Primary Sinus",
+                                 "Primary Peak",
+                                 "Primary Distal Sinus",
+                                 "Primary Distal Peak",
+                                 "primary peak"};
     for (int k = 0; k < 6; ++k) {
         leaf::mark(*stack, names[k], 0, {{900.0, 900.0}, {1.0, 1.0}});
         leaf::mark(*stack, names[k], 0, {{10.0 + k, 20.0 + k}});
@@ -77,7 +73,7 @@ TEST(ModelsManager, EachLandmarkIsReadFromItsModelAndTheLaterItemWins)
     for (int k = 0; k < 5; ++k) {
         ASSERT_NE(lists[k], nullptr) << names[k];
         ASSERT_EQ(lists[k]->getSize(), 1) << names[k];
-        EXPECT_EQ(offset(at(*lists[k], 0), {10.0 + k, 20.0 + k}), 0.0);
+        EXPECT_EQ(leaf::distance(at(*lists[k], 0), {10.0 + k, 20.0 + k}), 0.0);
     }
     // Reading for resampling leaves the other lists alone.
     delete leaf::findItem(*stack, "Apex", 0);
@@ -131,7 +127,7 @@ TEST(ModelsManager, AContourIsReadWithAboutOneVertexAPixelAndAPositiveArea)
     probe.getModels(0);
     ASSERT_EQ(probe.contour->getSize(), 120);
     for (int i = 0; i < 120; ++i) {
-        EXPECT_EQ(offset(at(*probe.contour, i), square[static_cast<std::size_t>(i)]), 0.0);
+        EXPECT_EQ(leaf::distance(at(*probe.contour, i), square[static_cast<std::size_t>(i)]), 0.0);
     }
     setContour(*stack, 0, {});
     probe.getModels(0);
@@ -156,13 +152,14 @@ TEST(ModelsManager, ApexAndPetioleAreFoundWhateverTheTurnOriginAndSenseOfTheLeaf
         probe.putPetiolesOnCurve();
         probe.putOriginContour(*probe.contour, probe.indexesPetiole()[0]);
         const Vector<int> points = probe.findPoints(contour, probe.indexesPetiole());
-        EXPECT_LT(offset(at(contour, points[1]), outline.apex), 5.0) << "turned by " << 10 * k;
-        EXPECT_LT(offset(at(contour, points[0]), outline.points[0]), 5.0) << k;
+        EXPECT_LT(leaf::distance(at(contour, points[1]), outline.apex), 5.0)
+            << "turned by " << 10 * k;
+        EXPECT_LT(leaf::distance(at(contour, points[0]), outline.points[0]), 5.0) << k;
 
         probe.putOriginContour(*probe.contour, points[0]);
         const Vector<int> junctions = probe.findIndexPetiole(contour);
         for (int i = 0; i < 2; ++i) {
-            EXPECT_LT(offset(at(contour, junctions[i]), outline.junctions[i]), 2.0);
+            EXPECT_LT(leaf::distance(at(contour, junctions[i]), outline.junctions[i]), 2.0);
         }
         const int count = contour.getSize();
         const float length = probe.lengthLeaf(junctions, (points[1] - points[0] + count) % count);
@@ -179,16 +176,16 @@ TEST(ModelsManager, TheStoredContourIsTheCurveTruncatedAndTurnedToItsNewOrigin)
     Listener listener;
     probe.putOriginContour(*probe.contour, 700);
     EXPECT_EQ(listener.changes, 1);
-    EXPECT_EQ(offset(at(*probe.contour, 0), start), 0.0);
+    EXPECT_EQ(leaf::distance(at(*probe.contour, 0), start), 0.0);
     const Points stored = leaf::vertices(*stack, "Contour", 0);
     ASSERT_EQ(static_cast<int>(stored.size()), probe.contour->getSize());
     for (std::size_t i = 0; i < stored.size(); ++i) {
-        EXPECT_EQ(offset(stored[i], truncated((*probe.contour)[static_cast<int>(i)])), 0.0);
+        EXPECT_EQ(leaf::distance(stored[i], truncated((*probe.contour)[static_cast<int>(i)])), 0.0);
     }
     // Read back, it is resampled by its own length, from the same vertex 0 on.
     probe.getModels(0);
     EXPECT_NEAR(probe.contour->getSize(), static_cast<double>(stored.size()), 60.0);
-    EXPECT_LT(offset(at(*probe.contour, 0), start), 1.5);
+    EXPECT_LT(leaf::distance(at(*probe.contour, 0), start), 1.5);
 }
 
 TEST(ModelsManager, LandmarksPutOnTheContourAreItsVerticesTruncatedAndAnnounced)
@@ -216,14 +213,15 @@ TEST(ModelsManager, LandmarksPutOnTheContourAreItsVerticesTruncatedAndAnnounced)
         EXPECT_LT(petiole[0], petiole[1]);
         const Vector<int> places = probe.indexesPrimarySinuses();
         for (int i = 0; i < places.getSize(); ++i) {
-            EXPECT_LE(offset(at(*probe.contour, places[i]), sinuses[std::size_t(i)]), 9.5);
+            EXPECT_LE(leaf::distance(at(*probe.contour, places[i]), sinuses[std::size_t(i)]), 9.5);
         }
         const auto expectStored = [&](const char* name, const Vector<int>& indexes) {
             const Points stored = leaf::vertices(*stack, name, 0);
             ASSERT_EQ(static_cast<int>(stored.size()), indexes.getSize()) << name;
             for (int i = 0; i < indexes.getSize(); ++i) {
-                EXPECT_EQ(offset(stored[std::size_t(i)], truncated((*probe.contour)[indexes[i]])),
-                          0.0)
+                EXPECT_EQ(
+                    leaf::distance(stored[std::size_t(i)], truncated((*probe.contour)[indexes[i]])),
+                    0.0)
                     << name;
             }
         };
@@ -269,40 +267,30 @@ TEST(ModelsManager, ModelsBearTheirColoursAndSymbolsAndAreAnnounced)
     probe.createModelSecondarySinus();
     probe.createModelSecondaryPeaks();
 
-    struct Row
-    {
-        const char* name;
-        std::vector<int> colour;
-        VertexSymbol symbol;
-        float pointSize;
-        float lineWidth;
-    };
-
     using Symbol = VertexSymbol;
-    const Row rows[] = {{"Contour", {0, 0, 255}, Symbol::Sphere, 1.0f, 3.0f},
-                        {"Petiole", {100, 100, 255}, Symbol::Diamond, 7.0f, 3.0f},
-                        {"Apex", {0, 0, 255}, Symbol::Cube, 7.0f, 3.0f},
-                        {"Primary Sinus", {0, 255, 0}, Symbol::Sphere, 7.0f, 3.0f},
-                        {"Primary Peak", {255, 0, 0}, Symbol::Tetrahedron, 7.0f, 3.0f},
-                        {"Primary Distal Sinus", {255, 0, 200}, Symbol::Sphere, 3.0f, 5.0f},
-                        {"Primary Distal Peak", {255, 0, 200}, Symbol::Tetrahedron, 7.0f, 3.0f},
-                        {"Secondary Sinus", {0, 160, 0}, Symbol::Sphere, 5.0f, 3.0f},
-                        {"Secondary Peak", {255, 140, 0}, Symbol::Tetrahedron, 5.0f, 3.0f}};
+    const std::tuple<std::string, std::vector<int>, Symbol, float, float> rows[] = {
+        {"Contour", {0, 0, 255}, Symbol::Sphere, 1.0f, 3.0f},
+        {"Petiole", {100, 100, 255}, Symbol::Diamond, 7.0f, 3.0f},
+        {"Apex", {0, 0, 255}, Symbol::Cube, 7.0f, 3.0f},
+        {"Primary Sinus", {0, 255, 0}, Symbol::Sphere, 7.0f, 3.0f},
+        {"Primary Peak", {255, 0, 0}, Symbol::Tetrahedron, 7.0f, 3.0f},
+        {"Primary Distal Sinus", {255, 0, 200}, Symbol::Sphere, 3.0f, 5.0f},
+        {"Primary Distal Peak", {255, 0, 200}, Symbol::Tetrahedron, 7.0f, 3.0f},
+        {"Secondary Sinus", {0, 160, 0}, Symbol::Sphere, 5.0f, 3.0f},
+        {"Secondary Peak", {255, 140, 0}, Symbol::Tetrahedron, 5.0f, 3.0f}};
     ASSERT_EQ(stack->getNumModels(), 9);
     std::vector<std::string> announced;
     for (int k = 0; k < 9; ++k) {
-        SCOPED_TRACE(rows[k].name);
         const Model& model = stack->getModel(k);
-        const ModelItemProperties& properties = model.getItemProperties();
-        EXPECT_EQ(model.getName(), rows[k].name);
+        const ModelItemProperties& p = model.getItemProperties();
+        EXPECT_EQ(std::tuple(model.getName(), p.getColor().toStlVector(), p.getVertexSymbol(),
+                             p.getPointSize(), p.getLineWidth()),
+                  rows[k])
+            << model.getName();
         EXPECT_EQ(model.getProperties().getGeometry(),
                   k == 0 ? PRIMITIVE_POLYGON : PRIMITIVE_POLYPOINT);
-        EXPECT_EQ(properties.getColor().toStlVector(), rows[k].colour);
-        EXPECT_EQ(properties.getVertexSymbol(), rows[k].symbol);
-        EXPECT_EQ(properties.getPointSize(), rows[k].pointSize);
-        EXPECT_EQ(properties.getLineWidth(), rows[k].lineWidth);
-        EXPECT_EQ(properties.getVertexSymbolFilling(), k == 0);
-        announced.insert(announced.end(), k == 1 ? 2 : 1, rows[k].name);
+        EXPECT_EQ(p.getVertexSymbolFilling(), k == 0);
+        announced.insert(announced.end(), k == 1 ? 2 : 1, model.getName());
     }
     EXPECT_EQ(listener.names, announced);
     EXPECT_EQ(stack->getSlice(0).getNumItems(), 0);
@@ -357,6 +345,6 @@ TEST(ModelsManager, CalibratedLandmarksAreScaledAndTheOthersAreAsStored)
     const auto stack = leaf::emptyStack(1);
     const ModelItem& item = leaf::mark(*stack, "Apex", 0, {{3.0, -4.0}, {70.0, 5.0}});
     const Probe probe(*stack);
-    EXPECT_EQ(offset(at(probe.getModelItem(item), 0), {3.0, -4.0}), 0.0);
-    EXPECT_EQ(offset(at(probe.getModelItemCalibration(item, 0.25f), 1), {17.5, 1.25}), 0.0);
+    EXPECT_EQ(leaf::distance(at(probe.getModelItem(item), 0), {3.0, -4.0}), 0.0);
+    EXPECT_EQ(leaf::distance(at(probe.getModelItemCalibration(item, 0.25f), 1), {17.5, 1.25}), 0.0);
 }

@@ -118,6 +118,14 @@ public:
 
     bool coin() { return below(2) == 0; }
 
+    template <class Function>
+    void maybe(Function function)
+    {
+        if (coin()) {
+            function();
+        }
+    }
+
     /// Positive, of any number of digits, over some magnitudes.
     float number()
     {
@@ -153,24 +161,12 @@ private:
 
 inline void drawProperties(Dice& dice, ModelItemProperties& properties)
 {
-    if (dice.coin()) {
-        properties.setColor(dice.color());
-    }
-    if (dice.coin()) {
-        properties.setLineWidth(static_cast<float>(dice.below(50)) / 8.0f);
-    }
-    if (dice.coin()) {
-        properties.setPointSize(static_cast<float>(dice.below(50)) / 8.0f);
-    }
-    if (dice.coin()) {
-        properties.setVertexSymbol(static_cast<VertexSymbol>(dice.below(6)));
-    }
-    if (dice.coin()) {
-        properties.setVertexSymbolFilling(dice.coin());
-    }
-    if (dice.coin()) {
-        properties.setRenderingVisibility(dice.coin());
-    }
+    dice.maybe([&] { properties.setColor(dice.color()); });
+    dice.maybe([&] { properties.setLineWidth(static_cast<float>(dice.below(50)) / 8.0f); });
+    dice.maybe([&] { properties.setPointSize(static_cast<float>(dice.below(50)) / 8.0f); });
+    dice.maybe([&] { properties.setVertexSymbol(static_cast<VertexSymbol>(dice.below(6))); });
+    dice.maybe([&] { properties.setVertexSymbolFilling(dice.coin()); });
+    dice.maybe([&] { properties.setRenderingVisibility(dice.coin()); });
 }
 
 inline void drawSlice(Dice& dice, Stack& stack, const std::string& folder)
@@ -179,12 +175,10 @@ inline void drawSlice(Dice& dice, Stack& stack, const std::string& folder)
     StackSlice& slice = addSlice(stack, dice.name() + std::to_string(stack.getNumSlices()),
                                  statedFile(file, dice.below(5000), dice.below(5000)));
     slice.setAnnotation(dice.coin() ? "" : dice.name() + "\n\"" + dice.name() + "\"");
-    if (dice.coin()) {
-        slice.setPixelCalibration(calibration(dice.number(), dice.number()));
-    }
-    if (dice.coin()) {
+    dice.maybe([&] { slice.setPixelCalibration(calibration(dice.number(), dice.number())); });
+    dice.maybe([&] {
         slice.setRegistration({dice.below(9) - 4, dice.below(9) - 4, dice.number()});
-    }
+    });
     if (dice.coin()) {
         slice.setRelativePosition(-dice.number());
     } else if (dice.coin()) {
@@ -233,13 +227,9 @@ inline std::unique_ptr<Stack> randomStack(unsigned seed, const std::string& fold
         model.getProperties().setSurfaceOpacity(dice.number());
         model.getProperties().setQuadMeshWidth(dice.below(300));
         model.getProperties().setEconomicRendering(dice.coin());
-        if (dice.coin()) {
-            model.getProperties().setBeginCapFlag(dice.coin());
-        }
+        dice.maybe([&] { model.getProperties().setBeginCapFlag(dice.coin()); });
         for (int i = 0; i < stack->getNumSlices(); ++i) {
-            if (dice.coin()) {
-                drawItem(dice, model, stack->getSlice(i));
-            }
+            dice.maybe([&] { drawItem(dice, model, stack->getSlice(i)); });
         }
     }
     for (int n = dice.below(3); n > 0; --n) {
