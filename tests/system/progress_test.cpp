@@ -1,3 +1,4 @@
+#include "support/listener.h"
 #include "system/progressproxy.h"
 
 #include <gtest/gtest.h>
@@ -6,41 +7,17 @@
 
 namespace {
 
-/// Writes down what it is told, each time with whether the subject is the expected one.
-class Listener : public ProgressMonitor
+/// Expects each message to come from the subject, and cancels a proxy if one is given.
+struct Watch : Listener
 {
-public:
-    using ProgressMonitor::subjectProgressed;
-
-    void subjectStarted(const std::string& text) override { note("started " + text); }
-
-    void subjectFinished(const std::string& text) override { note("finished " + text); }
-
-    void subjectCanceled(const std::string& text) override { note("canceled " + text); }
-
-    void subjectProgressed(const std::string& text) override { note("progressed " + text); }
-
-    void subjectProgressed(int current, int total) override
+    explicit Watch(ProgressSubject& expected, ProgressProxy* cancels = nullptr)
     {
-        note(std::to_string(current) + "/" + std::to_string(total));
-    }
-
-    void subjectWarning(const std::string& text) override { note("warning " + text); }
-
-    void subjectError(const std::string& text) override { note("error " + text); }
-
-    std::string log;
-    ProgressSubject* expected = nullptr;
-    ProgressProxy* cancels = nullptr;
-
-private:
-    void note(const std::string& text)
-    {
-        log += text + ";";
-        EXPECT_EQ(currentSubject(), expected);
-        if (cancels) {
-            cancels->cancel();
-        }
+        then = [this, &expected, cancels] {
+            EXPECT_EQ(currentSubject(), &expected);
+            if (cancels) {
+                cancels->cancel();
+            }
+        };
     }
 };
 
@@ -63,8 +40,7 @@ const char* const everything =
 TEST(ProgressSubject, TellsEachMonitorOnceAndNamesItself)
 {
     ProgressSubject subject;
-    Listener listener;
-    listener.expected = &subject;
+    Watch listener(subject);
     subject.addMonitor(listener);
     subject.addMonitor(listener);
     notifyAll(subject);
@@ -79,8 +55,7 @@ TEST(ProgressSubject, TellsEachMonitorOnceAndNamesItself)
 TEST(ProgressSubject, MonitorsAndFlagDoNotTravelWithItsValue)
 {
     ProgressSubject subject;
-    Listener listener;
-    listener.expected = &subject;
+    Watch listener(subject);
     subject.addMonitor(listener);
     subject.cancel();
     ProgressSubject copy(subject);
@@ -101,8 +76,7 @@ TEST(ProgressProxy, PassesOnAllButWarningsAndErrors)
 {
     ProgressSubject subject;
     ProgressProxy proxy;
-    Listener listener;
-    listener.expected = &proxy;
+    Watch listener(proxy);
     subject.addMonitor(proxy);
     proxy.addMonitor(listener);
     notifyAll(subject);
@@ -113,17 +87,15 @@ TEST(ProgressProxy, CancelsTheSubjectOnlyWhileItReports)
 {
     ProgressSubject subject;
     ProgressProxy proxy;
-    Listener listener;
-    listener.expected = &proxy;
+    Watch listener(proxy, &proxy);
     subject.addMonitor(proxy);
-    proxy.addMonitor(listener);
 
     proxy.cancel();
     EXPECT_TRUE(proxy.isCanceled());
     EXPECT_FALSE(subject.isCanceled());
 
     proxy.reset();
-    listener.cancels = &proxy;
+    proxy.addMonitor(listener);
     subject.notifyProgressed(1, 2);
     EXPECT_TRUE(proxy.isCanceled());
     EXPECT_TRUE(subject.isCanceled());
