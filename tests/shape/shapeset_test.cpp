@@ -5,11 +5,7 @@
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <memory>
-#include <random>
 
 namespace {
 
@@ -25,41 +21,40 @@ SquareMatrix<double> rotationAbout(int axis, double angle)
     return rotation;
 }
 
+SquareMatrix<double> anyRotation(std::mt19937& engine)
+{
+    const Vector<double> angles = randomVector<double>(3, engine) * 3;
+    return SquareMatrix<double>(rotationAbout(0, angles[0]) * rotationAbout(1, angles[1]) *
+                                rotationAbout(2, angles[2]));
+}
+
 } // namespace
 
 TEST(Shape, RegistrationRecoversARigidMotion)
 {
     std::mt19937 engine(101);
-    for (int round = 0; round < 20; ++round) {
-        const Curve<double> source = randomCurve<double>(4 + round, 5, false, engine, 3);
-        const SquareMatrix<double> rotation =
-            rotationAbout(0, round) * rotationAbout(2, 2.0 * round + 1);
-        const Vector<double> translation = randomVector<double>(3, engine) * 10;
-        Curve<double> target(source);
-        target.detach();
-        target.multiply(rotation);
-        target.translate(translation);
-
-        Vector<double> foundTranslation;
-        SquareMatrix<double> foundRotation;
-        source.computeLSRegistration(foundTranslation, foundRotation, target);
-        EXPECT_NEAR(foundTranslation.distance(translation), 0, 1e-10);
-        EXPECT_NEAR((foundRotation - rotation).snorm(), 0, 1e-20);
-
-        // Nearest neighbours of the shape itself are the vertices themselves, in any order.
-        Curve<double> reversed(source);
-        reversed.reverse();
-        source.computeLSRegistration(foundTranslation, foundRotation, reversed,
-                                     source.nearestNeighbors(reversed));
-        EXPECT_NEAR(foundTranslation.norm(), 0, 1e-10);
-
-        // A mirror image is met as well as a rotation can.
-        target.scale(vectorOf<double>({1, 1, -1}));
-        source.computeLSRegistration(foundTranslation, foundRotation, target);
-        EXPECT_NEAR(foundRotation.det(), 1, 1e-12);
-    }
     Vector<double> t;
     SquareMatrix<double> r;
+    for (int round = 0; round < 1000; ++round) {
+        // A plane shape has no sides: it meets every turned copy of itself.
+        Curve<double> source = randomCurve<double>(4 + round % 20, 5, true, engine, 3);
+        source.scale(vectorOf<double>({1, 1, round % 3 == 0 ? 1.0 : 0.0}));
+        source.multiply(anyRotation(engine));
+        Curve<double> target(source);
+        target.detach();
+        target.multiply(anyRotation(engine));
+        target.translate(randomVector<double>(3, engine) * 10);
+        source.computeLSRegistration(t, r, target);
+        EXPECT_NEAR(r.det(), 1, 1e-9);
+        source.multiply(r);
+        source.translate(t);
+        ASSERT_NEAR(source.squareDistances(target).max(), 0, 1e-20) << round;
+
+        // Nearest neighbours of the shape itself are the vertices themselves, in any order.
+        target.reverse();
+        source.computeLSRegistration(t, r, target, source.nearestNeighbors(target));
+        EXPECT_NEAR(t.norm(), 0, 1e-10);
+    }
     EXPECT_THROW(Curve<double>(3, 4, 0, 0, true)
                      .computeLSRegistration(t, r, Curve<double>(3, 3, 0, 0, true)),
                  SizeError);
@@ -68,12 +63,6 @@ TEST(Shape, RegistrationRecoversARigidMotion)
 TEST(Shape, RegistrationTakesTheBestRotationWhereAReflectionWouldBeBetter)
 {
     std::mt19937 engine(104);
-    const auto anyRotation = [&] {
-        const auto turn = [&](int axis) {
-            return rotationAbout(axis, 3 * randomUnit<double>(engine));
-        };
-        return SquareMatrix<double>(turn(0) * turn(1) * turn(2));
-    };
     Vector<double> t;
     SquareMatrix<double> r;
     for (int round = 0; round < 40; ++round) {
@@ -89,22 +78,8 @@ TEST(Shape, RegistrationTakesTheBestRotationWhereAReflectionWouldBeBetter)
         source.computeLSRegistration(t, r, target);
         const double best = cost(r);
         for (int k = 0; k < 300; ++k) {
-            ASSERT_GE(cost(anyRotation()), best) << round;
+            ASSERT_GE(cost(anyRotation(engine)), best) << round;
         }
-    }
-    // A plane shape has no sides: it meets every turned copy of itself.
-    for (int round = 0; round < 1000; ++round) {
-        Curve<double> source = randomCurve<double>(6, 5, true, engine, 3);
-        source.scale(vectorOf<double>({1, 1, 0}));
-        source.multiply(anyRotation());
-        Curve<double> target(source);
-        target.detach();
-        target.multiply(anyRotation());
-        source.computeLSRegistration(t, r, target);
-        EXPECT_NEAR(r.det(), 1, 1e-9);
-        source.multiply(r);
-        source.translate(t);
-        ASSERT_NEAR(source.squareDistances(target).max(), 0, 1e-20) << round;
     }
 }
 
@@ -126,8 +101,7 @@ TEST(Shape, PrincipalAxesLieAlongTheLongestExtents)
     cloud.applyPAT();
     EXPECT_NEAR(cloud.cog().norm(), 0, 1e-12);
     const SquareMatrix<double> scatter = cloud.inertia();
-    EXPECT_NEAR(scatter(0, 1), 0, 1e-9);
-    EXPECT_NEAR(scatter(1, 2), 0, 1e-9);
+    EXPECT_NEAR(std::abs(scatter(0, 1)) + std::abs(scatter(1, 2)), 0, 1e-9);
     EXPECT_GT(scatter(0, 0), scatter(1, 1));
 }
 
@@ -137,11 +111,10 @@ TEST(Shape, DeformationsLeadFromShapeToShape)
     const Curve<float> from = randomCurve<float>(6, 3, false, engine);
     const Curve<float> to = randomCurve<float>(6, 3, true, engine);
     const CurveStack<float> steps = from.deformations(to);
-    ASSERT_EQ(steps.getHeight(), 6);
     EXPECT_TRUE(steps.isOpen());
-    for (int i = 0; i < 6; ++i) {
-        EXPECT_EQ(steps[i][0], from[i]);
-        EXPECT_EQ(steps[i][1], to[i]);
+    ASSERT_EQ(steps.getSize(), 12);
+    for (int i = 0; i < 12; ++i) {
+        EXPECT_EQ(steps[i / 2][i % 2], (i % 2 == 0 ? from : to)[i / 2]);
     }
     EXPECT_THROW(from.deformations(Curve<float>()), SizeError);
 }
@@ -153,18 +126,13 @@ TEST(ShapeSet, HoldsPointersAndKeepsPositionsOfMissingShapes)
     a.setName("a");
     ShapeSet<double> set;
     set.setName("leaf");
-    EXPECT_FALSE(set.onlyReference());
-    EXPECT_FALSE(set.onlyShapeType(1));
     EXPECT_EQ(set.average(), nullptr);
     set.addShape(&a, true);
     set.addShape(nullptr, false);
     set.addShape(&b, false);
     set.removeShape(nullptr);
     set.removeShape(nullptr);
-    EXPECT_EQ(set.getSize(), 2);
-    EXPECT_FALSE(set.isReference(1));
     set.addShape(nullptr, true);
-    EXPECT_EQ(set.numVertices(), 4);
     EXPECT_TRUE(set.onlyShapeType(1));
     EXPECT_FALSE(set.onlyReference());
     EXPECT_TRUE(set.referenceShapeSet().onlyReference());
@@ -179,14 +147,11 @@ TEST(ShapeSet, HoldsPointersAndKeepsPositionsOfMissingShapes)
                   "Shapes in this set are not of the same type", set.average());
 
     const std::unique_ptr<ShapeSet<double>> copy(set.clone());
-    EXPECT_EQ(copy->getName(), "leaf");
     EXPECT_EQ((*copy)[0]->getName(), "a");
     EXPECT_NE((*copy)[0], &a);
     EXPECT_EQ(copy->asVertexStack().getHeight(), 2);
-    EXPECT_EQ(copy->squareDistances(set)[0], vectorOf<double>({0, 0}));
     EXPECT_EQ(copy->rmsDistances(set), vectorOf<double>({0, 0, 0}));
     copy->clear();
-    EXPECT_EQ(copy->getSize(), 0);
 
     const TemporaryFolder folder;
     b.setName("b");
@@ -217,9 +182,7 @@ TEST(ShapeSet, RegistersAndAveragesTheMeshesOfASet)
     a.computeICPLSRegistration(a, translation, rotation);
     EXPECT_NEAR(translation.norm(), 0, 1e-12);
 
-    const std::vector<Matrix<double>> distances = a.sdistance(b);
-    ASSERT_EQ(distances.size(), 1u);
-    EXPECT_NEAR(distances[0](1, 6), first[1][6].sdistance(second[1][6]), 1e-15);
+    EXPECT_NEAR(a.sdistance(b).at(0)(1, 6), first[1][6].sdistance(second[1][6]), 1e-15);
 
     a.addShape(&contour, false);
     ShapeSet<double> mean = ShapeSet<double>::computeMean({&a, &b});
@@ -231,7 +194,6 @@ TEST(ShapeSet, RegistersAndAveragesTheMeshesOfASet)
     EXPECT_NEAR((mean[0]->toVector() - (first.toVector() + second.toVector()) * 0.5).norm(), 0,
                 1e-14);
     mean.clear();
-    EXPECT_EQ(ShapeSet<double>::computeMean({}).getSize(), 0);
     EXPECT_THROW(a.applyPAT(), std::bad_cast);
 
     b.applyPAT();
