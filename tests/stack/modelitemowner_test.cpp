@@ -1,18 +1,14 @@
 // Items are owned jointly by models and slices. Random scripts of operations are held against a
 // plain model: lists of numbers.
 
-#include "stack/model.h"
-#include "stack/modelitem.h"
 #include "stack/modelitemowner.h"
-#include "stack/stack.h"
-#include "stack/stackslice.h"
+#include "support/stacks.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
-#include <memory>
-#include <random>
 
 namespace {
 
@@ -20,6 +16,8 @@ namespace {
 class Script
 {
 public:
+    using List = std::vector<ModelItem*>;
+
     explicit Script(unsigned seed)
         : random_(seed)
     {}
@@ -41,11 +39,9 @@ public:
     {
         const int operation = draw(16);
         if (operation == 0 || models_.empty()) {
-            models_.push_back(new Model);
-            lists_[models_.back()];
+            lists_[models_.emplace_back(new Model)];
         } else if (operation == 1 || slices_.empty()) {
-            slices_.push_back(new StackSlice);
-            lists_[slices_.back()];
+            lists_[slices_.emplace_back(new StackSlice)];
         } else if (operation == 2 && draw(2) == 0) {
             destroy(models_, any(models_));
         } else if (operation == 3 && draw(2) == 0) {
@@ -60,19 +56,19 @@ public:
     void check() const
     {
         for (const auto& [owner, list] : lists_) {
-            ASSERT_EQ(owner->getNumItems(), static_cast<int>(list.size()));
-            for (std::size_t i = 0; i < list.size(); ++i) {
-                ASSERT_EQ(&owner->getItem(static_cast<int>(i)), list[i]);
+            std::vector<const ModelItem*> held;
+            for (int i = 0; i < owner->getNumItems(); ++i) {
+                held.push_back(&owner->getItem(i));
             }
+            ASSERT_EQ(held, std::vector<const ModelItem*>(list.begin(), list.end()));
         }
         for (const Model* model : models_) {
             for (const StackSlice* slice : slices_) {
-                std::vector<ModelItem*> common;
-                for (ModelItem* item : lists_.at(model)) {
-                    if (holds(lists_.at(slice), item)) {
-                        common.push_back(item);
-                    }
-                }
+                List common = lists_.at(model);
+                common.erase(
+                    std::remove_if(common.begin(), common.end(),
+                                   [&](auto* item) { return !holds(lists_.at(slice), item); }),
+                    common.end());
                 std::sort(common.begin(), common.end(), std::less<ModelItem*>());
                 ASSERT_EQ(model->intersection(*slice), common);
             }
@@ -80,8 +76,6 @@ public:
     }
 
 private:
-    using List = std::vector<ModelItem*>;
-
     int draw(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
 
     template <class Pointer>
@@ -185,15 +179,6 @@ private:
     std::map<const ModelItemOwner*, List> lists_;
 };
 
-ModelItem& newItem(Model& model, StackSlice& slice)
-{
-    auto* item = new ModelItem;
-    item->setModel(model);
-    item->setSlice(slice);
-    item->attach();
-    return *item;
-}
-
 } // namespace
 
 TEST(ModelItemOwner, RandomScriptsLeaveEveryListAsAPlainModelSays)
@@ -212,26 +197,19 @@ TEST(ModelItemOwner, SortingFollowsTheSlicesAndKeepsTheOrderOnASlice)
     Stack stack;
     std::mt19937 random(5);
     for (int i = 0; i < 12; ++i) {
-        auto* slice = new StackSlice;
-        slice->setStack(stack);
-        slice->setAbsolutePosition(static_cast<float>(random() % 6));
-        stack.addSlice(*slice);
+        stacks::addSlice(stack, "", ImageSourceFile())
+            .setAbsolutePosition(static_cast<float>(random() % 6));
     }
-    auto& model = *new Model;
-    stack.addModel(model);
+    Model& model = stacks::addModel(stack, "");
     std::vector<ModelItem*> expected;
     for (int i = 0; i < 60; ++i) {
-        expected.push_back(&newItem(model, stack.getSlice(static_cast<int>(random() % 12))));
+        expected.push_back(
+            &stacks::addItem(model, stack.getSlice(static_cast<int>(random() % 12)), {}));
     }
     EXPECT_FALSE(model.isSorted());
-    // Insertion sort: a naive order that keeps equal ones in place.
-    for (std::size_t i = 1; i < expected.size(); ++i) {
-        for (std::size_t j = i; j > 0 && expected[j]->getSlice()->getAbsolutePosition() <
-                                             expected[j - 1]->getSlice()->getAbsolutePosition();
-             --j) {
-            std::swap(expected[j], expected[j - 1]);
-        }
-    }
+    std::stable_sort(expected.begin(), expected.end(), [](auto* a, auto* b) {
+        return a->getSlice()->getAbsolutePosition() < b->getSlice()->getAbsolutePosition();
+    });
     model.sort();
     EXPECT_TRUE(model.isSorted());
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -244,10 +222,10 @@ TEST(ModelItemOwner, SelectedAndBuddyItemsAreFoundInTheOrderOfTheList)
     Model model;
     Model other;
     StackSlice slice;
-    ModelItem& plain = newItem(model, slice);
-    ModelItem& foreign = newItem(other, slice);
-    ModelItem& wide = newItem(model, slice);
-    ModelItem& twin = newItem(model, slice);
+    ModelItem& plain = stacks::addItem(model, slice, {});
+    ModelItem& foreign = stacks::addItem(other, slice, {});
+    ModelItem& wide = stacks::addItem(model, slice, {});
+    ModelItem& twin = stacks::addItem(model, slice, {});
     EXPECT_EQ(slice.getSelectedItem(), nullptr);
     wide.getProperties().setLineWidth(2.0f);
     EXPECT_EQ(slice.buddyItem(plain), &twin);
