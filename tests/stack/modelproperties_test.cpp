@@ -1,20 +1,9 @@
 #include "stack/modelitemproperties.h"
 #include "stack/modelproperties.h"
-#include "system/exception.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
+#include "support/errors.h"
+#include "support/vectors.h"
 
 namespace {
-
-Vector<int> color(int red)
-{
-    Vector<int> c(3);
-    c.setZeros();
-    c[0] = red;
-    return c;
-}
 
 template <class Properties, class Setters>
 Properties drawn(const Setters& setters, std::mt19937& random)
@@ -33,7 +22,9 @@ ModelItemProperties randomItemProperties(std::mt19937& random)
 {
     using Setter = void (*)(ModelItemProperties&, int);
     const Setter setters[] = {
-        [](ModelItemProperties& p, int v) { p.setColor(color(v)); },
+        [](ModelItemProperties& p, int v) {
+            p.setColor(vectorOf<int>({v, 0, 0}));
+        },
         [](ModelItemProperties& p, int v) { p.setLineWidth(static_cast<float>(v)); },
         [](ModelItemProperties& p, int v) { p.setPointSize(static_cast<float>(v)); },
         [](ModelItemProperties& p, int v) { p.setVertexSymbol(static_cast<VertexSymbol>(v)); },
@@ -66,26 +57,28 @@ ModelProperties randomProperties(std::mt19937& random)
 
 TEST(ModelProperties, EveryNameReadsBackAndAnyOtherTextIsUnknown)
 {
-    for (int value = 0; value <= 4; ++value) {
-        const auto geometry = static_cast<MPrimitive>(value);
-        EXPECT_EQ(ModelProperties::toPrimitive(ModelProperties::toString(geometry)), geometry);
-    }
-    for (int value = 0; value <= 6; ++value) {
-        const auto mode = static_cast<RenderingMode>(value);
-        EXPECT_EQ(ModelProperties::toRenderingMode(ModelProperties::toString(mode)), mode);
-    }
-    for (int value = 0; value <= 5; ++value) {
-        const auto symbol = static_cast<VertexSymbol>(value);
-        EXPECT_EQ(ModelItemProperties::toVertexSymbol(ModelItemProperties::toString(symbol)),
-                  symbol);
-    }
-    EXPECT_EQ(ModelProperties::toString(PRIMITIVE_POLYPOINT), "Polypoint");
-    EXPECT_EQ(ModelProperties::toString(RenderingMode::TriangularMesh), "TriangularMesh");
-    EXPECT_EQ(ModelProperties::toString(static_cast<RenderingMode>(17)), "Unknown");
-    EXPECT_EQ(ModelItemProperties::toString(static_cast<VertexSymbol>(-1)), "Unknown");
-    EXPECT_EQ(ModelProperties::toPrimitive("Ring"), PRIMITIVE_UNKNOWN);
-    EXPECT_EQ(ModelProperties::toRenderingMode("Ring"), RenderingMode::Unknown);
-    EXPECT_EQ(ModelItemProperties::toVertexSymbol("sphere"), VertexSymbol::Unknown);
+    const auto readsBack = [](auto last, auto toString, auto from) {
+        for (int value = 0; value <= static_cast<int>(last); ++value) {
+            const auto member = static_cast<decltype(last)>(value);
+            EXPECT_EQ(from(toString(member)), member);
+        }
+    };
+    using Items = ModelItemProperties;
+    using Models = ModelProperties;
+    readsBack(
+        static_cast<MPrimitive>(4), [](auto v) { return Models::toString(v); },
+        Models::toPrimitive);
+    readsBack(
+        static_cast<RenderingMode>(6), [](auto v) { return Models::toString(v); },
+        Models::toRenderingMode);
+    readsBack(static_cast<VertexSymbol>(5), Items::toString, Items::toVertexSymbol);
+    EXPECT_EQ(Models::toString(PRIMITIVE_POLYPOINT), "Polypoint");
+    EXPECT_EQ(Models::toString(RenderingMode::TriangularMesh), "TriangularMesh");
+    EXPECT_EQ(Models::toString(static_cast<RenderingMode>(17)), "Unknown");
+    EXPECT_EQ(Items::toString(static_cast<VertexSymbol>(-1)), "Unknown");
+    EXPECT_EQ(Models::toPrimitive("Ring"), PRIMITIVE_UNKNOWN);
+    EXPECT_EQ(Models::toRenderingMode("Ring"), RenderingMode::Unknown);
+    EXPECT_EQ(Items::toVertexSymbol("sphere"), VertexSymbol::Unknown);
 }
 
 TEST(ModelProperties, UpdateAndIntersectionAgreeForRandomSets)
