@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <complex>
-#include <memory>
-#include <random>
 
 namespace {
 
@@ -32,35 +30,6 @@ void setPixelSize(StackSlice& slice, float width, float height)
 }
 
 } // namespace
-
-TEST(StackReconstruction, LandmarksOfTurnedSectionsGoToTheirPlacesInSpace)
-{
-    Stack stack;
-    stack.setDefaultSliceSpacing(3.0f);
-    stack.setDefaultPixelCalibration(stacks::calibration(0.5f, 1.0f));
-    const Registration steps[] = {{0, 0, 0.0f}, {10, 4, 90.0f}, {10, 0, 90.0f}};
-    Model& tips = stacks::addModel(stack, "Tips", PRIMITIVE_POLYPOINT);
-    for (const Registration& step : steps) {
-        stacks::addItem(tips, addSection(stack, 100, 60, step), {{50, 30}, {60, 30}, {50, 10}});
-    }
-    StackReconstruction<float> reconstruction;
-    reconstruction.setStack(stack);
-    const std::unique_ptr<VertexStack<float>> space(reconstruction.apply(tips));
-    ASSERT_EQ(space->getHeight(), 3);
-    // The centre, a point to its right and one above it, the sections turned by none, a quarter
-    // and a half clockwise. The second shift is taken on the section that lies on its side.
-    const float places[3][3][3] = {{{0, 0, 0}, {5, 0, 0}, {0, 10, 0}},
-                                   {{5, -2, 3}, {5, -7, 3}, {15, -2, 3}},
-                                   {{5, -7, 6}, {0, -7, 6}, {5, -17, 6}}};
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_EQ((*space)[i].getSize(), 3);
-        for (int k = 0; k < 3; ++k) {
-            for (int c = 0; c < 3; ++c) {
-                EXPECT_NEAR((*space)[i][k][c], places[i][k][c], 1e-5) << i << ' ' << k << ' ' << c;
-            }
-        }
-    }
-}
 
 TEST(StackReconstruction, AccumulatesTurnsAndShiftsForAnyGeometry)
 {
