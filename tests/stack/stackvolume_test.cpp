@@ -1,23 +1,15 @@
 // What slices and stacks do with pixels, on TIFF files written for the purpose.
 
-#include "image/image0.h"
-#include "image/imagesourcefile.h"
-#include "image/imagewriter.h"
-#include "stack/model.h"
-#include "stack/modelitem.h"
-#include "stack/stack.h"
-#include "stack/stackslice.h"
 #include "stack/stacktovolume.h"
+#include "support/stacks.h"
 #include "support/temporaryfolder.h"
-#include "system/exception.h"
+#include "support/vectors.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <limits>
 #include <map>
-#include <random>
-#include <string>
 #include <tuple>
 
 namespace {
@@ -50,11 +42,7 @@ protected:
     {
         const std::string path = folder.file(std::to_string(stack.getNumSlices()) + ".tif");
         ImageWriter().write(image, path, false);
-        auto* slice = new StackSlice;
-        slice->setStack(stack);
-        slice->setImageSource(ImageSourceFile(path));
-        stack.addSlice(*slice);
-        return *slice;
+        return stacks::addSlice(stack, "", ImageSourceFile(path));
     }
 
     static void setAspect(StackSlice& slice, float ratio)
@@ -109,21 +97,6 @@ TEST_F(StackVolume, RequestedSizesShrinkToTheProportionsOfTheSlice)
     }
 }
 
-TEST_F(StackVolume, LoadedPixelsAreThoseOfTheFile)
-{
-    const Image0 original = picture(31, 17, 3, 5);
-    const StackSlice& slice = add(original);
-    Image0 image;
-    slice.load(image);
-    ASSERT_EQ(image.getDepth(), 24);
-    EXPECT_TRUE(std::equal(original.getData(), original.getData() + original.dataLength(),
-                           image.getData()));
-    const StackSlice copy(slice);
-    Image0 again;
-    copy.load(again);
-    EXPECT_EQ(again.getWidth(), 31);
-}
-
 TEST_F(StackVolume, ContentIsWhatAllImagesShare)
 {
     EXPECT_EQ(stack.colorContent(), ImageColorContent::Unknown);
@@ -155,20 +128,16 @@ TEST_F(StackVolume, PlanesHoldTheChosenChannelOfEachSlice)
         stackToVolume(stack, volume, channel);
         const VoxelMatrix<double> twin =
             stack.toVoxelMatrix<double>(static_cast<ImageColorContent>(channel));
-        ASSERT_EQ(volume.getSize3(), 3);
-        ASSERT_EQ(volume.getSize1(), 9);
-        ASSERT_EQ(volume.getSize2(), 12);
+        ASSERT_TRUE(volume.getSize1() == 9 && volume.getSize2() == 12 && volume.getSize3() == 3);
         ASSERT_EQ(twin.getSize(), volume.getSize());
-        for (int k = 0; k < 3; ++k) {
-            for (int y = 0; y < 9; ++y) {
-                for (int x = 0; x < 12; ++x) {
-                    const int grey =
-                        (sample(x, y, 0, k) + sample(x, y, 1, k) + sample(x, y, 2, k)) / 3;
-                    const int expected = channel == 0 ? grey : sample(x, y, channel - 1, k);
-                    ASSERT_EQ(volume(y, x, k), static_cast<float>(expected));
-                    ASSERT_EQ(twin(y, x, k), static_cast<double>(expected));
-                }
-            }
+        for (int n = 0; n < 3 * 9 * 12; ++n) {
+            const int k = n / 108;
+            const int y = n / 12 % 9;
+            const int x = n % 12;
+            const int grey = (sample(x, y, 0, k) + sample(x, y, 1, k) + sample(x, y, 2, k)) / 3;
+            const int expected = channel == 0 ? grey : sample(x, y, channel - 1, k);
+            ASSERT_EQ(volume(y, x, k), static_cast<float>(expected));
+            ASSERT_EQ(twin(y, x, k), static_cast<double>(expected));
         }
         EXPECT_EQ(twin.getVoxelCalibration().getVoxelWidth(), 2.0f);
         EXPECT_EQ(twin.getVoxelCalibration().getVoxelHeight(), 3.0f);
@@ -220,24 +189,18 @@ TEST_F(StackVolume, MasksHoldTheNumberOfTheLastModelOnEachPixel)
     std::mt19937 random(7);
     std::map<std::tuple<int, int, int>, int> expected;
     for (int m = 0; m < 4; ++m) {
-        auto* model = new Model;
         const bool region = m == 2;
-        model->getProperties().setGeometry(region ? PRIMITIVE_REGION : PRIMITIVE_POLYLINE);
-        stack.addModel(*model);
+        Model& model = stacks::addModel(stack, "", region ? PRIMITIVE_REGION : PRIMITIVE_POLYLINE);
         for (int k = 0; k < 2; ++k) {
-            auto* item = new ModelItem;
-            item->setModel(*model);
-            item->setSlice(stack.getSlice(k));
+            ModelItem& item = stacks::addItem(model, stack.getSlice(k), {});
             RLEItemSet0 pixels;
             for (int i = 0; i < 25; ++i) {
-                Vector<int> v(2);
-                v[0] = static_cast<int>(random() % 16) - 2;
-                v[1] = static_cast<int>(random() % 13) - 2;
-                region ? pixels.add(v[1], v[0]) : item->appendVertex(v);
-                expected[{v[0], v[1], k}] = m + 1;
+                const int x = static_cast<int>(random() % 16) - 2;
+                const int y = static_cast<int>(random() % 13) - 2;
+                region ? pixels.add(y, x) : item.appendVertex(vectorOf<int>({x, y}));
+                expected[{x, y, k}] = m + 1;
             }
-            item->setRLEItemSet(pixels);
-            item->attach();
+            item.setRLEItemSet(pixels);
         }
     }
     VoxelMatrix<int> mask;
