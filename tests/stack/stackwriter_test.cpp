@@ -1,6 +1,4 @@
-#include "image/image0.h"
 #include "image/imagereader.h"
-#include "image/imagesourcefile.h"
 #include "image/imagesourcefilemosaic.h"
 #include "image/imagesourcelsmstackplane.h"
 #include "image/imagesourcetiffstackplane.h"
@@ -9,36 +7,19 @@
 #include "image/voxelmatrix.h"
 #include "stack/stackreader.h"
 #include "stack/stackwriter.h"
-#include "support/commalocale.h"
 #include "support/errors.h"
+#include "support/filesizelimit.h"
 #include "support/stacks.h"
 #include "support/temporaryfolder.h"
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <limits>
 #include <locale>
-#include <random>
 #include <sstream>
-#include <string>
-#include <vector>
 
 using namespace stacks;
 
 namespace {
-
-const std::string header = "FileFormatVersion 1.05;\n"
-                           "STACK \"\";\n"
-                           "LengthUnitScale -6;\n"
-                           "PIXASPECT 1;\n"
-                           "PIXWIDTH 1;\n"
-                           "RELPOSITION 0;\n"
-                           "LASTSEGMENTEDSLICE \"\";\n"
-                           "LASTREGISTEREDSLICE \"\";\n"
-                           "Annotation \"\";\n"
-                           "AbsoluteImagesPathPolicy false;\n"
-                           "InvertZAxis false;\n";
 
 std::string slicesOf(const Stack& stack, const std::string& folder)
 {
@@ -112,7 +93,11 @@ TEST(StackWriter, AnEmptyStackIsElevenStatements)
 {
     const TemporaryFolder folder;
     EXPECT_TRUE(StackWriter().write(Stack(), folder.file("a.sdf")));
-    EXPECT_EQ(folder.read("a.sdf"), header);
+    EXPECT_EQ(folder.read("a.sdf"),
+              "FileFormatVersion 1.05;\nSTACK \"\";\nLengthUnitScale -6;\nPIXASPECT 1;\n"
+              "PIXWIDTH 1;\nRELPOSITION 0;\nLASTSEGMENTEDSLICE \"\";\n"
+              "LASTREGISTEREDSLICE \"\";\nAnnotation \"\";\n"
+              "AbsoluteImagesPathPolicy false;\nInvertZAxis false;\n");
 }
 
 TEST(StackWriter, WritesEveryStatementInItsPlace)
@@ -137,63 +122,27 @@ TEST(StackWriter, WritesEveryStatementInItsPlace)
     item.getProperties().setRenderingVisibility(false);
     addPose(stack, "front");
 
-    EXPECT_EQ(slicesOf(stack, folder.path().string()), "\n"
-                                                       "SLICE \"leaf 1\" \"one.tif\";\n"
-                                                       "SliceSize1 20;\n"
-                                                       "SliceSize2 30;\n"
-                                                       "ROTATE 22.5;\n"
-                                                       "SHIFT 3 -4;\n"
-                                                       "Annotation \"torn__SC__ see "
-                                                       "__DQ__notes__DQ____NL__again\";\n"
-                                                       "\n"
-                                                       "SLICE \"leaf 2\" \"two.tif\";\n"
-                                                       "SliceSize1 20;\n"
-                                                       "SliceSize2 30;\n"
-                                                       "RELPOSITION 0.123457;\n"
-                                                       "PIXASPECT 1.5;\n"
-                                                       "PIXWIDTH 0.5;\n"
-                                                       "\n"
-                                                       "SLICE \"leaf 3\" \"two.tif\";\n"
-                                                       "SliceSize1 20;\n"
-                                                       "SliceSize2 30;\n"
-                                                       "POSITION 1.23457e+06;\n");
-    EXPECT_EQ(modelsOf(stack), "\n"
-                               "MODEL \"Contour\";\n"
-                               "BRILLIANCY 32;\n"
-                               "COLOR 255 0 0;\n"
-                               "ECORENDERING false;\n"
-                               "FILLEDIN true;\n"
-                               "HIDDEN3D false;\n"
-                               "POINTSIZE 3;\n"
-                               "PRIMITIVE Polygon;\n"
-                               "RENDERINGMODE Surface;\n"
-                               "RESAMPLING 100 100;\n"
-                               "MeshVertexSmoothing 0;\n"
-                               "MeshNormalSmoothing 0;\n"
-                               "THICKNESS 1;\n"
-                               "TRANSPARENCY 255;\n"
-                               "VERTEXSYMBOL Sphere;\n"
-                               "EndCap true;\n"
-                               "\n"
-                               "MODELITEM \"Contour\" \"leaf 1\";\n"
-                               "COLOR 255 0 0;\n"
-                               "FILLEDIN true;\n"
-                               "HIDDEN3D true;\n"
-                               "POINTSIZE 1;\n"
-                               "THICKNESS 1;\n"
-                               "VERTEXSYMBOL Sphere;\n"
-                               "TriangulationTag End;\n"
-                               "MODELITEMDATA\n"
-                               " 1,2 -3,4;\n");
+    EXPECT_EQ(slicesOf(stack, folder.path().string()),
+              "\nSLICE \"leaf 1\" \"one.tif\";\nSliceSize1 20;\nSliceSize2 30;\n"
+              "ROTATE 22.5;\nSHIFT 3 -4;\n"
+              "Annotation \"torn__SC__ see __DQ__notes__DQ____NL__again\";\n"
+              "\nSLICE \"leaf 2\" \"two.tif\";\nSliceSize1 20;\nSliceSize2 30;\n"
+              "RELPOSITION 0.123457;\nPIXASPECT 1.5;\nPIXWIDTH 0.5;\n"
+              "\nSLICE \"leaf 3\" \"two.tif\";\nSliceSize1 20;\nSliceSize2 30;\n"
+              "POSITION 1.23457e+06;\n");
+    EXPECT_EQ(modelsOf(stack),
+              "\nMODEL \"Contour\";\nBRILLIANCY 32;\nCOLOR 255 0 0;\nECORENDERING false;\n"
+              "FILLEDIN true;\nHIDDEN3D false;\nPOINTSIZE 3;\nPRIMITIVE Polygon;\n"
+              "RENDERINGMODE Surface;\nRESAMPLING 100 100;\nMeshVertexSmoothing 0;\n"
+              "MeshNormalSmoothing 0;\nTHICKNESS 1;\nTRANSPARENCY 255;\nVERTEXSYMBOL Sphere;\n"
+              "EndCap true;\n"
+              "\nMODELITEM \"Contour\" \"leaf 1\";\nCOLOR 255 0 0;\nFILLEDIN true;\n"
+              "HIDDEN3D true;\nPOINTSIZE 1;\nTHICKNESS 1;\nVERTEXSYMBOL Sphere;\n"
+              "TriangulationTag End;\nMODELITEMDATA\n 1,2 -3,4;\n");
     std::ostringstream poses;
     StackWriter().writePoses(stack, poses);
-    EXPECT_EQ(poses.str(), "\n"
-                           "POSE \"front\";\n"
-                           "POSEROTATION 10 -20 30;\n"
-                           "POSESHIFT 4 -5;\n"
-                           "POSEZOOM 150;\n"
-                           "AMBIENTLIGHT 1;\n"
-                           "DIFFUSELIGHT 2;\n"
+    EXPECT_EQ(poses.str(), "\nPOSE \"front\";\nPOSEROTATION 10 -20 30;\nPOSESHIFT 4 -5;\n"
+                           "POSEZOOM 150;\nAMBIENTLIGHT 1;\nDIFFUSELIGHT 2;\n"
                            "SPECULARLIGHT 3;\n");
 }
 
@@ -250,16 +199,12 @@ TEST(StackWriter, TellsTheFolderWhereverItChanges)
         addSlice(stack, file, statedFile(base + file, 1, 1));
     }
     const std::string sizes = "SliceSize1 1;\nSliceSize2 1;\n";
-    EXPECT_EQ(slicesOf(stack, base), "\nSLICE \"a.tif\" \"a.tif\";\n" + sizes +
-                                         "\nImagesPath \"in\";\n\n"
-                                         "SLICE \"in/b.tif\" \"b.tif\";\n" +
-                                         sizes + "\nSLICE \"in/c.tif\" \"c.tif\";\n" + sizes +
-                                         "\nImagesPath \"\";\n\n"
-                                         "SLICE \"in/../d.tif\" \"d.tif\";\n" +
-                                         sizes +
-                                         "\nImagesPath \"e/f\";\n\n"
-                                         "SLICE \"e/f/g.tif\" \"g.tif\";\n" +
-                                         sizes);
+    std::string text = slicesOf(stack, base);
+    StackIO::replace(text, "SliceSize1 1;\nSliceSize2 1;\n", "");
+    EXPECT_EQ(text, "\nSLICE \"a.tif\" \"a.tif\";\n\nImagesPath \"in\";\n\n"
+                    "SLICE \"in/b.tif\" \"b.tif\";\n\nSLICE \"in/c.tif\" \"c.tif\";\n"
+                    "\nImagesPath \"\";\n\nSLICE \"in/../d.tif\" \"d.tif\";\n"
+                    "\nImagesPath \"e/f\";\n\nSLICE \"e/f/g.tif\" \"g.tif\";\n");
     EXPECT_NE(slicesOf(stack, base + "in").find("ImagesPath \"..\";"), std::string::npos);
 
     stack.setAbsoluteImagesPathPolicy(true);
@@ -294,15 +239,12 @@ TEST(StackWriter, WritesEveryKindOfSourceInItsForm)
     page.setTiffStackFilename(folder.file("tile one.tif"));
     addSlice(stack, "page", page);
 
-    EXPECT_EQ(slicesOf(stack, base), "\nSLICE \"mosaic\" 1 2;\nIMAGE 1 2 " + base +
-                                         "tile one.tif;\n"
-                                         "SliceSize1 4;\nSliceSize2 6;\n"
-                                         "\nStackSlice \"memory\" \"volume.tif\" 2;\n"
-                                         "SliceSize1 5;\nSliceSize2 7;\n"
-                                         "\nStackSlice \"file\" \"v.vm\" 1;\n"
-                                         "SliceSize1 5;\nSliceSize2 7;\n"
-                                         "\nStackSlice \"page\" \"tile one.tif\" 0;\n"
-                                         "SliceSize1 4;\nSliceSize2 6;\n");
+    EXPECT_EQ(slicesOf(stack, base),
+              "\nSLICE \"mosaic\" 1 2;\nIMAGE 1 2 " + base +
+                  "tile one.tif;\nSliceSize1 4;\nSliceSize2 6;\n"
+                  "\nStackSlice \"memory\" \"volume.tif\" 2;\nSliceSize1 5;\nSliceSize2 7;\n"
+                  "\nStackSlice \"file\" \"v.vm\" 1;\nSliceSize1 5;\nSliceSize2 7;\n"
+                  "\nStackSlice \"page\" \"tile one.tif\" 0;\nSliceSize1 4;\nSliceSize2 6;\n");
 }
 
 TEST(StackWriter, WhatHasNoFormRaisesAnErrorAndKeepsTheOldFile)
@@ -323,9 +265,6 @@ TEST(StackWriter, WhatHasNoFormRaisesAnErrorAndKeepsTheOldFile)
     refuses(ValueError(), [](Stack&, StackSlice& slice) {
         slice.setRelativePosition(std::numeric_limits<float>::quiet_NaN());
     });
-    refuses(ValueError(), [](Stack& stack, StackSlice&) {
-        stack.setDefaultRelativePosition(std::numeric_limits<float>::infinity());
-    });
     refuses(ProgramError(),
             [](Stack&, StackSlice& slice) { slice.setImageSource(ImageSourceLSMStackPlane()); });
     refuses(ProgramError(), [](Stack& stack, StackSlice&) {
@@ -341,17 +280,9 @@ TEST(StackWriter, AFileThatCannotBeMadeGivesFalseAndAFullDiskRaises)
     EXPECT_FALSE(StackWriter().write(Stack(), folder.file("missing/a.sdf")));
     EXPECT_FALSE(StackWriter().write(Stack(), folder.path().string()));
     EXPECT_EQ(folder.fileCount(), 0);
-    EXPECT_THROW(StackWriter().write(Stack(), "/dev/full"), FileWriteError);
-}
-
-TEST(StackWriter, TheLocaleChangesNoNumber)
-{
-    const TemporaryFolder folder;
-    const auto stack = randomStack(3, folder.path().string());
-    EXPECT_TRUE(StackWriter().write(*stack, folder.file("plain.sdf")));
-    const CommaLocale comma;
-    EXPECT_TRUE(StackWriter().write(*stack, folder.file("comma.sdf")));
-    EXPECT_EQ(folder.read("comma.sdf"), folder.read("plain.sdf"));
+    const FileSizeLimit full(100);
+    EXPECT_THROW(StackWriter().write(Stack(), folder.file("a.sdf")), FileWriteError);
+    EXPECT_EQ(folder.fileCount(), 0);
 }
 
 TEST(StackWriter, AVolumeBecomesAStackOnDisk)
@@ -359,12 +290,8 @@ TEST(StackWriter, AVolumeBecomesAStackOnDisk)
     const TemporaryFolder folder;
     const std::string base = folder.path().string() + "/";
     VoxelMatrix<float> volume(4, 6, 2);
-    for (int k = 0; k < 2; ++k) {
-        for (int i = 0; i < 4; ++i) {
-            for (int j = 0; j < 6; ++j) {
-                volume(i, j, k) = static_cast<float>(100 * k + 10 * i + j) + 0.75f;
-            }
-        }
+    for (int n = 0; n < 48; ++n) {
+        volume(n / 6 % 4, n % 6, n / 24) = static_cast<float>(3 * n) + 0.75f;
     }
     StackWriter().saveAsStack(volume, "v", base, base, calibration(0.5f, 1.0f), 3.0f);
 
@@ -380,7 +307,7 @@ TEST(StackWriter, AVolumeBecomesAStackOnDisk)
     ImageReader().read(image, folder.file("v_001.tif"));
     PixelMatrix<int> plane;
     plane.convertFromImage(image);
-    EXPECT_EQ(plane(3, 5), 135);
+    EXPECT_EQ(plane(3, 5), 141);
     EXPECT_THROW(
         StackWriter().saveAsStack(volume, "v", base, base + "none/", PixelCalibration(), 1.0f),
         FileWriteError);
