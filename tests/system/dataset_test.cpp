@@ -1,10 +1,8 @@
 #include "support/commalocale.h"
 #include "support/errors.h"
+#include "support/filesizelimit.h"
 #include "support/temporaryfolder.h"
 #include "system/dataset.h"
-#include "system/exception.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
@@ -49,36 +47,23 @@ DataSet randomTable(std::mt19937& random, int rows)
 
 } // namespace
 
-TEST(DataSet, TablesComeBackFromTheirTextAsTheyWere)
+TEST(DataSet, TablesComeBackFromTheirTextAsTheyWereInAnyLocale)
 {
     std::mt19937 random(21);
     for (int rows : {1, 2, 17, 300}) {
         for (char separator : {'\t', '|'}) {
             DataSet written = randomTable(random, rows);
             written.setFieldSeparator(separator);
-            const DataSet read = table(text(written), separator);
+            const std::string plain = text(written);
+            const CommaLocale comma;
+            const DataSet read = table(plain, separator);
             EXPECT_EQ(read.variableNames(), written.variableNames());
             EXPECT_EQ(read.columnTypes(), "%d%f%s");
             EXPECT_EQ(read.numRows(), rows);
-            EXPECT_EQ(text(read), text(written));
+            EXPECT_EQ(text(read), plain);
             EXPECT_TRUE(read.getValues<float>("length") == written.getValues<float>("length"));
         }
     }
-}
-
-TEST(DataSet, FillingUpwardsAndDownwardsGivesTheSameTable)
-{
-    DataSet sets[2];
-    for (int i = 0; i < 50; ++i) {
-        for (const int row : {i, 49 - i}) {
-            DataSet& set = sets[row == i ? 0 : 1];
-            set.setValue<std::string>("name", row, std::to_string(row));
-            set.setValue("value", row, row * 0.5);
-        }
-    }
-    EXPECT_EQ(text(sets[0]), text(sets[1]));
-    EXPECT_EQ(sets[0].size()[0], 50);
-    EXPECT_EQ(sets[0].size()[1], 2);
 }
 
 TEST(DataSet, EachTypeHasItsCellText)
@@ -96,23 +81,8 @@ TEST(DataSet, EachTypeHasItsCellText)
                          "-3\t5000000000\t2.00000\t1.23457e+06\t\ta \"b\"\t1.5\tnan\n");
     EXPECT_EQ(set.columnTypes(), "%d%ld%f%lftype error%s%scalar%f");
     std::ostringstream stream;
-    stream << DataSet() << set;
+    stream << set;
     EXPECT_TRUE(stream.flags() & std::ios_base::showpoint);
-}
-
-TEST(DataSet, NumbersKeepTheirPointInEveryLocale)
-{
-    DataSet set;
-    set.setValue("a", 0, 1234567);
-    set.setValue("b", 0, 0.25F);
-    set.setValue("c", 0, Scalar(0.25));
-    const std::string expected = text(set);
-    const CommaLocale comma;
-    EXPECT_EQ(text(set), expected);
-    EXPECT_EQ(table(expected).columnTypes(), "%d%f%f");
-    const TemporaryFolder folder;
-    set.save(folder.file("t"));
-    EXPECT_EQ(folder.read("t"), expected);
 }
 
 TEST(DataSet, TypesFollowFromAllCells)
@@ -175,24 +145,27 @@ TEST(DataSet, CellsThatNoWriteReachedAreZeroOrEmpty)
 TEST(DataSet, CropKeepsTheMatchingRowsInOrder)
 {
     std::mt19937 random(5);
-    DataSet set = randomTable(random, 40);
+    DataSet set;
+    std::vector<int> kept;
     for (int row = 0; row < 40; ++row) {
-        set.setValue("group", row, static_cast<int>(random() % 3));
-    }
-    DataSet cropped(set);
-    cropped.crop("group", 1);
-    int kept = 0;
-    for (int row = 0; row < 40; ++row) {
-        if (set.getValue<int>("group", row) == 1) {
-            EXPECT_EQ(cropped.getValue<int>("count", kept), set.getValue<int>("count", row));
-            ++kept;
+        const int group = static_cast<int>(random() % 3);
+        set.setValue("row", row, row);
+        set.setValue("group", row, group);
+        if (group == 1) {
+            kept.push_back(row);
         }
     }
-    EXPECT_EQ(cropped.numRows(), kept);
-    EXPECT_EQ(cropped.variableNames(), set.variableNames());
-    cropped.crop("group", 2);
-    EXPECT_TRUE(cropped.isEmpty());
-    EXPECT_EQ(cropped.numRows(), 0);
+    DataSet copy(set);
+    copy.crop("group", 1);
+    EXPECT_EQ(copy.getValues<int>("row").toStlVector(), kept);
+    copy.crop("group", 2);
+    EXPECT_TRUE(copy.isEmpty());
+    EXPECT_EQ(copy.numRows(), 0);
+    EXPECT_EQ(set.numRows(), 40);
+    DataSet moved(std::move(set));
+    EXPECT_TRUE(set.isEmpty());
+    set = std::move(moved);
+    EXPECT_EQ(set.numRows(), 40);
 }
 
 TEST(DataSet, AppendAddsRowsByNameAndExtendAddsColumns)
@@ -224,7 +197,6 @@ TEST(DataSet, UnknownNamesAreToldWithTheKnownOnes)
     EXPECT_THROW(set.crop("c", 1), NameError);
     EXPECT_THROW(set.remove("c"), NameError);
     EXPECT_THROW(set.remove(2), RangeError);
-    EXPECT_THROW(set.columnType(-1), RangeError);
     set.remove("a");
     EXPECT_EQ(text(set), "b\n2\n");
 }
@@ -245,26 +217,11 @@ TEST(DataSet, FlattenTurnsScalarsIntoPlainColumns)
     EXPECT_EQ(set.columnTypes(), "%d%d%f");
 }
 
-TEST(DataSet, CopiesAreIndependentAndMovesLeaveNothing)
-{
-    DataSet set = table("a\n1\n");
-    DataSet copy(set);
-    copy.setValue("a", 0, 2);
-    EXPECT_EQ(set.getValue<int>("a", 0), 1);
-    DataSet moved(std::move(copy));
-    EXPECT_EQ(moved.getValue<int>("a", 0), 2);
-    EXPECT_TRUE(copy.isEmpty());
-    EXPECT_EQ(copy.numRows(), 0);
-    set = set;
-    set = std::move(moved);
-    EXPECT_EQ(text(set), "a\n2\n");
-}
-
 TEST(DataSet, SavingReplacesAFileOnlyWhenToldAndOnlyAsAWhole)
 {
     const TemporaryFolder folder;
     const std::string name = folder.write("été.data", "old");
-    const DataSet set = table("a\n1\n");
+    DataSet set = table("a\n1\n");
     EXPECT_RAISES(FileWriteError, "void DataSet::save(const string&, const bool) const",
                   "File exists", set.save(name, false));
     EXPECT_EQ(folder.read("été.data"), "old");
@@ -273,13 +230,11 @@ TEST(DataSet, SavingReplacesAFileOnlyWhenToldAndOnlyAsAWhole)
     EXPECT_EQ(text(DataSet(name)), text(set));
     EXPECT_FALSE(set.save(folder.file("missing/a.data"), true));
     EXPECT_EQ(folder.fileCount(), 1);
-    EXPECT_THROW(set.save("/dev/full", true), FileWriteError);
-}
-
-TEST(DataSet, AFileThatCannotBeReadLeavesTheTableAsItWas)
-{
-    const TemporaryFolder folder;
-    DataSet set = table("a\n1\n");
+    {
+        const FileSizeLimit full(2);
+        EXPECT_THROW(set.save(name, true), FileWriteError);
+    }
+    EXPECT_EQ(folder.read("été.data"), "a\n1\n");
     EXPECT_RAISES(FileReadError, "void DataSet::load(const string&)", "The file does not exist",
                   set.load(folder.file("none")));
     EXPECT_THROW(set.load(folder.path().string()), FileReadError);
