@@ -3,23 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cctype>
+#include <regex>
 #include <string>
-
-namespace {
-
-/// The text with each digit replaced by a "d".
-std::string shape(std::string text)
-{
-    for (char& c : text) {
-        if (std::isdigit(static_cast<unsigned char>(c))) {
-            c = 'd';
-        }
-    }
-    return text;
-}
-
-} // namespace
 
 TEST(System, TellsAPlausibleMachine)
 {
@@ -34,6 +19,6 @@ TEST(System, TellsAPlausibleMachine)
 
 TEST(System, WritesDateAndTimeWithLeadingZeros)
 {
-    EXPECT_EQ(shape(System::today()), "dddd.dd.dd");
-    EXPECT_EQ(shape(System::time()), "dd:dd:dd");
+    const std::string text = System::today() + " " + System::time();
+    EXPECT_TRUE(std::regex_match(text, std::regex(R"(\d{4}\.\d\d\.\d\d \d\d:\d\d:\d\d)"))) << text;
 }
