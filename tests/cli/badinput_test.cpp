@@ -115,20 +115,6 @@ TEST(BadInput, AStackFileCutAnywhereIsRefusedAndNeverChanged)
     fails({"contour", folder.file("none.sdf")}, "");
 }
 
-TEST(BadInput, ALeafThatTouchesTheFrameEndsCleanly)
-{
-    LeafFolder folder;
-    const auto image =
-        leaf::photograph(leaf::draw(4, 24.0, 0.0, {100.0, 300.0}), 500, 300, 200.0f, 30.0f, 5.0f);
-    ImageWriter().write(leaf::toImage(image), folder.file("edge.tif"), true);
-    for (const char* kind : {"dark", "light"}) {
-        const std::string stack = folder.file("s.sdf");
-        runs({"stack", stack, folder.file("edge.tif")});
-        const CommandResult result = crenara({"contour", stack, "--background", kind});
-        EXPECT_TRUE(result.status == 0 || (result.status == 1 && result.says("crenara: "))) << kind;
-    }
-}
-
 TEST(BadInput, AFolderThatCannotBeMadeIsNamedBeforeTheWork)
 {
     LeafFolder folder;

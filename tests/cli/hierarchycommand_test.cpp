@@ -1,7 +1,3 @@
-#include "blade/blademessages.h"
-#include "blade/hierarchyarabidoprocess.h"
-#include "blade/hierarchyiterativeprocess.h"
-#include "blade/nohierarchyprocess.h"
 #include "cli/commandrunner.h"
 #include "cli/leaffolder.h"
 #include "stack/stackreader.h"
@@ -9,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iostream>
-#include <sstream>
 
 namespace {
 
@@ -21,58 +15,7 @@ std::unique_ptr<LMXStack> open(const std::string& path)
     return stack;
 }
 
-std::size_t points(const std::string& path, const std::string& model, int slice)
-{
-    const auto stack = open(path);
-    return leaf::vertices(*stack, model, slice).size();
-}
-
 } // namespace
-
-TEST(Hierarchy, TheStackIsThatOfTheProcessesByteForByte)
-{
-    LeafFolder folder;
-    const std::string stack =
-        folder.makeLandmarks({folder.addLeaf("a", 3), folder.addLeaf("b", 5)});
-    std::string former = stack;
-    const auto expectSame = [&](const Words& options, ModelsManager& process) {
-        const std::string commands = folder.file("command.sdf");
-        const CommandResult result =
-            runs(joined({"hierarchy", former, "-o", commands, "--quiet"}, options));
-        EXPECT_EQ(result.out, "");
-        EXPECT_TRUE(result.says("ierarchy process is complete")) << result.err;
-
-        const auto ours = open(former);
-        std::ostringstream said;
-        std::streambuf* const out = std::cout.rdbuf(said.rdbuf());
-        const auto handler = BladeMessages::setHandler([](const std::string&) {});
-        process.setStack(*ours);
-        process.run();
-        BladeMessages::setHandler(handler);
-        std::cout.rdbuf(out);
-        EXPECT_TRUE(ours->write(folder.file("process.sdf")));
-        EXPECT_EQ(folder.read("command.sdf"), folder.read("process.sdf"));
-        EXPECT_EQ(result.err.find("pointe secondaire") != std::string::npos, !said.str().empty());
-        // The next one starts from what this one left.
-        former = folder.file("former.sdf");
-        folder.write("former.sdf", folder.read("command.sdf"));
-    };
-
-    HierarchyArabidoProcess recursive;
-    recursive.setLimitAngle(50);
-    recursive.setEnableDistalTeeth(true);
-    expectSame({"recursive", "--limit-angle", "50", "--distal"}, recursive);
-    HierarchyIterativeProcess iterative;
-    iterative.setTolerance(0.05f);
-    expectSame({"iterative", "--tolerance", "0.05"}, iterative);
-    HierarchyArabidoProcess wide;
-    wide.setLimitAngle(120);
-    expectSame({"recursive", "--limit-angle", "120"}, wide);
-    EXPECT_GT(points(former, "Secondary Sinus", 1), 0u);
-    NoHierarchyProcess none;
-    expectSame({"none"}, none);
-    EXPECT_EQ(points(former, "Secondary Sinus", 1), 0u);
-}
 
 TEST(Hierarchy, TheTableOfLandmarksHoldsAllPointsAndMeasuresUseThePrimaryOnesAlone)
 {

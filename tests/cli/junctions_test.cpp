@@ -70,17 +70,6 @@ TEST(JunctionTable, FaultsNameFileLineAndSliceAndLeaveTheStackAlone)
           "none.tsv: the junction table can't be read");
 }
 
-TEST(JunctionTable, ASliceWithoutJunctionsIsToldAfterTheOthersGotTheirs)
-{
-    LeafFolder folder;
-    const std::string stack = folder.file("s.sdf");
-    runs({"stack", stack, folder.addLeaf("a"), folder.addLeaf("b")});
-    fails({"junctions", stack,
-           folder.write("t.tsv", "Slice_Name\tX1\tY1\tX2\tY2\na\t150\t380\t170\t380\n")},
-          "t.tsv: slice b: the junction table has no row for it");
-    EXPECT_NE(bytesOf(stack).find(" 150,380 170,380;"), std::string::npos);
-}
-
 TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
 {
     LeafFolder folder;

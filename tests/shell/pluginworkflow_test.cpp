@@ -12,6 +12,7 @@
 #include "support/temporaryfolder.h"
 #include "system/exception.h"
 
+#include <QCheckBox>
 #include <QDirIterator>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
@@ -69,19 +70,11 @@ public:
     /// Contours, junctions, sinuses and tips by the command.
     void runStages(const QStringList& options = {}) const
     {
-        std::ostringstream table;
-        table << "Slice_Name\tX1\tY1\tX2\tY2\n";
-        for (std::size_t i = 0; i < outlines_.size(); ++i) {
-            table << "leaf" << i;
-            for (const leaf::Point& point : outlines_[i].junctions) {
-                table << "\t" << std::lround(point.x) << "\t" << std::lround(point.y);
-            }
-            table << "\n";
-        }
-        folder_.write("junctions.tsv", table.str());
         const QString stack = file("leaves.sdf");
         crenara({"contour", stack});
-        crenara({"junctions", stack, file("junctions.tsv")});
+        const auto opened = open();
+        draw(*opened);
+        EXPECT_TRUE(opened->write(stack.toStdString()));
         crenara({"sinus", stack});
         crenara(QStringList({"tips", stack}) + options);
     }
@@ -342,9 +335,12 @@ TEST(CrenaraWindow, RunsEachHierarchyLikeTheCommand)
     window.clickButton("&Process");
     EXPECT_EQ(modals.takeBoxes(), QStringList()) << "nothing is chosen, nothing runs";
     window.page().findChild<QSpinBox*>()->setValue(121);
-    expectSame("Hierarchy Recursive Method (Arabodipsis)", {"recursive", "--limit-angle", "121"});
+    window.page().findChild<QDoubleSpinBox*>()->setValue(0.05);
+    withText<QCheckBox>(window.page(), "Enable distal teeth detection").setChecked(true);
+    expectSame("Hierarchy Recursive Method (Arabodipsis)",
+               {"recursive", "--limit-angle", "121", "--distal"});
     EXPECT_FALSE(leaf::vertices(*stack, "Secondary Sinus", 0).empty());
-    expectSame("Hierarchy Iterative Method", {"iterative"});
+    expectSame("Hierarchy Iterative Method", {"iterative", "--tolerance", "0.05"});
     expectSame("No Hierarchy", {"none"});
     EXPECT_EQ(stack->findModel("Secondary Sinus"), -1);
 }

@@ -5,7 +5,6 @@
 #include "interface/stackbuilder.h"
 #include "stack/stackslice.h"
 #include "support/temporaryfolder.h"
-#include "system/exception.h"
 
 #include <gtest/gtest.h>
 
@@ -99,19 +98,4 @@ TEST(StackBuilder, SquaresPixelsThatAreNotAndKeepsTheirArea)
         EXPECT_NEAR(widthOf(stack, i) * float(slice.width()), extent[i][0], 1e-4) << i;
         EXPECT_NEAR(widthOf(stack, i) * float(slice.height()), extent[i][1], 1e-4) << i;
     }
-}
-
-TEST(StackBuilder, RefusesNamesThatStandTwiceAndKeepsTheSlicesBefore)
-{
-    const TemporaryFolder folder;
-    const std::string first = addImage(folder, "a.tif", 1.0f, 1.0f, -2);
-    const std::string second = addImage(folder, "a.tiff", 1.0f, 1.0f, -2);
-    const std::string quoted = addImage(folder, "b\"c.tif", 1.0f, 1.0f, -2);
-    StackBuilder builder;
-    LMXStack stack;
-    EXPECT_THROW(builder.build(stack, {first, second}), NameError);
-    EXPECT_EQ(stack.getNumSlices(), 1);
-    EXPECT_THROW(builder.build(stack, {quoted}), ValueError);
-    EXPECT_THROW(builder.build(stack, {folder.file("none.tif")}), FileReadError);
-    EXPECT_EQ(stack.getNumSlices(), 1);
 }
