@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <set>
 
 namespace {
 
@@ -19,16 +20,19 @@ public:
     using List = std::vector<ModelItem*>;
 
     explicit Script(unsigned seed)
-        : random_(seed)
-    {}
+        : dice_(seed)
+    {
+        for (int i = 0; i < 3; ++i) {
+            lists_[models_.emplace_back(new Model)];
+            lists_[slices_.emplace_back(new StackSlice)];
+        }
+    }
 
     ~Script()
     {
-        while (!models_.empty()) {
-            destroy(models_, models_.back());
-        }
-        while (!slices_.empty()) {
-            destroy(slices_, slices_.back());
+        for (int i = 0; i < 3; ++i) {
+            destroy(models_[std::size_t(i)]);
+            destroy(slices_[std::size_t(i)]);
         }
         for (ModelItem* item : items_) {
             delete item;
@@ -37,15 +41,11 @@ public:
 
     void step()
     {
-        const int operation = draw(16);
-        if (operation == 0 || models_.empty()) {
-            lists_[models_.emplace_back(new Model)];
-        } else if (operation == 1 || slices_.empty()) {
-            lists_[slices_.emplace_back(new StackSlice)];
-        } else if (operation == 2 && draw(2) == 0) {
-            destroy(models_, any(models_));
-        } else if (operation == 3 && draw(2) == 0) {
-            destroy(slices_, any(slices_));
+        const int operation = dice_.below(16);
+        if (operation <= 1 && dice_.below(3) == 0) {
+            renew(any(models_));
+        } else if (operation <= 3 && dice_.below(3) == 0) {
+            renew(any(slices_));
         } else if (operation <= 5 || items_.empty()) {
             items_.push_back(new ModelItem);
         } else {
@@ -64,56 +64,44 @@ public:
         }
         for (const Model* model : models_) {
             for (const StackSlice* slice : slices_) {
-                List common = lists_.at(model);
-                common.erase(
-                    std::remove_if(common.begin(), common.end(),
-                                   [&](auto* item) { return !holds(lists_.at(slice), item); }),
-                    common.end());
-                std::sort(common.begin(), common.end(), std::less<ModelItem*>());
-                ASSERT_EQ(model->intersection(*slice), common);
+                std::set<ModelItem*, std::less<>> common;
+                for (ModelItem* item : lists_.at(model)) {
+                    if (holds(lists_.at(slice), item)) {
+                        common.insert(item);
+                    }
+                }
+                ASSERT_EQ(model->intersection(*slice), List(common.begin(), common.end()));
             }
         }
     }
 
 private:
-    int draw(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
-
     template <class Pointer>
-    Pointer any(const std::vector<Pointer>& from)
+    Pointer& any(std::vector<Pointer>& from)
     {
-        return from[random_() % from.size()];
+        return from[static_cast<std::size_t>(dice_.below(static_cast<int>(from.size())))];
     }
 
-    template <class Pointer>
-    static bool holds(const std::vector<Pointer>& list, Pointer element)
+    static bool holds(const List& list, const ModelItem* item)
     {
-        return std::find(list.begin(), list.end(), element) != list.end();
+        return std::find(list.begin(), list.end(), item) != list.end();
     }
 
-    template <class Pointer>
-    static void drop(std::vector<Pointer>& list, Pointer element)
+    static void drop(List& list, const ModelItem* item)
     {
-        list.erase(std::remove(list.begin(), list.end(), element), list.end());
+        list.erase(std::remove(list.begin(), list.end(), item), list.end());
     }
 
-    // An owner that an item names may have died, or a new one may stand in its place.
-    void note(const ModelItemOwner* owner, ModelItem& item)
+    /// Sets whether the owner holds the item. One that an item names may have died.
+    void note(const ModelItemOwner* owner, ModelItem& item, bool held)
     {
         const auto entry = lists_.find(owner);
-        if (entry != lists_.end() && !holds(entry->second, &item)) {
-            entry->second.push_back(&item);
+        if (entry != lists_.end() && holds(entry->second, &item) != held) {
+            held ? entry->second.push_back(&item) : drop(entry->second, &item);
         }
     }
 
-    void forget(const ModelItemOwner* owner, ModelItem& item)
-    {
-        const auto entry = lists_.find(owner);
-        if (entry != lists_.end()) {
-            drop(entry->second, &item);
-        }
-    }
-
-    void forget(ModelItem* item)
+    void forget(const ModelItem* item)
     {
         for (auto& entry : lists_) {
             drop(entry.second, item);
@@ -122,15 +110,22 @@ private:
     }
 
     template <class Owner>
-    void destroy(std::vector<Owner*>& owners, Owner* owner)
+    void destroy(Owner* owner)
     {
         const List doomed = lists_[owner];
         lists_.erase(owner);
-        drop(owners, owner);
         delete owner;
-        for (ModelItem* item : doomed) {
+        for (const ModelItem* item : doomed) {
             forget(item);
         }
+    }
+
+    template <class Owner>
+    void renew(Owner*& owner)
+    {
+        destroy(owner);
+        owner = new Owner;
+        lists_[owner];
     }
 
     void change(ModelItem& item, int operation)
@@ -138,10 +133,10 @@ private:
         Model* model = item.getModel();
         StackSlice* slice = item.getSlice();
         if (operation == 6) {
-            forget(model, item);
+            note(model, item, false);
             item.setModel(*any(models_));
         } else if (operation == 7) {
-            forget(slice, item);
+            note(slice, item, false);
             item.setSlice(*any(slices_));
         } else if (operation == 8) {
             forget(&item);
@@ -149,12 +144,12 @@ private:
         } else if (operation == 9) {
             slice = any(slices_);
             slice->addItem(item);
-            note(slice, item);
+            note(slice, item, true);
         } else if (operation == 10) {
             model = any(models_);
             model->removeItem(item);
-            forget(model, item);
-        } else if (operation == 11 && draw(4) == 0) {
+            note(model, item, false);
+        } else if (operation == 11 && dice_.below(4) == 0) {
             slice = any(slices_);
             slice->removeAllItems();
             lists_[slice].clear();
@@ -162,17 +157,17 @@ private:
             items_.push_back(new ModelItem(item));
         } else if (operation == 13) {
             item.detach();
-            forget(model, item);
-            forget(slice, item);
+            note(model, item, false);
+            note(slice, item, false);
         } else if ((model == nullptr || lists_.count(model) == 1) &&
                    (slice == nullptr || lists_.count(slice) == 1)) {
             item.attach();
-            note(model, item);
-            note(slice, item);
+            note(model, item, true);
+            note(slice, item, true);
         }
     }
 
-    std::mt19937 random_;
+    stacks::Dice dice_;
     std::vector<Model*> models_;
     std::vector<StackSlice*> slices_;
     List items_;
