@@ -5,52 +5,47 @@
 
 namespace {
 
-template <class Properties, class Setters>
-Properties drawn(const Setters& setters, std::mt19937& random)
+// Each attribute is undefined or has one of two values.
+template <class... Setters>
+void draw(std::mt19937& random, Setters... setters)
 {
-    Properties properties;
-    for (const auto set : setters) {
+    const auto maybe = [&](auto set) {
         if (const int v = static_cast<int>(random() % 3) - 1; v >= 0) {
-            set(properties, v);
+            set(v);
         }
-    }
-    return properties;
+    };
+    (maybe(setters), ...);
 }
 
-// Each attribute is undefined or has one of two values, here and below.
 ModelItemProperties randomItemProperties(std::mt19937& random)
 {
-    using Setter = void (*)(ModelItemProperties&, int);
-    const Setter setters[] = {
-        [](ModelItemProperties& p, int v) {
+    ModelItemProperties p;
+    draw(
+        random,
+        [&](int v) {
             p.setColor(vectorOf<int>({v, 0, 0}));
         },
-        [](ModelItemProperties& p, int v) { p.setLineWidth(static_cast<float>(v)); },
-        [](ModelItemProperties& p, int v) { p.setPointSize(static_cast<float>(v)); },
-        [](ModelItemProperties& p, int v) { p.setVertexSymbol(static_cast<VertexSymbol>(v)); },
-        [](ModelItemProperties& p, int v) { p.setVertexSymbolFilling(v == 1); },
-        [](ModelItemProperties& p, int v) { p.setRenderingVisibility(v == 1); },
-    };
-    return drawn<ModelItemProperties>(setters, random);
+        [&](int v) { p.setLineWidth(static_cast<float>(v)); },
+        [&](int v) { p.setPointSize(static_cast<float>(v)); },
+        [&](int v) { p.setVertexSymbol(static_cast<VertexSymbol>(v)); },
+        [&](int v) { p.setVertexSymbolFilling(v == 1); },
+        [&](int v) { p.setRenderingVisibility(v == 1); });
+    return p;
 }
 
 ModelProperties randomProperties(std::mt19937& random)
 {
-    using Setter = void (*)(ModelProperties&, int);
-    const Setter setters[] = {
-        [](ModelProperties& p, int v) { p.setGeometry(static_cast<MPrimitive>(v)); },
-        [](ModelProperties& p, int v) { p.setRenderingMode(static_cast<RenderingMode>(v)); },
-        [](ModelProperties& p, int v) { p.setSurfaceOpacity(static_cast<float>(v)); },
-        [](ModelProperties& p, int v) { p.setSurfaceShininess(static_cast<float>(v)); },
-        [](ModelProperties& p, int v) { p.setQuadMeshWidth(v); },
-        [](ModelProperties& p, int v) { p.setQuadMeshHeight(v); },
-        [](ModelProperties& p, int v) { p.setVertexSmoothing(v); },
-        [](ModelProperties& p, int v) { p.setNormalSmoothing(v); },
-        [](ModelProperties& p, int v) { p.setEconomicRendering(v == 1); },
-        [](ModelProperties& p, int v) { p.setBeginCapFlag(v == 1); },
-        [](ModelProperties& p, int v) { p.setEndCapFlag(v == 1); },
-    };
-    return drawn<ModelProperties>(setters, random);
+    ModelProperties p;
+    draw(
+        random, [&](int v) { p.setGeometry(static_cast<MPrimitive>(v)); },
+        [&](int v) { p.setRenderingMode(static_cast<RenderingMode>(v)); },
+        [&](int v) { p.setSurfaceOpacity(static_cast<float>(v)); },
+        [&](int v) { p.setSurfaceShininess(static_cast<float>(v)); },
+        [&](int v) { p.setQuadMeshWidth(v); }, [&](int v) { p.setQuadMeshHeight(v); },
+        [&](int v) { p.setVertexSmoothing(v); }, [&](int v) { p.setNormalSmoothing(v); },
+        [&](int v) { p.setEconomicRendering(v == 1); }, [&](int v) { p.setBeginCapFlag(v == 1); },
+        [&](int v) { p.setEndCapFlag(v == 1); });
+    return p;
 }
 
 } // namespace
