@@ -86,7 +86,7 @@ TEST(Curve, ReversingNegatesTwiceAreaAndTurningKeepsIt)
     // Far from the origin the products need more digits than a float has.
     EXPECT_EQ(Curve<float>::square(10000001, 10000003, 2).twiceArea(0, 1), 8);
     EXPECT_EQ(Curve<int>::square(0, 0, 60000).projectedAreaSign(0, 1), 1);
-    Curve<float> flat = curveOf<float>({{0, 0}, {1e-4f, 0}, {0, 1e-4f}}, false);
+    Curve<float> flat = Curve<float>::square(0, 0, 1e-4f);
     EXPECT_EQ(flat.projectedAreaSign(0, 1), 0);
     flat.setClockwise(true, 0, 1);
     EXPECT_EQ(flat[1][0], 1e-4f);
@@ -125,9 +125,9 @@ TEST(Curve, ContainsWhatItWindsAround)
         EXPECT_EQ(diamond.contains(vectorOf<double>({p.real(), p.imag()}), 0, 1), p == 0.0);
     }
     const Curve<double> outer = Curve<double>::square(0, 0, 10);
-    EXPECT_TRUE(outer.contains(Curve<double>::square(3, 4, 2), 0, 1));
-    EXPECT_FALSE(outer.contains(Curve<double>::square(8, 4, 5), 0, 1));
-    EXPECT_FALSE(outer.contains(Curve<double>::square(-5, 4, 2), 0, 1));
+    for (const auto& [x, size] : {std::pair(3.0, 2.0), {8.0, 5.0}, {-5.0, 2.0}}) {
+        EXPECT_EQ(outer.contains(Curve<double>::square(x, 4, size), 0, 1), x == 3);
+    }
 }
 
 TEST(Curve, CrossingsAgreeWithExactOrientationTests)
