@@ -24,21 +24,22 @@ TYPED_TEST(KDTreeOf, AgreesWithAFullSearch)
             tree.setShape(curve);
             tree.build();
             for (int round = 0; round < 10; ++round) {
-                const Curve<T> query = randomCurve<T>(1, static_cast<T>(reach), true, engine, 3);
+                const Vector<T> query =
+                    randomCurve<T>(1, static_cast<T>(reach), true, engine, 3)[0];
                 std::vector<T> distances;
                 for (int i = 0; i < size; ++i) {
-                    distances.push_back(curve[i].sdistance(query[0]));
+                    distances.push_back(curve[i].sdistance(query));
                 }
                 std::sort(distances.begin(), distances.end());
-                EXPECT_EQ(tree.nearestVertex(query[0]).sdistance(query[0]), distances[0]);
+                EXPECT_EQ(tree.nearestVertex(query).sdistance(query), distances[0]);
                 const int k = 1 + round * (size - 1) / 9;
                 Curve<T> nearest;
-                tree.nearestVertices(nearest, query[0], k);
+                tree.nearestVertices(nearest, query, k);
                 ASSERT_EQ(nearest.getSize(), k);
                 EXPECT_EQ(nearest.getServer(), curve.getServer());
                 std::set<int> slots;
                 for (int i = 0; i < k; ++i) {
-                    EXPECT_EQ(nearest[i].sdistance(query[0]), distances[std::size_t(i)]);
+                    EXPECT_EQ(nearest[i].sdistance(query), distances[std::size_t(i)]);
                     EXPECT_TRUE(slots.insert(nearest.getIndex(i)).second);
                 }
             }
