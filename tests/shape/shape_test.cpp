@@ -47,7 +47,6 @@ TEST(Shape, RefusesWhatDoesNotFit)
     EXPECT_THROW(closed += Curve<float>(3, 3, 0, 0, false), UsageError);
     EXPECT_THROW(closed.scale(Vector<float>(3)), SizeError);
     EXPECT_THROW(closed.translate(Vector<float>(3)), SizeError);
-    EXPECT_THROW(closed.squareDistances(Curve<float>(2, 2, 0, 0, true)), SizeError);
     EXPECT_THROW(closed.squareNearestNeighborDistances(closed), ValueError);
     EXPECT_EQ(coordinatesOf(closed), (std::vector<float>{1, 2, 3, 4, 5, 6}));
     EXPECT_RAISES(SizeError, "Vector<T> Shape<T>::cog() const", "This shape contains no vertex",
