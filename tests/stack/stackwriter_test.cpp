@@ -12,7 +12,6 @@
 #include "support/stacks.h"
 #include "support/temporaryfolder.h"
 
-#include <cstdio>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -172,18 +171,16 @@ TEST(StackWriter, BreaksRegionLinesInFrontOfTheRunThatExceedsEightyCharacters)
         Model& model = addModel(stack, "m", PRIMITIVE_REGION);
         RLEItemSet0 region;
         std::string expected;
-        int sum = 0;
+        std::size_t sum = 0;
         for (int i = 0; i < round; ++i) {
             const int column = static_cast<int>(random() % 100000);
             const int length = 1 + static_cast<int>(random() % 500);
             region.add(RLEItem0(i, column, length));
-            char run[64];
-            sum += std::snprintf(run, sizeof run, " %d,%d,%d", i, column, length);
-            if (sum > 80) {
-                expected += '\n';
-                sum = 0;
-            }
-            expected += run;
+            const std::string run = " " + std::to_string(i) + "," + std::to_string(column) + "," +
+                                    std::to_string(length);
+            sum += run.size();
+            expected += sum > 80 ? "\n" + run : run;
+            sum = sum > 80 ? 0 : sum;
         }
         addItem(model, slice, {}).setRLEItemSet(region);
         EXPECT_EQ(dataOf(stack), expected + ";\n");
@@ -252,11 +249,9 @@ TEST(StackWriter, WhatHasNoFormRaisesAnErrorAndKeepsTheOldFile)
     const TemporaryFolder folder;
     const std::string path = folder.write("a.sdf", "old");
     const auto refuses = [&](auto error, auto prepare) {
-        using Error = decltype(error);
         Stack stack;
-        StackSlice& slice = addSlice(stack, "s", statedFile("", 1, 1));
-        prepare(stack, slice);
-        EXPECT_THROW(StackWriter().write(stack, path), Error);
+        prepare(stack, addSlice(stack, "s", statedFile("", 1, 1)));
+        EXPECT_THROW(StackWriter().write(stack, path), decltype(error));
         EXPECT_EQ(folder.read("a.sdf"), "old");
         EXPECT_EQ(folder.fileCount(), 1);
     };
@@ -268,9 +263,8 @@ TEST(StackWriter, WhatHasNoFormRaisesAnErrorAndKeepsTheOldFile)
     refuses(ProgramError(),
             [](Stack&, StackSlice& slice) { slice.setImageSource(ImageSourceLSMStackPlane()); });
     refuses(ProgramError(), [](Stack& stack, StackSlice&) {
-        auto* bare = new StackSlice;
-        bare->setStack(stack);
-        stack.addSlice(*bare);
+        stack.addSlice(*new StackSlice);
+        stack.getLastSlice().setStack(stack);
     });
 }
 
