@@ -2,7 +2,7 @@
 
 #include "host/deskapplication.h"
 #include "host/deskwindow.h"
-#include "host/lmxrootmediator.h"
+#include "host/document/lmxrootmediator.h"
 #include "host/stackplugin.h"
 
 #include <QCommandLineParser>

@@ -1,6 +1,6 @@
 #include "host/startpage.h"
 
-#include "host/recentfiles.h"
+#include "host/document/recentfiles.h"
 
 #include <QCommandLinkButton>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // What outlives a crash: the copy of unsaved changes, and the stack file itself.
 
-#include "host/autosave.h"
-#include "host/documentcontrol.h"
+#include "host/document/autosave.h"
+#include "host/document/documentcontrol.h"
 #include "host/documenttest.h"
 #include "support/filesizelimit.h"
 #include "support/widgets.h"

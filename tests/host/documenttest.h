@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/documentfiles.h"
-#include "host/lmxrootmediator.h"
+#include "host/document/documentfiles.h"
+#include "host/document/lmxrootmediator.h"
 #include "image/image0.h"
 #include "image/imagewriter.h"
 #include "interface/lmxeventserver.h"

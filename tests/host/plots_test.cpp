@@ -1,8 +1,8 @@
-#include "host/picturefile.h"
-#include "host/plotaxis.h"
-#include "host/plotdata.h"
-#include "host/plotframe.h"
-#include "host/plotview.h"
+#include "host/results/picturefile.h"
+#include "host/results/plotaxis.h"
+#include "host/results/plotdata.h"
+#include "host/results/plotframe.h"
+#include "host/results/plotview.h"
 #include "support/temporaryfolder.h"
 #include "system/exception.h"
 

@@ -1,7 +1,7 @@
-#include "host/editactions.h"
-#include "host/lmxrootmediator.h"
-#include "host/sliceeditor.h"
-#include "host/sliceview.h"
+#include "host/document/lmxrootmediator.h"
+#include "host/editing/sliceeditor.h"
+#include "host/view/editactions.h"
+#include "host/view/sliceview.h"
 #include "image/image0.h"
 #include "image/imagesourcefile.h"
 #include "image/imagewriter.h"
@@ -136,7 +136,10 @@ protected:
         throw std::runtime_error("no free place on the contour");
     }
 
-    void TearDown() override { EXPECT_EQ(modals.boxes().join("|").toStdString(), "") << "no error is told"; }
+    void TearDown() override
+    {
+        EXPECT_EQ(modals.boxes().join("|").toStdString(), "") << "no error is told";
+    }
 
     Modals modals;
     leaf::Outline outline = leaf::draw(leaf::Shape());

@@ -1,7 +1,7 @@
 // The contract between the plug-in file and its host.
 
 #include "host/deskapplication.h"
-#include "host/lmxrootmediator.h"
+#include "host/document/lmxrootmediator.h"
 #include "interface/lmxstack.h"
 #include "shell/pluginwindow.h"
 #include "support/leaf.h"

@@ -1,7 +1,7 @@
 // The workflow in the window that the plug-in opens, by clicks.
 
 #include "blade/junctionplacing.h"
-#include "host/documentfiles.h"
+#include "host/document/documentfiles.h"
 #include "image/image0.h"
 #include "image/imagewriter.h"
 #include "interface/lmxstack.h"

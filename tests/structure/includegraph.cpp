@@ -106,7 +106,11 @@ std::string IncludeGraph::layerOf(const std::string& file)
     if (file == "image/colormap.h" || file == "image/colormap.cpp") {
         return "colormap";
     }
-    return file.substr(0, file.find('/'));
+    // The folders of the desk are layers of their own.
+    const std::size_t first = file.find('/');
+    const std::size_t second = file.find('/', first + 1);
+    const bool inDesk = file.compare(0, first, "host") == 0 && second != std::string::npos;
+    return file.substr(0, inDesk ? second : first);
 }
 
 std::vector<std::string> IncludeGraph::forbiddenIncludes(const LayerTable& table) const

@@ -1,10 +1,9 @@
 // The picture of the desk.
 
 #include "guide/figures.h"
-
 #include "host/deskwindow.h"
-#include "host/documentcontrol.h"
-#include "host/lmxrootmediator.h"
+#include "host/document/documentcontrol.h"
+#include "host/document/lmxrootmediator.h"
 #include "host/stackplugin.h"
 
 #include <QApplication>

@@ -1,0 +1,115 @@
+#include "host/panels/slicestatus.h"
+
+#include "blade/modelsmanager.h"
+#include "interface/lmxstack.h"
+#include "stack/model.h"
+#include "stack/modelitem.h"
+#include "stack/stackslice.h"
+#include "system/exception.h"
+
+#include <QStringList>
+
+#include <memory>
+
+namespace {
+
+/// The check as a process of its own.
+class LeafCheck : public ModelsManager
+{
+public:
+    void run() override {}
+
+    std::string process(int) override { return ""; }
+
+    void createModels() override {}
+};
+
+/// A stack of this one slice with copies of its items: the check puts landmarks in order as it goes.
+std::unique_ptr<LMXStack> alone(const StackSlice& slice)
+{
+    auto stack = std::make_unique<LMXStack>();
+    auto* copy = new StackSlice(slice);
+    copy->setStack(*stack);
+    stack->addSlice(*copy);
+    for (int i = 0; i < slice.getNumItems(); ++i) {
+        const ModelItem& item = slice.getItem(i);
+        int model = stack->findModel(item.getModel()->getName());
+        if (model < 0) {
+            auto* own = new Model;
+            own->setName(item.getModel()->getName());
+            own->setProperties(item.getModel()->getProperties());
+            stack->addModel(*own);
+            model = stack->getNumModels() - 1;
+        }
+        auto* itemCopy = new ModelItem(item);
+        itemCopy->setModel(stack->getModel(model));
+        itemCopy->setSlice(*copy);
+        itemCopy->attach();
+    }
+    return stack;
+}
+
+QString leafCheck(const StackSlice& slice)
+{
+    try {
+        const std::unique_ptr<LMXStack> stack = alone(slice);
+        LeafCheck check;
+        check.setStack(*stack);
+        std::string report;
+        check.checkLeaves(0, report);
+        return QString::fromStdString(report).simplified();
+    } catch (const Exception& error) {
+        return "The leaf can't be checked: " + QString::fromStdString(error.getWhat());
+    }
+}
+
+} // namespace
+
+QString SliceStatus::missing() const
+{
+    QStringList none;
+    if (!hasContour) {
+        none.append("contour");
+    }
+    if (junctions == 0) {
+        none.append("junctions");
+    }
+    if (!hasApex) {
+        none.append("apex");
+    }
+    QStringList parts;
+    if (!none.isEmpty()) {
+        parts.append("No " + none.join(", "));
+    }
+    if (junctions != 0 && junctions != 2) {
+        parts.append(QString("%1 of 2 junctions").arg(junctions));
+    }
+    return parts.join("; ");
+}
+
+SliceStatus SliceStatus::of(const StackSlice& slice)
+{
+    // Of two items of one model the processes read the later one.
+    SliceStatus status;
+    for (int i = 0; i < slice.getNumItems(); ++i) {
+        const ModelItem& item = slice.getItem(i);
+        const std::string name = item.getModel() ? item.getModel()->getName() : "";
+        if (name == "Contour") {
+            status.hasContour = item.getSize() > 0;
+        } else if (name == "Petiole") {
+            status.junctions = item.getSize();
+        } else if (name == "Apex") {
+            status.hasApex = item.getSize() > 0;
+        }
+    }
+    return status;
+}
+
+SliceStatus SliceStatus::checked(const StackSlice& slice)
+{
+    SliceStatus status = of(slice);
+    if (status.isComplete()) {
+        status.suspicion = leafCheck(slice);
+    }
+    return status;
+}
