@@ -94,23 +94,19 @@ bool nearSegment(Point a, Point b, Point p, long tolerance)
            square(b, p) <= tolerance * tolerance;
 }
 
-/// Even-odd rule in whole numbers, the outline included.
+/// The outline included.
 bool inside(const Points& polygon, Point p)
 {
-    bool odd = false;
-    for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Point a = polygon[i];
-        const Point b = polygon[(i + 1) % polygon.size()];
+    Curve<double> curve(2, 0, 0, 0, false);
+    Point a = polygon.back();
+    for (const Point& b : polygon) {
         if (nearSegment(a, b, p, 0)) {
             return true;
         }
-        if ((a.second > p.second) != (b.second > p.second)) {
-            const long cross = long(b.first - a.first) * (p.second - a.second) -
-                               long(b.second - a.second) * (p.first - a.first);
-            odd ^= b.second > a.second ? cross > 0 : cross < 0;
-        }
+        curve.append(vectorOf<double>({double(b.first), double(b.second)}));
+        a = b;
     }
-    return odd;
+    return curve.contains(vectorOf<double>({double(p.first), double(p.second)}), 0, 1);
 }
 
 RLEItemSet0 pixelSet(const Points& pixels)
