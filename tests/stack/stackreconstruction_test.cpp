@@ -21,14 +21,6 @@ StackSlice& addSection(Stack& stack, int columns, int rows, const Registration& 
     return slice;
 }
 
-void setPixelSize(StackSlice& slice, float width, float height)
-{
-    PixelCalibration calibration;
-    calibration.setPixelWidth(width);
-    calibration.setPixelHeight(height);
-    slice.setPixelCalibration(calibration);
-}
-
 } // namespace
 
 TEST(StackReconstruction, AccumulatesTurnsAndShiftsForAnyGeometry)
@@ -46,7 +38,10 @@ TEST(StackReconstruction, AccumulatesTurnsAndShiftsForAnyGeometry)
     for (int i = 0; i < 6; ++i) {
         StackSlice& slice = addSection(stack, 10 + i, 7 + 2 * i,
                                        {draw(9) - 4, draw(9) - 4, static_cast<float>(draw(360))});
-        setPixelSize(slice, 1.5f, 0.5f);
+        PixelCalibration calibration;
+        calibration.setPixelWidth(1.5f);
+        calibration.setPixelHeight(0.5f);
+        slice.setPixelCalibration(calibration);
         slice.setAbsolutePosition(static_cast<float>(draw(50)));
     }
     StackReconstruction<double> reconstruction;
