@@ -1,6 +1,3 @@
-#include "image/imagesourcetiffstackplane.h"
-#include "image/imagesourcevoxelmatrixfileplane.h"
-#include "image/voxelmatrix.h"
 #include "stack/stackreader.h"
 #include "stack/stackwriter.h"
 #include "support/commalocale.h"
@@ -332,27 +329,19 @@ TEST(StackReader, MissingAndChangedImagesAreToldAndTheLandmarksSurvive)
               std::string::npos);
 }
 
-TEST(StackReader, ReadsPlanesAndMosaics)
+// What a volume, a page or a mosaic that is there becomes is told beside the writer's forms.
+TEST(StackReader, KeepsPlanesAndTilesThatAreMissing)
 {
     const Files files;
-    VoxelMatrix<float> volume(5, 7, 3);
-    volume.setZeros();
-    volume.save(files.path("v.vm"), true);
-    writeImage(files.path("t.tif"), 6, 4);
+    Stack stack;
+    StackReader reader;
     const std::string mosaic = "SLICE \"c\" 2 2;\nIMAGE 1 2 " + files.path("t.tif") +
                                ";\nIMAGE 2 1 " + files.path("two blanks .tif") +
                                ";\nSliceSize1 44;\nSliceSize2 66;\n";
-    Stack stack;
-    StackReader reader;
-    ASSERT_TRUE(files.read("STACK \"s\";\nStackSlice \"a\" \"v.vm\" 2;\nStackSlice \"b\" \"t.tif\" "
-                           "0;\n" +
-                               mosaic + "StackSlice \"d\" \"gone.vm\" 1;\n",
-                           stack, reader));
-    EXPECT_EQ(stack.getSlice(1).getImageSource().getType(), 4);
-    EXPECT_EQ(stack.getSlice(3).getImageSource().getType(), 3);
-    const ImageSource& plane = stack.getSlice(0).getImageSource();
-    EXPECT_EQ(dynamic_cast<const ImageSourceVoxelMatrixFilePlane&>(plane).getPlane(), 2);
-    EXPECT_EQ(plane.getSize1(), 5);
+    writeImage(files.path("t.tif"), 6, 4);
+    ASSERT_TRUE(
+        files.read("STACK \"s\";\n" + mosaic + "StackSlice \"d\" \"gone.vm\" 1;\n", stack, reader));
+    EXPECT_EQ(stack.getSlice(1).getImageSource().getType(), 3);
     const std::string written = files.text(stack);
     EXPECT_NE(written.find(mosaic), std::string::npos)
         << "the size is the stated one while a tile is missing";

@@ -219,7 +219,7 @@ TEST(StackWriter, WritesEveryKindOfSourceInItsForm)
     volume.setZeros();
     volume.save(folder.file("v.vm"), true);
     Stack stack;
-    stack.setImagesPath(base + "volume.tif");
+    stack.setImagesPath(base + "volume.vm");
 
     ImageSourceFileMosaic mosaic(1, 2);
     mosaic.setFilename(0, 1, folder.file("tile one.tif"));
@@ -236,12 +236,19 @@ TEST(StackWriter, WritesEveryKindOfSourceInItsForm)
     page.setTiffStackFilename(folder.file("tile one.tif"));
     addSlice(stack, "page", page);
 
-    EXPECT_EQ(slicesOf(stack, base),
-              "\nSLICE \"mosaic\" 1 2;\nIMAGE 1 2 " + base +
-                  "tile one.tif;\nSliceSize1 4;\nSliceSize2 6;\n"
-                  "\nStackSlice \"memory\" \"volume.tif\" 2;\nSliceSize1 5;\nSliceSize2 7;\n"
-                  "\nStackSlice \"file\" \"v.vm\" 1;\nSliceSize1 5;\nSliceSize2 7;\n"
-                  "\nStackSlice \"page\" \"tile one.tif\" 0;\nSliceSize1 4;\nSliceSize2 6;\n");
+    const std::string text =
+        "\nSLICE \"mosaic\" 1 2;\nIMAGE 1 2 " + base +
+        "tile one.tif;\nSliceSize1 4;\nSliceSize2 6;\n"
+        "\nStackSlice \"memory\" \"volume.vm\" 2;\nSliceSize1 5;\nSliceSize2 7;\n"
+        "\nStackSlice \"file\" \"v.vm\" 1;\nSliceSize1 5;\nSliceSize2 7;\n"
+        "\nStackSlice \"page\" \"tile one.tif\" 0;\nSliceSize1 4;\nSliceSize2 6;\n";
+    EXPECT_EQ(slicesOf(stack, base), text);
+    Stack read;
+    StackReader reader;
+    ASSERT_TRUE(reader.read(read, folder.write("a.sdf", "STACK \"s\";\n" + text)));
+    EXPECT_EQ(slicesOf(read, base), text);
+    EXPECT_EQ(read.getSlice(2).getImageSource().getType(), file.getType());
+    EXPECT_EQ(read.getSlice(3).getImageSource().getType(), page.getType());
 }
 
 TEST(StackWriter, WhatHasNoFormRaisesAnErrorAndKeepsTheOldFile)
