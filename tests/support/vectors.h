@@ -32,22 +32,42 @@ T randomUnit(std::mt19937& engine)
     return static_cast<T>((static_cast<double>(engine()) - 2147483648.0) / 2147483648.0);
 }
 
-template <class T>
-Vector<T> randomVector(int size, std::mt19937& engine)
+/// A number from `first` to `last`, the same on every machine.
+inline int randomInt(int first, int last, std::mt19937& random)
+{
+    return first + static_cast<int>(random() % static_cast<unsigned int>(last - first + 1));
+}
+
+/// Element i is `element(i)`.
+template <class T, class Element>
+Vector<T> vectorFrom(int size, Element element)
 {
     Vector<T> result(size);
     for (int i = 0; i < size; ++i) {
-        result[i] = randomUnit<T>(engine);
+        result[i] = static_cast<T>(element(i));
+    }
+    return result;
+}
+
+/// Element (i, j) is `element(i, j)`; the calls go row by row.
+template <class T, class Element>
+Matrix<T> matrixFrom(int rows, int columns, Element element)
+{
+    Matrix<T> result(rows, columns);
+    for (int i = 0; i < rows; ++i) {
+        result[i] = vectorFrom<T>(columns, [&](int j) { return element(i, j); });
     }
     return result;
 }
 
 template <class T>
+Vector<T> randomVector(int size, std::mt19937& engine)
+{
+    return vectorFrom<T>(size, [&](int) { return randomUnit<T>(engine); });
+}
+
+template <class T>
 Matrix<T> randomMatrix(int rows, int columns, std::mt19937& engine)
 {
-    Matrix<T> result(rows, columns);
-    for (int i = 0; i < rows; ++i) {
-        result[i] = randomVector<T>(columns, engine);
-    }
-    return result;
+    return matrixFrom<T>(rows, columns, [&](int, int) { return randomUnit<T>(engine); });
 }
