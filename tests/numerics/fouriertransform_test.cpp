@@ -1,9 +1,9 @@
 #include "numerics/fouriertransform.h"
 #include "support/errors.h"
+#include "support/types.h"
 #include "support/vectors.h"
 
-#include <gtest/gtest.h>
-
+#include <array>
 #include <cmath>
 #include <complex>
 #include <limits>
@@ -14,10 +14,9 @@ template <class T>
 class Fourier : public testing::Test
 {};
 
-using RealTypes = testing::Types<float, double, long double>;
 TYPED_TEST_SUITE(Fourier, RealTypes);
 
-/// The sum that defines the transform, over the elements of a table of `rows` rows.
+/// The sum that defines the transform, over the elements of a table.
 template <class T>
 std::complex<long double>
 definedAt(const Matrix<T>& re, const Matrix<T>& im, int row, int column, int sign)
@@ -29,8 +28,8 @@ definedAt(const Matrix<T>& re, const Matrix<T>& im, int row, int column, int sig
         for (int j = 0; j < columns; ++j) {
             const long double turns = static_cast<long double>(i * row % rows) / rows +
                                       static_cast<long double>(j * column % columns) / columns;
-            const std::complex<long double> value(re(i, j), im(i, j));
-            sum += value * std::polar(1.0L, sign * 2 * std::acos(-1.0L) * turns);
+            sum += std::complex<long double>(re(i, j), im(i, j)) *
+                   std::polar(1.0L, sign * 2 * std::acos(-1.0L) * turns);
         }
     }
     return sum;
@@ -43,13 +42,13 @@ void expectDefined(const Matrix<T>& re,
                    const Matrix<T>& gotIm,
                    int sign)
 {
-    const T tolerance =
-        std::numeric_limits<T>::epsilon() * static_cast<T>(8 * re.getSize1() * re.getSize2());
-    for (int i = 0; i < re.getSize1(); ++i) {
-        for (int j = 0; j < re.getSize2(); ++j) {
-            const auto expected = definedAt(re, im, i, j, sign);
-            ASSERT_LE(std::abs(gotRe(i, j) - expected.real()), tolerance) << i << ' ' << j;
-            ASSERT_LE(std::abs(gotIm(i, j) - expected.imag()), tolerance) << i << ' ' << j;
+    const int rows = re.getSize1();
+    const int columns = re.getSize2();
+    const T tolerance = std::numeric_limits<T>::epsilon() * static_cast<T>(8 * rows * columns);
+    for (int i = 0; i < rows; ++i) {
+        for (int j = 0; j < columns; ++j) {
+            const std::complex<long double> got(gotRe(i, j), gotIm(i, j));
+            ASSERT_LE(std::abs(got - definedAt(re, im, i, j, sign)), tolerance) << i << ' ' << j;
         }
     }
 }
@@ -59,30 +58,24 @@ TYPED_TEST(Fourier, IsTheSumThatDefinesIt)
     using T = TypeParam;
     std::mt19937 engine(1);
     const FourierTransform<T> fourier;
-    for (int rows : {1, 2, 3, 7, 8}) {
-        for (int columns : {1, 2, 5, 12, 17}) {
-            const Matrix<T> re = randomMatrix<T>(rows, columns, engine);
-            const Matrix<T> im = randomMatrix<T>(rows, columns, engine);
-            Matrix<T> gotRe = re;
-            Matrix<T> gotIm = im;
-            fourier.computeForward(gotRe, gotIm);
-            expectDefined(re, im, gotRe, gotIm, -1);
-            gotRe = re;
-            gotIm = im;
-            fourier.computeBackward(gotRe, gotIm);
-            expectDefined(re, im, gotRe, gotIm, 1);
-            if (rows == 1) {
-                Vector<T> vectorRe = re[0];
-                Vector<T> vectorIm = im[0];
-                fourier.computeForward(vectorRe, vectorIm);
-                expectDefined(re, im, Matrix<T>(vectorRe, true), Matrix<T>(vectorIm, true), -1);
-                fourier.computeBackward(vectorRe, vectorIm);
-                for (int i = 0; i < columns; ++i) {
-                    EXPECT_LE(std::abs(vectorRe[i] - re[0][i] * columns),
-                              16 * columns * std::numeric_limits<T>::epsilon());
-                }
-            }
-        }
+    for (int n = 0; n < 50; ++n) {
+        const int rows = std::array{1, 2, 3, 7, 8}[static_cast<std::size_t>(n % 5)];
+        const int columns = std::array{1, 2, 5, 12, 17}[static_cast<std::size_t>(n / 5 % 5)];
+        const int sign = n < 25 ? -1 : 1;
+        const auto compute = [&](auto& re, auto& im) {
+            sign < 0 ? fourier.computeForward(re, im) : fourier.computeBackward(re, im);
+        };
+        const Matrix<T> re = randomMatrix<T>(rows, columns, engine);
+        const Matrix<T> im = randomMatrix<T>(rows, columns, engine);
+        Matrix<T> gotRe = re;
+        Matrix<T> gotIm = im;
+        compute(gotRe, gotIm);
+        expectDefined(re, im, gotRe, gotIm, sign);
+        Vector<T> lineRe = re[0];
+        Vector<T> lineIm = im[0];
+        compute(lineRe, lineIm);
+        expectDefined(Matrix<T>(re[0], true), Matrix<T>(im[0], true), Matrix<T>(lineRe, true),
+                      Matrix<T>(lineIm, true), sign);
     }
     Vector<T> none;
     Matrix<T> noRows(0, 3);
@@ -99,31 +92,25 @@ TYPED_TEST(Fourier, ShiftingPutsTheZeroFrequencyInTheMiddle)
     fourier.shift(re, im);
     EXPECT_EQ(re, vectorOf<T>({3, 4, 0, 1, 2}));
     EXPECT_EQ(im, vectorOf<T>({30, 40, 0, 10, 20}));
-    for (int rows = 0; rows < 7; ++rows) {
-        for (int columns = 0; columns < 7; ++columns) {
-            // Images keep their elements in one block.
-            Matrix<T> block(0, 0);
-            block.setSize(rows, columns, true);
-            for (int i = 0; i < rows; ++i) {
-                block[i].setSequence(static_cast<T>(100 * i), 1);
-            }
-            Matrix<T> shifted = block;
-            Matrix<T> twin = block;
-            fourier.shift(shifted, twin);
-            for (int i = 0; i < rows; ++i) {
-                for (int j = 0; j < columns; ++j) {
-                    const int row = (i + rows / 2) % rows;
-                    const int column = (j + columns / 2) % columns;
-                    EXPECT_EQ(shifted(row, column), block(i, j));
-                    EXPECT_EQ(twin(row, column), block(i, j));
-                }
-            }
-            fourier.ishift(shifted, twin);
-            for (int i = 0; i < rows; ++i) {
-                EXPECT_EQ(shifted[i], block[i]);
-                EXPECT_EQ(twin[i], block[i]);
-            }
-        }
+    for (int n = 0; n < 49; ++n) {
+        const int rows = n % 7;
+        const int columns = n / 7;
+        // Images keep their elements in one block.
+        Matrix<T> shifted(0, 0);
+        shifted.setSize(rows, columns, true);
+        const Matrix<T> before =
+            matrixFrom<T>(rows, columns, [](int i, int j) { return 100 * i + j; });
+        shifted = before;
+        Matrix<T> twin = -shifted;
+        fourier.shift(shifted, twin);
+        const Matrix<T> expected = matrixFrom<T>(rows, columns, [&](int i, int j) {
+            return before((i + rows - rows / 2) % rows, (j + columns - columns / 2) % columns);
+        });
+        EXPECT_EQ(shifted, expected);
+        EXPECT_EQ(twin, -expected);
+        fourier.ishift(shifted, twin);
+        EXPECT_EQ(shifted, before);
+        EXPECT_EQ(twin, -before);
     }
 }
 
@@ -138,10 +125,9 @@ TYPED_TEST(Fourier, TellsPowerAndPhase)
     EXPECT_EQ(out, vectorOf<T>({25, 1, 25, 8}));
     Matrix<T> angles;
     fourier.phaseAngle(angles, Matrix<T>(re, false), Matrix<T>(im, false));
-    const double expected[] = {std::atan2(4, 3), M_PI, -M_PI / 2, 3 * M_PI / 4};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(angles(i, 0), static_cast<T>(expected[i]));
-    }
+    EXPECT_EQ(angles.getColumn(0), vectorFrom<T>(4, [&](int i) {
+                  return std::atan2(static_cast<double>(im[i]), static_cast<double>(re[i]));
+              }));
     out = re;
     fourier.phaseAngle(out, out, im);
     EXPECT_EQ(out, angles.getColumn(0));
