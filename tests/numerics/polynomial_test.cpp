@@ -1,11 +1,9 @@
 #include "numerics/polynomial.h"
 #include "support/errors.h"
+#include "support/types.h"
 #include "support/vectors.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <numeric>
 #include <sstream>
@@ -16,26 +14,23 @@ template <class T>
 class PolynomialOf : public testing::Test
 {};
 
-using RealTypes = testing::Types<float, double, long double>;
 TYPED_TEST_SUITE(PolynomialOf, RealTypes);
 
-/// The exponents of all terms in the order of the coefficients, from nested descending loops.
+/// The exponents of all terms in the order of the coefficients, descending like
+/// numbers.
 std::vector<std::vector<int>> termsOf(int degree, int dimension)
 {
     std::vector<std::vector<int>> terms;
-    std::vector<int> exponents;
-    const std::function<void(int)> visit = [&](int left) {
-        if (static_cast<int>(exponents.size()) == dimension) {
+    for (int code = static_cast<int>(std::pow(degree + 1, dimension)) - 1; code >= 0; --code) {
+        std::vector<int> exponents(static_cast<std::size_t>(dimension));
+        int rest = code;
+        for (auto e = exponents.rbegin(); e != exponents.rend(); ++e, rest /= degree + 1) {
+            *e = rest % (degree + 1);
+        }
+        if (std::accumulate(exponents.begin(), exponents.end(), 0) <= degree) {
             terms.push_back(exponents);
-            return;
         }
-        for (int e = left; e >= 0; --e) {
-            exponents.push_back(e);
-            visit(left - e);
-            exponents.pop_back();
-        }
-    };
-    visit(degree);
+    }
     return terms;
 }
 
@@ -78,17 +73,42 @@ std::string joined(const std::vector<int>& numbers)
     return text.str();
 }
 
-TYPED_TEST(PolynomialOf, TermsAreOrderedByDescendingExponents)
+TYPED_TEST(PolynomialOf, TermsValuesAndDerivativesAreThoseOfTheSumOfItsTerms)
 {
     using T = TypeParam;
-    for (int dimension = 1; dimension <= 4; ++dimension) {
-        for (int degree = 0; degree <= 5; ++degree) {
-            const auto terms = termsOf(degree, dimension);
-            const Polynomial<T> polynomial(degree, dimension);
-            ASSERT_EQ(polynomial.numTerms(), static_cast<int>(terms.size()));
-            for (std::size_t i = 0; i < terms.size(); ++i) {
-                EXPECT_EQ(polynomial.locate(terms[i].data()), static_cast<int>(i));
-                EXPECT_EQ(polynomial.locate(joined(terms[i])), static_cast<int>(i));
+    std::mt19937 engine(2);
+    for (int n = 0; n < 24; ++n) {
+        const int degree = n % 6;
+        const int dimension = 1 + n / 6;
+        const auto terms = termsOf(degree, dimension);
+        const Polynomial<T> p = randomPolynomial<T>(degree, dimension, engine);
+        ASSERT_EQ(p.numTerms(), static_cast<int>(terms.size()));
+        for (std::size_t i = 0; i < terms.size(); ++i) {
+            EXPECT_EQ(p.locate(terms[i].data()), static_cast<int>(i));
+            EXPECT_EQ(p.locate(joined(terms[i])), static_cast<int>(i));
+        }
+        const T tolerance = std::numeric_limits<T>::epsilon() * static_cast<T>(10 * terms.size());
+        for (const Vector<T>& x : randomPoints<T>(5, dimension, engine)) {
+            T value = 0;
+            Vector<T> slopes(dimension);
+            slopes.setZeros();
+            for (const auto& exponents : terms) {
+                const T coefficient = p.getCoeff(exponents.data());
+                value += coefficient * monomial(exponents, x);
+                for (int k = 0; k < dimension; ++k) {
+                    auto lower = exponents;
+                    int& exponent = lower[static_cast<std::size_t>(k)];
+                    const T factor = static_cast<T>(exponent);
+                    exponent = std::max(exponent - 1, 0);
+                    slopes[k] += factor * coefficient * monomial(lower, x);
+                }
+            }
+            EXPECT_LE(std::abs(p.eval(x) - value), tolerance);
+            for (int k = 0; k < dimension; ++k) {
+                const Polynomial<T> slope = p.derivative(k);
+                EXPECT_EQ(slope.getDegree(), std::max(0, degree - 1));
+                EXPECT_EQ(slope.getDimension(), dimension);
+                EXPECT_LE(std::abs(slope.eval(x) - slopes[k]), tolerance * 5);
             }
         }
     }
@@ -96,44 +116,6 @@ TYPED_TEST(PolynomialOf, TermsAreOrderedByDescendingExponents)
     EXPECT_EQ(Polynomial<T>(30, 4).numTerms(), 46376);
     EXPECT_EQ(Polynomial<T>(3, 0).numTerms(), 0);
     EXPECT_EQ(Polynomial<T>(3, 0).eval(Vector<T>()), 0);
-}
-
-TYPED_TEST(PolynomialOf, ValuesAndDerivativesAreThoseOfTheSumOfItsTerms)
-{
-    using T = TypeParam;
-    std::mt19937 engine(2);
-    for (int dimension = 1; dimension <= 4; ++dimension) {
-        for (int degree = 0; degree <= 5; ++degree) {
-            const auto terms = termsOf(degree, dimension);
-            const Polynomial<T> p = randomPolynomial<T>(degree, dimension, engine);
-            const T tolerance =
-                std::numeric_limits<T>::epsilon() * static_cast<T>(10 * terms.size());
-            for (const Vector<T>& x : randomPoints<T>(5, dimension, engine)) {
-                T value = 0;
-                Vector<T> slopes(dimension);
-                slopes.setZeros();
-                for (const auto& exponents : terms) {
-                    const T coefficient = p.getCoeff(exponents.data());
-                    value += coefficient * monomial(exponents, x);
-                    for (int k = 0; k < dimension; ++k) {
-                        auto lower = exponents;
-                        int& exponent = lower[static_cast<std::size_t>(k)];
-                        if (exponent > 0) {
-                            const T factor = static_cast<T>(exponent--);
-                            slopes[k] += factor * coefficient * monomial(lower, x);
-                        }
-                    }
-                }
-                EXPECT_LE(std::abs(p.eval(x) - value), tolerance);
-                for (int k = 0; k < dimension; ++k) {
-                    const Polynomial<T> slope = p.derivative(k);
-                    EXPECT_EQ(slope.getDegree(), std::max(0, degree - 1));
-                    EXPECT_EQ(slope.getDimension(), dimension);
-                    EXPECT_LE(std::abs(slope.eval(x) - slopes[k]), tolerance * 5);
-                }
-            }
-        }
-    }
 }
 
 TYPED_TEST(PolynomialOf, ArithmeticActsOnTheCoefficients)
@@ -145,8 +127,7 @@ TYPED_TEST(PolynomialOf, ArithmeticActsOnTheCoefficients)
     for (const auto& exponents : termsOf(3, 2)) {
         const int* e = exponents.data();
         EXPECT_EQ((p + q).getCoeff(e), p.getCoeff(e) + q.getCoeff(e));
-        EXPECT_EQ((p - q).getCoeff(e), p.getCoeff(e) - q.getCoeff(e));
-        EXPECT_EQ((p * 3).getCoeff(e), p.getCoeff(e) * 3);
+        EXPECT_EQ((p - q * 3).getCoeff(e), p.getCoeff(e) - q.getCoeff(e) * 3);
         EXPECT_EQ((p / 3).getCoeff(e), p.getCoeff(e) / 3);
     }
     p.reset(3, 2);
@@ -163,24 +144,19 @@ TYPED_TEST(PolynomialOf, TheFitIsTheLeastSquaresSolution)
     using T = TypeParam;
     std::mt19937 engine(5);
     for (int dimension = 1; dimension <= 3; ++dimension) {
-        const int degree = 4 - dimension;
-        const auto terms = termsOf(degree, dimension);
+        const auto terms = termsOf(4 - dimension, dimension);
+        const int count = static_cast<int>(terms.size());
         const auto points = randomPoints<T>(60, dimension, engine);
         const Vector<T> values = randomVector<T>(60, engine);
-        Matrix<T> design(60, static_cast<int>(terms.size()));
-        for (int i = 0; i < 60; ++i) {
-            for (std::size_t t = 0; t < terms.size(); ++t) {
-                design(i, static_cast<int>(t)) =
-                    monomial(terms[t], points[static_cast<std::size_t>(i)]);
-            }
-        }
-        const Vector<T> expected = design.solve(values);
+        const Matrix<T> design = matrixFrom<T>(60, count, [&](int i, int t) {
+            return monomial(terms[static_cast<std::size_t>(t)],
+                            points[static_cast<std::size_t>(i)]);
+        });
         Polynomial<T> fit(0, 1);
-        fit.approximate(points, values, degree);
-        for (std::size_t t = 0; t < terms.size(); ++t) {
-            EXPECT_LE(std::abs(fit.getCoeff(terms[t].data()) - expected[static_cast<int>(t)]),
-                      std::numeric_limits<T>::epsilon() * 4000);
-        }
+        fit.approximate(points, values, 4 - dimension);
+        const Vector<T> found = vectorFrom<T>(
+            count, [&](int t) { return fit.getCoeff(terms[static_cast<std::size_t>(t)].data()); });
+        EXPECT_LE(found.distance(design.solve(values)), std::numeric_limits<T>::epsilon() * 4000);
     }
 }
 
@@ -194,8 +170,6 @@ TEST(PolynomialErrors, AreRaisedForWhatDoesNotFit)
                   "Dimension mismatch", other += p);
     EXPECT_RAISES(SizeError, "void Polynomial<T>::operator-=(const Polynomial&)", "Degree mismatch",
                   higher -= p);
-    EXPECT_THROW(p + other, SizeError);
-    EXPECT_THROW(p - higher, SizeError);
     EXPECT_THROW(p.derivative(-1), RangeError);
     EXPECT_THROW(p.derivative(2), RangeError);
     EXPECT_THROW(p.locate("2,1"), RangeError);
