@@ -1,8 +1,7 @@
 #include "numerics/squarematrix.h"
 #include "support/errors.h"
+#include "support/types.h"
 #include "support/vectors.h"
-
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
@@ -13,7 +12,6 @@ template <class T>
 class RealSquareMatrix : public testing::Test
 {};
 
-using RealTypes = testing::Types<float, double, long double>;
 TYPED_TEST_SUITE(RealSquareMatrix, RealTypes);
 
 template <class T>
@@ -23,10 +21,15 @@ T precision()
 }
 
 template <class T>
-SquareMatrix<T> symmetric(int n, std::mt19937& engine)
+Matrix<T> identity(int n)
 {
-    const Matrix<T> m = randomMatrix<T>(n, n, engine);
-    return SquareMatrix<T>(m + m.transpose());
+    return matrixFrom<T>(n, n, [](int i, int j) { return i == j ? 1 : 0; });
+}
+
+template <class T>
+T normOf(const Matrix<T>& m)
+{
+    return std::sqrt(m.snorm());
 }
 
 /// Determinant by expansion along the first row.
@@ -36,38 +39,12 @@ T expandedDeterminant(const Matrix<T>& m)
     const int n = m.getSize1();
     T sum = n == 0 ? 1 : 0;
     for (int j = 0; j < n; ++j) {
-        Vector<int> rows(n - 1);
-        Vector<int> columns(n - 1);
-        for (int k = 0; k + 1 < n; ++k) {
-            rows[k] = k + 1;
-            columns[k] = k < j ? k : k + 1;
-        }
-        sum += (j % 2 == 0 ? 1 : -1) * m[0][j] * expandedDeterminant(m.copy(rows, columns));
+        const Matrix<T> minor =
+            matrixFrom<T>(n - 1, n - 1, [&](int i, int k) { return m[i + 1][k < j ? k : k + 1]; });
+        sum += (j % 2 == 0 ? 1 : -1) * m[0][j] * expandedDeterminant(minor);
     }
     return sum;
 }
-
-/// A tridiagonal system with a dominant diagonal, and its corners.
-template <class T>
-struct CyclicSystem
-{
-    CyclicSystem(int n, std::mt19937& engine)
-        : d(randomVector<T>(n, engine) + T(4))
-        , l(randomVector<T>(n - 1, engine))
-        , u(randomVector<T>(n - 1, engine))
-        , alpha(randomUnit<T>(engine))
-        , beta(randomUnit<T>(engine))
-    {
-        matrix.setTridiagonal(l, d, u);
-    }
-
-    Vector<T> d;
-    Vector<T> l;
-    Vector<T> u;
-    T alpha;
-    T beta;
-    SquareMatrix<T> matrix;
-};
 
 } // namespace
 
@@ -80,28 +57,35 @@ TYPED_TEST(RealSquareMatrix, FactorsMultiplyToThePermutedMatrix)
         SquareMatrix<T> factors(m);
         Vector<int> perm;
         const int sign = factors.luDecomp(perm, 0);
-        SquareMatrix<T> lower;
-        SquareMatrix<T> upper;
-        lower.setIdentity(n);
-        upper.setZeros(n);
+        const auto lower = matrixFrom<T>(
+            n, n, [&](int i, int j) { return j < i ? factors[i][j] : T(j == i ? 1 : 0); });
+        const auto upper =
+            matrixFrom<T>(n, n, [&](int i, int j) { return j < i ? 0 : factors[i][j]; });
+        EXPECT_LT(normOf(lower), 10 * n + 1);
         Matrix<T> permuted(m);
-        int exchanges = 0;
+        int expectedSign = 1;
         for (int i = 0; i < n; ++i) {
-            for (int j = 0; j < n; ++j) {
-                (j < i ? lower : upper)[i][j] = factors[i][j];
-                EXPECT_TRUE(j >= i || std::abs(factors[i][j]) < 10);
-            }
             permuted.swapRows(i, perm[i]);
-            exchanges += perm[i] != i ? 1 : 0;
+            expectedSign *= perm[i] != i ? -1 : 1;
         }
-        EXPECT_EQ(sign, exchanges % 2 == 0 ? 1 : -1);
-        EXPECT_LE(std::sqrt((lower * upper - permuted).snorm()), 20 * precision<T>());
+        EXPECT_EQ(sign, expectedSign);
+        EXPECT_LE(normOf(lower * upper - permuted), 20 * precision<T>());
 
         const Vector<T> x = randomVector<T>(n, engine);
         Vector<T> b = m * x;
         factors.luSolve(b, perm);
         EXPECT_LE(b.distance(x), 2000 * precision<T>());
+
+        const SquareMatrix<T> inverse = m.inverse();
+        EXPECT_LE(normOf(m * inverse - identity<T>(n)),
+                  20 * normOf(m) * normOf(inverse) * precision<T>());
+        if (n <= 6) {
+            EXPECT_LE(std::abs(m.det() - expandedDeterminant<T>(m)), 100 * precision<T>());
+        }
     }
+    SquareMatrix<T> hilbert;
+    hilbert.setHilbert(3);
+    EXPECT_NEAR(static_cast<double>(hilbert.det()), 1.0 / 2160, 10 * precision<T>());
 }
 
 TYPED_TEST(RealSquareMatrix, PivotsAreScaledAndTheLastOfEqualOnesWins)
@@ -115,26 +99,6 @@ TYPED_TEST(RealSquareMatrix, PivotsAreScaledAndTheLastOfEqualOnesWins)
     // The second row is the larger one, but not in proportion.
     SquareMatrix<T> scaled(matrixOf<T>({{2, 1}, {7, 100}}));
     EXPECT_EQ(scaled.luDecomp(perm, 0), 1);
-}
-
-TYPED_TEST(RealSquareMatrix, DeterminantAndInverseAgreeWithExpansion)
-{
-    using T = TypeParam;
-    std::mt19937 engine(2);
-    for (int n = 0; n <= 6; ++n) {
-        const SquareMatrix<T> m(randomMatrix<T>(n, n, engine));
-        const T expected = expandedDeterminant<T>(m);
-        EXPECT_NEAR(static_cast<double>(m.det()), static_cast<double>(expected),
-                    100 * precision<T>());
-        const SquareMatrix<T> inverse = m.inverse();
-        SquareMatrix<T> identity;
-        identity.setIdentity(n);
-        const T condition = std::sqrt(m.snorm() * inverse.snorm());
-        EXPECT_LE(std::sqrt((m * inverse - identity).snorm()), 20 * condition * precision<T>());
-    }
-    SquareMatrix<T> hilbert;
-    hilbert.setHilbert(3);
-    EXPECT_NEAR(static_cast<double>(hilbert.det()), 1.0 / 2160, 10 * precision<T>());
 }
 
 TYPED_TEST(RealSquareMatrix, SingularMatrixHasDeterminantZeroAndNoInverse)
@@ -164,22 +128,25 @@ TYPED_TEST(RealSquareMatrix, TridiagonalSystemsAgreeWithTheDenseMatrix)
     using T = TypeParam;
     std::mt19937 engine(3);
     for (int n = 2; n <= 12; ++n) {
-        const CyclicSystem<T> system(n, engine);
+        const Vector<T> d = randomVector<T>(n, engine) + T(4);
+        const Vector<T> l = randomVector<T>(n - 1, engine);
+        const Vector<T> u = randomVector<T>(n - 1, engine);
+        const Vector<T> corners = randomVector<T>(2, engine);
+        SquareMatrix<T> matrix;
+        matrix.setTridiagonal(l, d, u);
         const Vector<T> x = randomVector<T>(n, engine);
-        Vector<T> b = system.matrix * x;
-        SquareMatrix<T>::tridiagSolve(b, system.d, system.l, system.u);
+        Vector<T> b = matrix * x;
+        SquareMatrix<T>::tridiagSolve(b, d, l, u);
         EXPECT_LT(b.distance(x), 20 * precision<T>());
 
         SquareMatrix<T> inverse;
-        SquareMatrix<T>::tridiagInverse(inverse, system.d, system.l, system.u);
-        EXPECT_LT((inverse - system.matrix.inverse()).snorm(), 20 * precision<T>());
+        SquareMatrix<T>::tridiagInverse(inverse, d, l, u);
+        EXPECT_LT((inverse - matrix.inverse()).snorm(), 20 * precision<T>());
 
-        SquareMatrix<T> cyclic(system.matrix);
-        cyclic[n - 1][0] += system.alpha;
-        cyclic[0][n - 1] += system.beta;
-        b = cyclic * x;
-        SquareMatrix<T>::cyclicTridiagSolve(b, system.d, system.l, system.u, system.alpha,
-                                            system.beta);
+        matrix[n - 1][0] += corners[0];
+        matrix[0][n - 1] += corners[1];
+        b = matrix * x;
+        SquareMatrix<T>::cyclicTridiagSolve(b, d, l, u, corners[0], corners[1]);
         EXPECT_LT(b.distance(x), 20 * precision<T>());
     }
 }
@@ -209,38 +176,28 @@ TYPED_TEST(RealSquareMatrix, EigenvectorsDiagonaliseAndStayRightHanded)
 {
     using T = TypeParam;
     std::mt19937 engine(4);
-    std::vector<SquareMatrix<T>> samples;
-    for (int n = 0; n <= 10; ++n) {
-        samples.push_back(symmetric<T>(n, engine));
+    for (int sample = 0; sample < 44; ++sample) {
+        const int n = sample / 4;
+        const Matrix<T> random = randomMatrix<T>(n, n, engine);
+        const Matrix<T> symmetric = random + random.transpose();
         const Matrix<T> factor = randomMatrix<T>(n, n / 2, engine);
-        samples.push_back(SquareMatrix<T>(factor * factor.transpose()));
-        SquareMatrix<T> hilbert;
-        hilbert.setHilbert(n);
-        samples.push_back(hilbert);
-        SquareMatrix<T> graded = symmetric<T>(n, engine);
-        for (int i = 0; i < n; ++i) {
-            for (int j = 0; j < n; ++j) {
-                graded[i][j] *= static_cast<T>(std::pow(10.0, -2.0 * (i + j)));
-            }
-        }
-        samples.push_back(graded);
-    }
-    for (const SquareMatrix<T>& m : samples) {
-        const int n = m.getSize();
-        const SquareMatrix<T> before(m);
+        const Matrix<T> samples[] = {
+            symmetric, factor * factor.transpose(),
+            matrixFrom<T>(n, n, [](int i, int j) { return T(1) / T(i + j + 1); }),
+            matrixFrom<T>(n, n, [&](int i, int j) {
+                return symmetric[i][j] * T(std::pow(10.0, -2.0 * (i + j)));
+            })};
+        const SquareMatrix<T> m(samples[sample % 4]);
         Vector<T> values;
         SquareMatrix<T> vectors;
         m.eigenJacobi(values, vectors, true);
-        EXPECT_EQ(m, before);
+        EXPECT_EQ(m, samples[sample % 4]);
         EXPECT_TRUE(n < 2 || values.isDecreasing());
-        SquareMatrix<T> identity;
-        identity.setIdentity(n);
         SquareMatrix<T> diagonal;
         diagonal.setDiagonal(values);
         const T bound = 50 * precision<T>();
-        EXPECT_LE(std::sqrt((vectors.transpose() * vectors - identity).snorm()), bound);
-        EXPECT_LE(std::sqrt((m * vectors - vectors * diagonal).snorm()),
-                  bound * std::sqrt(m.snorm()));
+        EXPECT_LE(normOf(vectors.transpose() * vectors - identity<T>(n)), bound);
+        EXPECT_LE(normOf(m * vectors - vectors * diagonal), bound * normOf(m));
         if (n <= 6) {
             EXPECT_NEAR(static_cast<double>(expandedDeterminant<T>(vectors)), 1, bound);
         }
