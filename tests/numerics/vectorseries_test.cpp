@@ -2,8 +2,6 @@
 #include "support/errors.h"
 #include "support/vectors.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
@@ -72,14 +70,11 @@ TEST(Vector, HistogramAgreesWithBisectionOnAndBesideEveryEdge)
         const float origin = round % 4 == 0 ? 1e6F : 10 * randomUnit<float>(engine);
         const float step = round % 10 == 0 ? 0.0F : 3 * randomUnit<float>(engine);
         Vector<float> values = vectorOf<float>({-inf, inf, nan, 0, origin - 1000, origin + 1000});
-        Vector<float> edges(3 * bins);
         for (int i = 0; i < bins; ++i) {
             const float edge = origin + i * step;
-            edges[3 * i] = std::nextafter(edge, -inf);
-            edges[3 * i + 1] = edge;
-            edges[3 * i + 2] = std::nextafter(edge, inf);
+            values.append(
+                vectorOf<float>({std::nextafter(edge, -inf), edge, std::nextafter(edge, inf)}));
         }
-        values.append(edges);
         values.append(randomVector<float>(50, engine) * 100.0F);
         expectBisectedHistogram(values, origin, step, bins);
     }
@@ -101,35 +96,27 @@ TEST(Vector, CorrelationAgreesWithItsDefinition)
             const Vector<double> kernel = randomVector<double>(kernelSize, engine);
             Vector<double> reversed(kernel);
             reversed.reverse();
-            const Vector<double> result = x.corr(kernel);
-            ASSERT_EQ(result.getSize(), size);
-            for (int i = 0; i < size; ++i) {
-                double sum = 0;
-                for (int m = 0; m < kernelSize; ++m) {
-                    const int position = i + m - kernelSize / 2;
-                    sum += position >= 0 && position < size ? x[position] * kernel[m] : 0;
-                }
-                EXPECT_EQ(result[i], sum);
-            }
+            EXPECT_EQ(x.corr(kernel), vectorFrom<double>(size, [&](int i) {
+                          double sum = 0;
+                          for (int m = 0; m < kernelSize; ++m) {
+                              const int position = i + m - kernelSize / 2;
+                              const bool isInside = position >= 0 && position < size;
+                              sum += isInside ? x[position] * kernel[m] : 0;
+                          }
+                          return sum;
+                      }));
             EXPECT_EQ(x.conv(kernel), x.corr(reversed));
         }
     }
     EXPECT_RAISES(ValueError, "Vector<T> Vector<T>::corr(const Vector&) const",
                   "The kernel has an even size",
                   vectorOf<float>({1, 2}).corr(vectorOf<float>({1, 1})));
-}
-
-TEST(Vector, MaskedCorrelationGivesTheWeightOfMaskedSamplesToTheirPartners)
-{
+    // Beside the ends and the masked middle the single neighbour counts with 101.
     const Vector<double> x = vectorOf<double>({1, 2, 3, 4, 5});
     const Vector<double> kernel = vectorOf<double>({1, 10, 100});
     const Vector<double> mask = vectorOf<double>({1, 1, 0, 1, 1});
-    // Beside the ends and the masked middle the single neighbour counts with 101.
     EXPECT_EQ(x.corr(kernel, mask), vectorOf<double>({212, 121, 3, 545, 454}));
     EXPECT_EQ(x.conv(kernel, mask), vectorOf<double>({212, 121, 3, 545, 454}));
-    Vector<double> ones;
-    ones.setOnes(5);
-    EXPECT_EQ(x.corr(kernel, ones).copy(1, 3), x.corr(kernel).copy(1, 3));
     const Vector<double> alone = vectorOf<double>({0, 0, 1, 0, 0});
     EXPECT_EQ(x.corr(kernel, alone), vectorOf<double>({1, 2, 30, 4, 5}));
     EXPECT_THROW(x.corr(kernel, kernel), SizeError);
