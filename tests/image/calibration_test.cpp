@@ -1,20 +1,11 @@
-#include "image/lengthunit.h"
 #include "image/pixelcalibration.h"
-#include "image/spatialcalibration.h"
 #include "image/voxelcalibration.h"
 #include "support/errors.h"
-#include "support/vectors.h"
+#include "support/images.h"
 
 #include <algorithm>
 
 namespace {
-
-LengthUnit unitOf(int scale)
-{
-    LengthUnit unit;
-    unit.setScale(scale);
-    return unit;
-}
 
 /// Width, height and aspect ratio after `compute`; a value of 0 is one that was not set.
 Vector<float> computed(float width, float height, float aspect)
@@ -36,7 +27,7 @@ Vector<float> computed(float width, float height, float aspect)
 
 } // namespace
 
-TEST(LengthUnit, NamesComeFromTheTableOfPrefixes)
+TEST(LengthUnit, NamesComeFromTheTableOfPrefixesInAscendingOrder)
 {
     EXPECT_EQ(LengthUnit().name(), "meter");
     EXPECT_EQ(unitOf(-6).name(), "micrometer");
@@ -44,10 +35,6 @@ TEST(LengthUnit, NamesComeFromTheTableOfPrefixes)
     EXPECT_EQ(unitOf(-24).name(), "yoptometer");
     EXPECT_EQ(unitOf(1).name(), "???meter");
     EXPECT_EQ(unitOf(2).symbol(), "???m");
-}
-
-TEST(LengthUnit, ListsRunInAscendingOrderAndAgree)
-{
     const std::vector<int> scales = LengthUnit::availableScales();
     ASSERT_EQ(scales.size(), 18U);
     EXPECT_EQ(scales.front(), -24);
@@ -60,24 +47,19 @@ TEST(LengthUnit, ListsRunInAscendingOrderAndAgree)
 
 TEST(PixelCalibration, ComputeDerivesWhatIsUndefinedFromTheRest)
 {
-    EXPECT_EQ(computed(0, 0, 0), vectorOf<float>({1, 1, 1}));
-    EXPECT_EQ(computed(3, 0, 0), vectorOf<float>({3, 3, 1}));
-    EXPECT_EQ(computed(3, 6, 0), vectorOf<float>({3, 6, 2}));
-    EXPECT_EQ(computed(0, 6, 0), vectorOf<float>({6, 6, 1}));
-    EXPECT_EQ(computed(0, 0, 2), vectorOf<float>({1, 2, 2}));
-    EXPECT_EQ(computed(3, 0, 2), vectorOf<float>({3, 6, 2}));
-    EXPECT_EQ(computed(0, 6, 2), vectorOf<float>({3, 6, 2}));
-    EXPECT_EQ(computed(3, 5, 2), vectorOf<float>({3, 5, 2}));
-}
-
-TEST(PixelCalibration, WhatWasDerivedIsDerivedAnew)
-{
+    const float cases[][6] = {{0, 0, 0, 1, 1, 1}, {3, 0, 0, 3, 3, 1}, {3, 6, 0, 3, 6, 2},
+                              {0, 6, 0, 6, 6, 1}, {0, 0, 2, 1, 2, 2}, {3, 0, 2, 3, 6, 2},
+                              {0, 6, 2, 3, 6, 2}, {3, 5, 2, 3, 5, 2}};
+    for (const auto& [width, height, aspect, newWidth, newHeight, newAspect] : cases) {
+        EXPECT_EQ(computed(width, height, aspect),
+                  vectorOf<float>({newWidth, newHeight, newAspect}));
+    }
     PixelCalibration calibration;
-    calibration.setPixelWidth(2);
-    calibration.compute();
-    calibration.setPixelWidth(5);
-    calibration.compute();
-    EXPECT_EQ(calibration.getPixelHeight(), 5);
+    for (const float width : {2.0F, 5.0F}) {
+        calibration.setPixelWidth(width);
+        calibration.compute();
+        EXPECT_EQ(calibration.getPixelHeight(), width) << "what was derived is derived anew";
+    }
 }
 
 TEST(PixelCalibration, EqualityLooksAtTheNumbersAlone)
@@ -100,29 +82,19 @@ TEST(VoxelCalibration, PlanesTakeElementZeroAsTheWidth)
     VoxelCalibration calibration;
     calibration.setLengthUnit(unitOf(-3));
     calibration.setVoxelSize(vectorOf<float>({2, 6, 7}));
-    EXPECT_EQ(calibration.getVoxelHeight(), 2);
-    EXPECT_EQ(calibration.getVoxelWidth(), 6);
-    EXPECT_EQ(calibration.getVoxelDepth(), 7);
     const PixelCalibration plane = calibration.pixelCalibration();
-    EXPECT_EQ(plane.getPixelWidth(), 2);
-    EXPECT_EQ(plane.getPixelHeight(), 6);
     EXPECT_EQ(plane.getAspectRatio(), 3);
     EXPECT_EQ(plane.getLengthUnit(), unitOf(-3));
     EXPECT_EQ(plane.getPixelSize(), vectorOf<float>({6, 2}));
-    expectError<SizeError>(
-        [&] {
-            calibration.setVoxelSize(vectorOf<float>({1, 2}));
-        },
-        "void VoxelCalibration::setVoxelSize(const Vector<float>&)",
-        "Size vector does not contain three values as expected");
+    EXPECT_RAISES(SizeError, "void VoxelCalibration::setVoxelSize(const Vector<float>&)",
+                  "Size vector does not contain three values as expected",
+                  calibration.setVoxelSize(vectorOf<float>({1, 2})));
     EXPECT_EQ(calibration.getVoxelSize(), vectorOf<float>({2, 6, 7}));
 }
 
 TEST(SpatialCalibration, TwoDimensionsAreFilledUp)
 {
-    SpatialCalibration calibration;
-    calibration.setLengthUnit(unitOf(-6));
-    calibration.setSize(2, 3, 6);
+    SpatialCalibration calibration = calibrationOf(-6, 2, 3, 6);
     EXPECT_EQ(calibration.voxelDiagonal(), 7);
     EXPECT_EQ(calibration.voxelVolume(), 36);
     calibration.setSize(vectorOf<float>({3, 4}));
