@@ -2,8 +2,6 @@
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <vector>
 
@@ -17,6 +15,13 @@ std::vector<int> color(const Colormap& colormap, int i)
 
 using Color = std::vector<int>;
 
+void expectColors(const Colormap& colormap, const std::vector<std::pair<int, Color>>& expected)
+{
+    for (const auto& [i, c] : expected) {
+        EXPECT_EQ(color(colormap, i), c) << i;
+    }
+}
+
 double lightness(const Colormap& colormap, int i)
 {
     const Color c = color(colormap, i);
@@ -27,21 +32,17 @@ double lightness(const Colormap& colormap, int i)
 
 TEST(Colormap, GrayRampTruncatesAndKnowsItself)
 {
-    Colormap map(256);
-    map.makeGrayscale();
-    EXPECT_TRUE(map.isIdentity());
-    EXPECT_TRUE(map.isGrayscale());
-    EXPECT_FALSE(map.isRedOnly());
-    map.setSize(4);
-    map.makeGrayscale();
-    EXPECT_EQ(color(map, 1), Color(3, 85));
-    EXPECT_FALSE(map.isIdentity());
-    map.setSize(3);
-    map.makeGrayscale();
-    EXPECT_EQ(color(map, 1), Color(3, 127));
-    map.setSize(1);
+    Colormap map(1);
     map.makeGrayscale();
     EXPECT_EQ(color(map, 0), Color(3, 0));
+    for (const auto& [size, second] : {std::pair(3, 127), std::pair(4, 85), std::pair(256, 1)}) {
+        map.setSize(size);
+        map.makeGrayscale();
+        EXPECT_EQ(color(map, 1), Color(3, second));
+        EXPECT_EQ(map.isIdentity(), size == 256);
+        EXPECT_TRUE(map.isGrayscale());
+        EXPECT_FALSE(map.isRedOnly());
+    }
 }
 
 TEST(Colormap, TestsOfSingleColorsLookAtTheOtherTwoTables)
@@ -52,9 +53,7 @@ TEST(Colormap, TestsOfSingleColorsLookAtTheOtherTwoTables)
     map.getBlue().setZeros();
     map.getBlue()[1] = 7;
     EXPECT_TRUE(map.isBlueOnly());
-    EXPECT_FALSE(map.isRedOnly());
-    EXPECT_FALSE(map.isGreenOnly());
-    EXPECT_FALSE(map.isGrayscale());
+    EXPECT_FALSE(map.isRedOnly() || map.isGreenOnly() || map.isGrayscale());
     Colormap other(map);
     EXPECT_EQ(map, other);
     other.getGreen()[0] = 8;
@@ -66,22 +65,20 @@ TEST(Colormap, TestsOfSingleColorsLookAtTheOtherTwoTables)
 
 TEST(Colormap, ColdToHotMeetsTheFormulasAndRefusesOtherSizes)
 {
-    const Colormap map = Colormap::cold2Hot(64);
     const double a = 255.0 / std::log(16.0);
     const double b = 255.0 / std::log(17.0);
-    EXPECT_EQ(color(map, 0), (Color{0, 0, 255}));
-    EXPECT_EQ(color(map, 1), (Color{0, 0, 255}));
-    EXPECT_EQ(color(map, 9), (Color{0, int(std::log(9.0) * a), 255}));
-    EXPECT_EQ(color(map, 16), (Color{0, 255, int(std::log(16.0) * a)}));
-    EXPECT_EQ(color(map, 31), (Color{0, 255, 0}));
-    EXPECT_EQ(color(map, 32), (Color{int(std::log(2.0) * b), 255, 0}));
-    EXPECT_EQ(color(map, 50), (Color{255, int(std::log(14.0) * b), 0}));
-    EXPECT_EQ(color(map, 63), (Color{255, 0, 0}));
+    expectColors(Colormap::cold2Hot(64), {{0, {0, 0, 255}},
+                                          {1, {0, 0, 255}},
+                                          {9, {0, int(std::log(9.0) * a), 255}},
+                                          {16, {0, 255, int(std::log(16.0) * a)}},
+                                          {31, {0, 255, 0}},
+                                          {32, {int(std::log(2.0) * b), 255, 0}},
+                                          {50, {255, int(std::log(14.0) * b), 0}},
+                                          {63, {255, 0, 0}}});
     EXPECT_EQ(Colormap::cold2Hot(4).getSize(), 4);
     for (const int size : {-4, 1, 62}) {
-        expectError<SizeError>([size] { Colormap::cold2Hot(size); },
-                               "Colormap Colormap::cold2Hot(const int)",
-                               "Colormap dimension is not a multiple of 4");
+        EXPECT_RAISES(SizeError, "Colormap Colormap::cold2Hot(const int)",
+                      "Colormap dimension is not a multiple of 4", Colormap::cold2Hot(size));
     }
 }
 
@@ -89,21 +86,20 @@ TEST(Colormap, NamedTablesMeetTheirTellingRows)
 {
     const Colormap fire = Colormap::fire();
     EXPECT_EQ(fire.getSize(), 256);
-    EXPECT_EQ(color(fire, 0), (Color{0, 0, 0}));
-    EXPECT_EQ(color(fire, 16), (Color{1, 0, 96}));
-    EXPECT_EQ(color(fire, 96), (Color{195, 0, 93}));
-    EXPECT_EQ(color(fire, 144), (Color{255, 117, 0}));
-    EXPECT_EQ(color(fire, 255), (Color{255, 255, 255}));
+    expectColors(fire, {{0, {0, 0, 0}},
+                        {16, {1, 0, 96}},
+                        {96, {195, 0, 93}},
+                        {144, {255, 117, 0}},
+                        {255, {255, 255, 255}}});
     for (int i = 1; i < 256; ++i) {
         EXPECT_GE(lightness(fire, i) + 1.0, lightness(fire, i - 1)) << i;
     }
-    const Colormap thermal = Colormap::thermal();
-    EXPECT_EQ(color(thermal, 0), (Color{70, 0, 115}));
-    EXPECT_EQ(color(thermal, 96), (Color{76, 255, 247}));
-    EXPECT_EQ(color(thermal, 144), (Color{178, 255, 163}));
-    EXPECT_EQ(color(thermal, 224), (Color{255, 175, 37}));
-    EXPECT_EQ(color(thermal, 255), (Color{255, 2, 2}));
-    EXPECT_EQ(color(Colormap::flag(), 13), (Color{170, 85, 0}));
+    expectColors(Colormap::thermal(), {{0, {70, 0, 115}},
+                                       {96, {76, 255, 247}},
+                                       {144, {178, 255, 163}},
+                                       {224, {255, 175, 37}},
+                                       {255, {255, 2, 2}}});
+    expectColors(Colormap::flag(), {{13, {170, 85, 0}}});
     EXPECT_EQ(Colormap::flag().getSize(), 16);
 }
 
