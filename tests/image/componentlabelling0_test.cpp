@@ -1,6 +1,6 @@
 #include "image/componentlabelling0.h"
 #include "support/errors.h"
-#include "support/vectors.h"
+#include "support/images.h"
 
 #include <vector>
 
@@ -8,16 +8,17 @@ namespace {
 
 VoxelMatrix<int> randomVolume(int rows, int columns, int planes, std::mt19937& random)
 {
-    const unsigned int percent = 20 + random() % 70;
-    VoxelMatrix<int> volume(rows, columns, planes);
-    for (int k = 0; k < planes; ++k) {
-        for (int i = 0; i < rows; ++i) {
-            for (int j = 0; j < columns; ++j) {
-                volume(i, j, k) = random() % 100 < percent ? 1 + static_cast<int>(random() % 9) : 0;
-            }
-        }
-    }
-    return volume;
+    const int percent = randomInt(20, 89, random);
+    return volumeFrom<int>(rows, columns, planes, [&](int, int, int) {
+        return randomInt(0, 99, random) < percent ? randomInt(1, 9, random) : 0;
+    });
+}
+
+/// Pixels by turns foreground and background.
+template <class T>
+PixelMatrix<T> checkerboard(int rows, int columns)
+{
+    return imageFrom<T>(rows, columns, [](int i, int j) { return (i + j) % 2 == 0; });
 }
 
 /// Floods one region after the other, in the order of their first elements.
@@ -58,8 +59,9 @@ TEST(ComponentLabelling0, RegionsAreNumberedInTheOrderOfTheirFirstPixels)
     std::mt19937 random(21);
     for (int round = 0; round < 400; ++round) {
         const int side = round < 380 ? 12 : 70;
-        const VoxelMatrix<int> volume = randomVolume(1 + random() % side, 1 + random() % side,
-                                                     round % 2 == 0 ? 1 : 1 + random() % 6, random);
+        const VoxelMatrix<int> volume =
+            randomVolume(randomInt(1, side, random), randomInt(1, side, random),
+                         round % 2 == 0 ? 1 : randomInt(1, 6, random), random);
         int regions = 0;
         const VoxelMatrix<int> expected = flooded(volume, regions);
         ComponentLabelling0<int> labelling;
@@ -76,59 +78,35 @@ TEST(ComponentLabelling0, RegionsAreNumberedInTheOrderOfTheirFirstPixels)
     }
 }
 
-TEST(ComponentLabelling0, ARegionOfManyBranchesIsOne)
+TEST(ComponentLabelling0, ARegionOfManyBranchesIsOneAndNothingIsNone)
 {
     // Each column starts as a label of its own; the last row joins them from right to left.
-    PixelMatrix<int> comb(50, 99);
-    for (int i = 0; i < 50; ++i) {
-        for (int j = 0; j < 99; ++j) {
-            comb(i, j) = i == 49 || (j % 2 == 0 && i >= j / 2);
-        }
-    }
+    PixelMatrix<int> comb =
+        imageFrom<int>(50, 99, [](int i, int j) { return i == 49 || (j % 2 == 0 && i >= j / 2); });
     ComponentLabelling0<int> labelling;
     labelling.apply(comb);
     EXPECT_EQ(labelling.getNumLabels(), 1);
     EXPECT_EQ(comb.range(), vectorOf<int>({0, 1}));
+    PixelMatrix<int> empty;
+    labelling.apply(empty);
+    EXPECT_EQ(labelling.getNumLabels(), 0);
 }
 
 TEST(ComponentLabelling0, EachElementTypeHoldsTheLabelsItCan)
 {
-    const auto checkerboard = [](auto& image) {
-        for (int i = 0; i < image.getSize1(); ++i) {
-            for (int j = 0; j < image.getSize2(); ++j) {
-                image(i, j) = (i + j) % 2 == 0;
-            }
-        }
-    };
-    PixelMatrix<unsigned char> bytes(17, 30);
-    checkerboard(bytes);
+    PixelMatrix<unsigned char> bytes = checkerboard<unsigned char>(17, 30);
     ComponentLabelling0<unsigned char> narrow;
     narrow.apply(bytes);
     EXPECT_EQ(bytes.range()[1], 255);
     EXPECT_EQ(bytes(16, 28), 255);
-    PixelMatrix<unsigned char> more(16, 32);
-    checkerboard(more);
-    const PixelMatrix<unsigned char> before(more);
-    expectError<RangeError>([&] { narrow.apply(more); }, "void ComponentLabelling<T>::apply(...)",
-                            "There are more regions than the elements of the image can number");
-    EXPECT_EQ(more, before);
-    PixelMatrix<float> reals(40, 40);
-    checkerboard(reals);
+    PixelMatrix<unsigned char> more = checkerboard<unsigned char>(16, 32);
+    EXPECT_RAISES(RangeError, "void ComponentLabelling<T>::apply(...)",
+                  "There are more regions than the elements of the image can number",
+                  narrow.apply(more));
+    EXPECT_EQ(more, checkerboard<unsigned char>(16, 32));
+    PixelMatrix<float> reals = checkerboard<float>(40, 40);
     ComponentLabelling0<float> wide;
     wide.apply(reals);
     EXPECT_EQ(wide.getNumLabels(), 800);
     EXPECT_EQ(reals(39, 39), 800);
-}
-
-TEST(ComponentLabelling0, AnImageWithoutForegroundHasNoLabels)
-{
-    ComponentLabelling0<int> labelling;
-    PixelMatrix<int> image(5, 6);
-    image.setZeros();
-    labelling.apply(image);
-    EXPECT_EQ(labelling.getNumLabels(), 0);
-    EXPECT_EQ(image.range(), vectorOf<int>({0, 0}));
-    PixelMatrix<int> empty;
-    labelling.apply(empty);
-    EXPECT_EQ(labelling.getNumLabels(), 0);
 }
