@@ -1,70 +1,65 @@
 // TIFF files: what is written comes back, what can't be used is refused by name, damage is told.
 
-#include "image/image0.h"
 #include "image/image2.h"
 #include "image/imagereader.h"
 #include "image/imagewriter.h"
 #include "image/tifffile.h"
 #include "support/errors.h"
+#include "support/filesizelimit.h"
+#include "support/images.h"
+#include "support/listener.h"
 #include "support/temporaryfolder.h"
 #include "support/tiffs.h"
-#include "system/progressmonitor.h"
-
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <algorithm>
-#include <csignal>
+#include <array>
 #include <cstring>
-#include <random>
-#include <set>
+#include <functional>
 #include <thread>
 
 namespace {
 
-PixelCalibration calibrated(float width, float height, int scale)
+Image0 sample(int width, int height, int depth)
 {
-    PixelCalibration calibration;
-    calibration.setPixelWidth(width);
-    calibration.setPixelHeight(height);
-    LengthUnit unit;
-    unit.setScale(scale);
-    calibration.setLengthUnit(unit);
-    calibration.compute();
-    return calibration;
+    return randomImage0(width, height, depth, static_cast<unsigned int>(width * height + depth));
 }
 
-Image0 sample(int width, int height, int depth, const PixelCalibration& calibration)
-{
-    Image0 image(width, height, depth);
-    std::mt19937 random(static_cast<unsigned>(width * height + depth));
-    std::generate_n(image.getData(), image.dataLength(),
-                    [&random] { return static_cast<unsigned char>(random()); });
-    ImageHeader header(image.getHeader());
-    header.setPixelCalibration(calibration);
-    image.setHeader(header);
-    return image;
-}
-
-bool samePixels(const Image0& a, const Image0& b)
-{
-    return a.getWidth() == b.getWidth() && a.getHeight() == b.getHeight() &&
-           a.getDepth() == b.getDepth() &&
-           std::memcmp(a.getData(), b.getData(), a.dataLength()) == 0;
-}
-
-/// An image whose every byte is random; real numbers among them are made finite.
+/// An image whose every byte is random.
 Image2 hyperstack(ValueType type, int planes, int samples, int channels, int timepoints)
 {
     Image2 image(type, 5, 4, planes, samples, channels, timepoints);
-    std::mt19937 random(7);
-    for (int c = 0; c < channels; ++c) {
-        for (int t = 0; t < timepoints; ++t) {
-            std::generate_n(image.frame(c, t), image.bytesPerFrame(),
-                            [&random] { return static_cast<unsigned char>(random()); });
-        }
+    for (int f = 0; f < channels * timepoints; ++f) {
+        const std::size_t bytes = image.bytesPerFrame();
+        const Image0 random =
+            randomImage0(static_cast<int>(bytes), 1, 8, static_cast<unsigned int>(f));
+        std::memcpy(image.frame(f % channels, f / channels), random.getData(), bytes);
     }
     return image;
+}
+
+/// Writes a plain page and returns its path; `change` may set more tags.
+std::string makePage(
+    const TemporaryFolder& folder,
+    int width,
+    int height,
+    int bits,
+    int samples,
+    int photometric,
+    const std::function<void(TIFF*)>& change = [](TIFF*) {},
+    const char* mode = "w",
+    int pages = 1)
+{
+    TiffMaker maker(folder.file("page.tif"), mode);
+    for (int page = 0; page < pages; ++page) {
+        maker.tags(width, height, bits, samples, photometric);
+        change(maker.get());
+        std::uint16_t planar = PLANARCONFIG_CONTIG;
+        TIFFGetField(maker.get(), TIFFTAG_PLANARCONFIG, &planar);
+        maker.rows(
+            height, [=](int i, int b) { return static_cast<unsigned char>(page + 12 * i + b); },
+            planar == PLANARCONFIG_SEPARATE ? samples : 1);
+    }
+    return folder.file("page.tif");
 }
 
 std::string reasonFor(const std::string& path)
@@ -79,119 +74,67 @@ std::string reasonFor(const std::string& path)
     return "";
 }
 
-class CancelAtRow : public ProgressMonitor
-{
-public:
-    explicit CancelAtRow(int row)
-        : row_(row)
-    {}
-
-    using ProgressMonitor::subjectProgressed;
-
-    void subjectProgressed(int current, int total) override
-    {
-        rows_ = current;
-        total_ = total;
-        if (current == row_) {
-            currentSubject()->cancel();
-        }
-    }
-
-    void subjectCanceled(const std::string&) override { ++canceled_; }
-
-    void subjectFinished(const std::string&) override { ++finished_; }
-
-    int rows_ = 0;
-    int total_ = 0;
-    int canceled_ = 0;
-    int finished_ = 0;
-
-    using ProgressMonitor::subjectCanceled;
-    using ProgressMonitor::subjectFinished;
-
-private:
-    int row_;
-};
-
 } // namespace
 
-TEST(ImageWriter, PlainImagesComeBackWithTheirCalibration)
+TEST(ImageWriter, ImagesComeBackWithCalibrationAndColormap)
 {
     const TemporaryFolder folder;
+    const std::string path = folder.file("leaf \"1\"; \xC3\xA9t\xC3\xA9.tif");
+    Image0 back;
     for (const int depth : {8, 24, 32}) {
         for (const int scale : {-9, -6, -3, -2, 0}) {
-            const std::string path = folder.file("leaf \"1\"; \xC3\xA9t\xC3\xA9.tif");
-            const Image0 image = sample(7, 3, depth, calibrated(0.25F, 0.5F, scale));
+            Image0 image = sample(7, 3, depth);
+            PixelCalibration calibration;
+            calibration.setPixelWidth(0.25F);
+            calibration.setPixelHeight(0.5F);
+            calibration.setLengthUnit(unitOf(scale));
+            calibration.compute();
+            ImageHeader header(image.getHeader());
+            header.setPixelCalibration(calibration);
+            image.setHeader(header);
+            if (depth == 8 && scale != 0) {
+                image.setColormap(Colormap::fire());
+            }
             ImageWriter().write(image, path, true);
-            Image0 back;
             ImageReader().read(back, path);
-            EXPECT_TRUE(samePixels(image, back)) << depth;
-            const PixelCalibration& calibration = back.getHeader().getPixelCalibration();
-            EXPECT_FLOAT_EQ(calibration.getPixelWidth(), 0.25F);
-            EXPECT_FLOAT_EQ(calibration.getPixelHeight(), 0.5F);
-            EXPECT_EQ(calibration.getLengthUnit().getScale(), scale);
+            EXPECT_EQ(bytesOf(back), bytesOf(image)) << depth;
+            EXPECT_EQ(back.getSize(), image.getSize());
+            EXPECT_EQ(back.getDepth(), depth);
+            EXPECT_EQ(back.isIndexed(), image.isIndexed());
+            EXPECT_TRUE(!back.isIndexed() || *back.getColormap() == Colormap::fire());
+            EXPECT_EQ(back.getHeader().getPixelCalibration(), calibration);
+            EXPECT_EQ(back.getHeader().getPixelCalibration().getLengthUnit().getScale(), scale);
             EXPECT_EQ(back.getHeader().getImageFormat(), ImageFormat::Tiff);
             EXPECT_EQ(back.getHeader().getPlanes(), 1);
         }
     }
     EXPECT_EQ(folder.fileCount(), 1);
-}
-
-TEST(ImageWriter, ColormapsComeBackAndStaleOnesGo)
-{
-    const TemporaryFolder folder;
-    Image0 image = sample(6, 5, 8, PixelCalibration());
-    image.setColormap(Colormap::fire());
-    image.writeFile("fire.tif", folder.path().string(), false);
-    Image0 back("fire.tif", folder.path().string() + "/");
-    ASSERT_TRUE(back.isIndexed());
-    EXPECT_EQ(*back.getColormap(), Colormap::fire());
-    EXPECT_TRUE(samePixels(image, back));
-    image.setGrayscale(0);
-    ImageWriter().write(image, folder.file("plain.tif"), false);
-    ImageReader().read(back, folder.file("plain.tif"));
-    EXPECT_FALSE(back.isIndexed());
-}
-
-TEST(ImageWriter, SixteenBitsAreWrittenAsTwoSamplesThatTheReaderRefuses)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.file("deep.tif");
-    ImageWriter().write(sample(3, 2, 16, PixelCalibration()), path, false);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with 2 samples per pixel");
+    const Image0 deep = sample(3, 2, 16);
+    deep.writeFile("deep.tif", folder.path().string(), false);
+    EXPECT_EQ(reasonFor(folder.file("deep.tif")), "Cannot read TIFF with 2 samples per pixel");
 }
 
 TEST(ImageWriter, AFileIsReplacedWholeOrNotAtAll)
 {
     const TemporaryFolder folder;
-    const Image0 image = sample(200, 100, 24, PixelCalibration());
+    const Image0 image = sample(200, 100, 24);
     const std::string path = folder.write("old.tif", "old");
-    expectError<FileWriteError>([&] { ImageWriter().write(image, path, false); },
-                                "void ImageWriter::write(...)", "File already exists");
-    expectError<FileWriteError>(
-        [&] { ImageWriter().write(image, folder.file("no/such/folder.tif"), true); },
-        "void ImageWriter::write(...)", "Cannot open file for writing");
+    EXPECT_RAISES(FileWriteError, "void ImageWriter::write(...)", "File already exists",
+                  ImageWriter().write(image, path, false));
+    EXPECT_RAISES(FileWriteError, "void ImageWriter::write(...)", "Cannot open file for writing",
+                  ImageWriter().write(image, folder.file("no/such/folder.tif"), true));
     EXPECT_THROW(ImageWriter().write(Image0(), path, true), FileWriteError);
 
-    // A limit on the length of files stands for a full disk.
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small{10000, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    std::string filename;
     std::string what;
     testing::internal::CaptureStderr();
     try {
+        const FileSizeLimit fullDisk(10000);
         ImageWriter().write(image, path, true);
     } catch (const FileWriteError& error) {
-        filename = error.getFilename();
+        EXPECT_EQ(error.getFilename(), path);
         what = error.getWhat();
     }
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(filename, path);
     EXPECT_EQ(what.find("Cannot write TIFF: "), 0U) << what;
     EXPECT_EQ(folder.read("old.tif"), "old");
     EXPECT_EQ(folder.fileCount(), 1);
@@ -201,80 +144,60 @@ TEST(ImageWriter, HyperstacksComeBackForEveryTypeAndShape)
 {
     const TemporaryFolder folder;
     const std::string path = folder.file("stack.tif");
-    for (int type = 0; type < 7; ++type) {
-        for (const int samples : {1, 3, 4, 6}) {
-            for (const auto [planes, channels, timepoints] :
-                 {std::array{1, 1, 1}, std::array{3, 1, 1}, std::array{1, 2, 1},
-                  std::array{2, 2, 3}}) {
-                Image2 image =
-                    hyperstack(static_cast<ValueType>(type), planes, samples, channels, timepoints);
-                SpatialCalibration calibration;
-                calibration.setSize(0.5F, 0.25F, planes > 1 ? 2.0F : 1.0F);
-                LengthUnit unit;
-                unit.setScale(-6);
-                calibration.setLengthUnit(unit);
-                Vector<float> position(3);
-                position.setSequence(1.5F, -1.0F);
-                calibration.setPosition(position);
-                image.setSpatialCalibration(calibration);
-                image.saveAsTiff(path, samples == 3, true);
-                const Image2 back(path);
-                ASSERT_TRUE(back == image) << type << ' ' << samples << ' ' << planes;
-                const SpatialCalibration& read = back.getSpatialCalibration();
-                EXPECT_EQ(read.getSize(), calibration.getSize());
-                EXPECT_EQ(read.getLengthUnit().getScale(), -6);
-                EXPECT_EQ(read.getPosition(), position);
-                EXPECT_EQ(back.fileCompression(), samples == 3 ? "lzw" : "");
-            }
-        }
+    for (int n = 0; n < 7 * 4 * 4; ++n) {
+        const int samples = std::array{1, 3, 4, 6}[static_cast<std::size_t>(n / 7 % 4)];
+        const auto [planes, channels, timepoints] =
+            std::array{std::array{1, 1, 1}, std::array{3, 1, 1}, std::array{1, 2, 1},
+                       std::array{2, 2, 3}}[static_cast<std::size_t>(n / 28)];
+        Image2 image =
+            hyperstack(static_cast<ValueType>(n % 7), planes, samples, channels, timepoints);
+        SpatialCalibration calibration = calibrationOf(-6, 0.5F, 0.25F, planes > 1 ? 2.0F : 1.0F);
+        calibration.setPosition(vectorOf<float>({1.5F, 0.5F, -0.5F}));
+        image.setSpatialCalibration(calibration);
+        image.saveAsTiff(path, samples == 3, true);
+        const Image2 back(path);
+        ASSERT_TRUE(back == image) << n;
+        const SpatialCalibration& read = back.getSpatialCalibration();
+        EXPECT_EQ(read.getSize(), calibration.getSize());
+        EXPECT_EQ(read.getLengthUnit().getScale(), -6);
+        EXPECT_EQ(read.getPosition(), calibration.getPosition());
+        EXPECT_EQ(back.fileCompression(), samples == 3 ? "lzw" : "");
     }
 }
 
 TEST(ImageWriter, TheDescriptionIsThatOfImageJ)
 {
     const TemporaryFolder folder;
-    const auto description = [&](const Image2& image) {
+    const auto expectDescription = [&](const Image2& image, const std::string& text) {
         ImageWriter().write(image, folder.file("a.tif"), false, true);
+        EXPECT_NE(folder.read("a.tif").find(text + '\0'), std::string::npos) << text;
         const TiffFile file(folder.file("a.tif"), "r");
-        char* text = nullptr;
-        TIFFGetField(file.get(), TIFFTAG_IMAGEDESCRIPTION, &text);
         float* position = nullptr;
         EXPECT_FALSE(TIFFGetField(file.get(), AbstractImageIO::ImagePosition3D, &position));
-        return std::string(text);
     };
-    EXPECT_EQ(description(Image2(ValueType::Float, 2, 2, 1, 1, 1, 1)),
-              "ImageJ=1.51s\nmode=grayscale\nunit=m\n");
-    EXPECT_EQ(description(Image2(ValueType::Float, 2, 2, 1, 3, 2, 1)),
-              "ImageJ=1.51s\nimages=2\nchannels=2\nunit=m\n");
+    expectDescription(Image2(ValueType::Float, 2, 2, 1, 1, 1, 1),
+                      "ImageJ=1.51s\nmode=grayscale\nunit=m\n");
+    expectDescription(Image2(ValueType::Float, 2, 2, 1, 3, 2, 1),
+                      "ImageJ=1.51s\nimages=2\nchannels=2\nunit=m\n");
     Image2 image(ValueType::UnsignedChar, 2, 2, 3, 1, 2, 2);
-    SpatialCalibration calibration;
-    calibration.setSize3(0.1F);
-    LengthUnit unit;
-    unit.setScale(-6);
-    calibration.setLengthUnit(unit);
-    image.setSpatialCalibration(calibration);
-    EXPECT_EQ(description(image),
-              "ImageJ=1.51s\nimages=12\nchannels=2\nslices=3\nframes=2\nhyperstack=true\n"
-              "mode=grayscale\nunit=micron\nspacing=0.100000\nloop=false");
+    image.setSpatialCalibration(calibrationOf(-6, 1, 1, 0.1F));
+    expectDescription(image, "ImageJ=1.51s\nimages=12\nchannels=2\nslices=3\nframes=2\n"
+                             "hyperstack=true\nmode=grayscale\nunit=micron\nspacing=0.100000\n"
+                             "loop=false");
 }
 
 TEST(ImageReader, PagesGoChannelThenPlaneThenTimepoint)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.file("pages.tif");
-    {
-        TiffMaker maker(path);
-        for (int page = 0; page < 12; ++page) {
-            maker.tags(2, 1, 8, 1, PHOTOMETRIC_MINISBLACK);
-            TIFFSetField(maker.get(), TIFFTAG_IMAGEDESCRIPTION, "ImageJ\nchannels=2\nframes=3\n");
-            maker.rows(1, [page](int, int) { return static_cast<unsigned char>(page); });
-        }
-    }
-    const Image2 image(path);
+    const Image2 image(makePage(
+        folder, 2, 1, 8, 1, PHOTOMETRIC_MINISBLACK,
+        [](TIFF* tif) {
+            TIFFSetField(tif, TIFFTAG_IMAGEDESCRIPTION, "ImageJ\nchannels=2\nframes=3\n");
+        },
+        "w", 12));
     EXPECT_EQ(image.getSize3(), 2);
     ASSERT_EQ(image.getNumChannels(), 2);
     ASSERT_EQ(image.getNumTimepoints(), 3);
-    EXPECT_EQ(image.frame(1, 1)[2], 7);
     for (int page = 0; page < 12; ++page) {
         EXPECT_EQ(image.frame(page % 2, page / 4)[2 * (page / 2 % 2)], page);
     }
@@ -286,8 +209,7 @@ TEST(ImageReader, CalibrationFollowsUnitTagAndDescription)
     {
         int unit;
         const char* description;
-        int scale;
-        int headerScale;
+        int scale, headerScale;
         float size;
     };
 
@@ -301,19 +223,16 @@ TEST(ImageReader, CalibrationFollowsUnitTagAndDescription)
                           {RESUNIT_NONE, "unit=mm unit=cm", -3, -3, 0.01F},
                           {RESUNIT_NONE, "unit=nm", -9, -9, 0.01F}};
     const TemporaryFolder folder;
-    const std::string path = folder.file("a.tif");
     for (const Case& c : cases) {
-        {
-            TiffMaker maker(path);
-            maker.tags(2, 2, 8, 1, PHOTOMETRIC_MINISBLACK);
-            TIFFSetField(maker.get(), TIFFTAG_RESOLUTIONUNIT, c.unit);
-            TIFFSetField(maker.get(), TIFFTAG_XRESOLUTION, 100.0);
-            TIFFSetField(maker.get(), TIFFTAG_YRESOLUTION, 50.0);
-            if (c.description != nullptr) {
-                TIFFSetField(maker.get(), TIFFTAG_IMAGEDESCRIPTION, c.description);
-            }
-            maker.rows(2, [](int, int) { return 0; });
-        }
+        const std::string path =
+            makePage(folder, 2, 2, 8, 1, PHOTOMETRIC_MINISBLACK, [&](TIFF* tif) {
+                TIFFSetField(tif, TIFFTAG_RESOLUTIONUNIT, c.unit);
+                TIFFSetField(tif, TIFFTAG_XRESOLUTION, 100.0);
+                TIFFSetField(tif, TIFFTAG_YRESOLUTION, 50.0);
+                if (c.description != nullptr) {
+                    TIFFSetField(tif, TIFFTAG_IMAGEDESCRIPTION, c.description);
+                }
+            });
         const Image2 image(path);
         EXPECT_EQ(image.getSpatialCalibration().getLengthUnit().getScale(), c.scale);
         EXPECT_FLOAT_EQ(image.getSpatialCalibration().getSize2(), c.size);
@@ -327,73 +246,84 @@ TEST(ImageReader, CalibrationFollowsUnitTagAndDescription)
     }
 }
 
-TEST(ImageReader, SixteenBitGrayOfEitherByteOrderReads)
+TEST(ImageReader, ByteOrdersAndBigTiffAreRead)
 {
     const TemporaryFolder folder;
     for (const char* mode : {"wl", "wb"}) {
-        const std::string path = folder.file(std::string(mode) + ".tif");
-        {
-            TiffMaker maker(path, mode);
-            maker.tags(2, 1, 16, 1, PHOTOMETRIC_MINISBLACK);
-            maker.rows(1, [](int, int b) { return static_cast<unsigned char>(b + 1); });
-        }
+        const std::string path = makePage(
+            folder, 2, 1, 16, 1, PHOTOMETRIC_MINISBLACK, [](TIFF*) {}, mode);
         Image0 image;
         ImageReader().read(image, path);
         ASSERT_EQ(image.getDepth(), 16);
-        EXPECT_EQ(image.getData()[0], 1);
-        EXPECT_EQ(image.getData()[3], 4);
+        EXPECT_EQ(bytesOf(image), (std::vector<int>{0, 1, 2, 3}));
         EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::Tiff);
     }
+    const auto integers = [](TIFF* tif) {
+        TIFFSetField(tif, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT);
+    };
+    const std::string path = makePage(folder, 3, 2, 32, 1, PHOTOMETRIC_MINISBLACK, integers, "w8");
+    EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::BigTiff);
+    const Image2 image(path);
+    EXPECT_EQ(image.getValueType(), ValueType::Int);
+    EXPECT_EQ(image.frame(0, 0)[17], 17);
+    EXPECT_EQ(reasonFor(path), "Unrecognized image file format");
 }
 
 TEST(ImageReader, FeaturesThatAreNotReadAreNamed)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.file("odd.tif");
-    const auto make = [&](int bits, int samples, int photometric, auto change) {
-        TiffMaker maker(path);
-        maker.tags(16, 16, bits, samples, photometric);
-        change(maker.get());
-        std::uint16_t planar = PLANARCONFIG_CONTIG;
-        TIFFGetField(maker.get(), TIFFTAG_PLANARCONFIG, &planar);
-        maker.rows(
-            16, [](int, int) { return 0; }, planar == PLANARCONFIG_SEPARATE ? samples : 1);
+
+    struct Case
+    {
+        int bits, samples, photometric;
+        std::pair<int, int> tag;
+        const char* reason;
+        bool isReadAsImage2;
     };
-    const auto nothing = [](TIFF*) {};
-    const auto separate = [](TIFF* tif) {
-        TIFFSetField(tif, TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE);
-    };
-    const auto jpeg = [](TIFF* tif) { TIFFSetField(tif, TIFFTAG_COMPRESSION, COMPRESSION_JPEG); };
-    make(16, 3, PHOTOMETRIC_RGB, nothing);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with 16 bits per sample and 3 samples per pixel");
-    make(32, 1, PHOTOMETRIC_MINISBLACK, nothing);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with 32 bits per sample");
-    make(1, 1, PHOTOMETRIC_MINISBLACK, nothing);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with 1 bits per sample");
-    EXPECT_THROW(Image2{path}, FileFormatError);
-    make(8, 4, PHOTOMETRIC_SEPARATED, nothing);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with CMYK colours");
-    EXPECT_THROW(Image2{path}, FileFormatError);
-    make(8, 3, PHOTOMETRIC_CIELAB, nothing);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with photometric interpretation 8");
-    make(8, 1, PHOTOMETRIC_MINISBLACK, jpeg);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with JPEG compression");
-    Image2 header;
-    ImageReader().read(header, path, false);
-    EXPECT_EQ(header.fileCompression(), "jpg");
-    make(8, 3, PHOTOMETRIC_RGB, separate);
-    EXPECT_EQ(reasonFor(path), "Cannot read TIFF with separate planes");
-    EXPECT_THROW(Image2{path}, FileFormatError);
-    EXPECT_EQ(reasonFor(folder.write("empty.tif", "")), "Unrecognized image file format");
-    EXPECT_EQ(reasonFor(folder.write("text.tif", "II is no TIFF")),
-              "Unrecognized image file format");
-    expectError<FileReadError>([&] { Image0("missing.tif", folder.path().string() + "/"); },
-                               "void ImageReader::readHeader(ImageHeader&,const string&) const",
-                               "Cannot open file for reading");
-    expectError<FileReadError>(
-        [&] { ImageReader().readImageFileFormat(folder.file("missing.tif")); },
-        "void ImageReader::readImageFileFormat(const string&)",
-        "Cannot open file for reading: No such file or directory");
+
+    const std::pair<int, int> none(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+    const Case cases[] = {
+        {16, 3, PHOTOMETRIC_RGB, none, "16 bits per sample and 3 samples per pixel", true},
+        {32, 1, PHOTOMETRIC_MINISBLACK, none, "32 bits per sample", true},
+        {1, 1, PHOTOMETRIC_MINISBLACK, none, "1 bits per sample", false},
+        {8, 4, PHOTOMETRIC_SEPARATED, none, "CMYK colours", false},
+        {8, 3, PHOTOMETRIC_CIELAB, none, "photometric interpretation 8", true},
+        {8,
+         1,
+         PHOTOMETRIC_MINISBLACK,
+         {TIFFTAG_COMPRESSION, COMPRESSION_JPEG},
+         "JPEG compression",
+         false},
+        {8,
+         3,
+         PHOTOMETRIC_RGB,
+         {TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE},
+         "separate planes",
+         false}};
+    for (const Case& c : cases) {
+        const std::string path =
+            makePage(folder, 16, 16, c.bits, c.samples, c.photometric, [&](TIFF* tif) {
+                TIFFSetField(tif, static_cast<std::uint32_t>(c.tag.first), c.tag.second);
+            });
+        EXPECT_EQ(reasonFor(path), std::string("Cannot read TIFF with ") + c.reason);
+        if (!c.isReadAsImage2) {
+            EXPECT_THROW(Image2{path}, FileFormatError) << c.reason;
+        }
+        Image2 header;
+        if (c.tag.second == COMPRESSION_JPEG) {
+            ImageReader().read(header, path, false);
+            EXPECT_EQ(header.fileCompression(), "jpg");
+        }
+    }
+    for (const char* const bytes : {"", "II is no TIFF"}) {
+        EXPECT_EQ(reasonFor(folder.write("text.tif", bytes)), "Unrecognized image file format");
+    }
+    EXPECT_RAISES(FileReadError, "void ImageReader::readHeader(ImageHeader&,const string&) const",
+                  "Cannot open file for reading",
+                  Image0("missing.tif", folder.path().string() + "/"));
+    EXPECT_RAISES(FileReadError, "void ImageReader::readImageFileFormat(const string&)",
+                  "Cannot open file for reading: No such file or directory",
+                  ImageReader().readImageFileFormat(folder.file("missing.tif")));
 }
 
 TEST(ImageReader, TilesGiveThePixelsThatStripsGive)
@@ -414,20 +344,19 @@ TEST(ImageReader, TilesGiveThePixelsThatStripsGive)
             return static_cast<unsigned char>(7 * row + 3 * b);
         };
         {
-            constexpr int tileWidth = 32;
             constexpr int tileHeight = 16;
+            const int tileBytes = 32 * pixel;
             TiffMaker maker(path);
             maker.tags(c.width, c.height, c.bits, c.samples,
                        c.samples == 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK);
             TIFFSetField(maker.get(), TIFFTAG_COMPRESSION, c.compression);
-            TIFFSetField(maker.get(), TIFFTAG_TILEWIDTH, tileWidth);
+            TIFFSetField(maker.get(), TIFFTAG_TILEWIDTH, 32);
             TIFFSetField(maker.get(), TIFFTAG_TILELENGTH, tileHeight);
-            std::vector<unsigned char> tile(static_cast<std::size_t>(TIFFTileSize(maker.get())));
             for (int y = 0; y < c.height; y += tileHeight) {
-                for (int x = 0; x < c.width; x += tileWidth) {
-                    for (int i = 0; i < tileHeight * tileWidth * pixel; ++i) {
-                        tile[static_cast<std::size_t>(i)] =
-                            byte(y + i / (tileWidth * pixel), x * pixel + i % (tileWidth * pixel));
+                for (int x = 0; x < c.width; x += 32) {
+                    std::vector<unsigned char> tile;
+                    for (int i = 0; i < tileHeight * tileBytes; ++i) {
+                        tile.push_back(byte(y + i / tileBytes, x * pixel + i % tileBytes));
                     }
                     TIFFWriteTile(maker.get(), tile.data(), static_cast<std::uint32_t>(x),
                                   static_cast<std::uint32_t>(y), 0, 0);
@@ -453,23 +382,19 @@ TEST(ImageReader, TilesGiveThePixelsThatStripsGive)
 TEST(ImageReader, SizesBeyondTheFileAreRefusedBeforeMemoryIsTaken)
 {
     const TemporaryFolder folder;
-    const std::string path = folder.file("huge.tif");
     for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
-        {
-            TiffMaker maker(path);
-            maker.tags(4, 4, 8, 1, PHOTOMETRIC_MINISBLACK);
-            TIFFSetField(maker.get(), TIFFTAG_COMPRESSION, compression);
-            maker.rows(4, [](int, int) { return 1; });
-        }
+        const std::string path =
+            makePage(folder, 4, 4, 8, 1, PHOTOMETRIC_MINISBLACK,
+                     [=](TIFF* tif) { TIFFSetField(tif, TIFFTAG_COMPRESSION, compression); });
         // The directory of a small file: rewrite width and length in their twelve-byte entries.
-        std::string bytes = folder.read("huge.tif");
+        std::string bytes = folder.read("page.tif");
         for (const char tag : {'\x00', '\x01'}) {
             const std::size_t entry = bytes.find(std::string{tag, '\x01', '\x03', '\x00', '\x01'});
             ASSERT_NE(entry, std::string::npos);
             bytes[entry + 2] = 4;
             bytes.replace(entry + 8, 4, std::string("\xFF\xFF\xFF\x00", 4));
         }
-        folder.write("huge.tif", bytes);
+        folder.write("page.tif", bytes);
         ImageHeader header;
         ImageReader().read(header, path);
         EXPECT_EQ(header.getWidth(), 0xFFFFFF);
@@ -477,50 +402,31 @@ TEST(ImageReader, SizesBeyondTheFileAreRefusedBeforeMemoryIsTaken)
         EXPECT_EQ(reasonFor(path), what) << compression;
         EXPECT_THROW(Image2{path}, FileFormatError);
     }
-    {
-        TiffMaker maker(path);
-        for (int page = 0; page < 2; ++page) {
-            maker.tags(4, 4, 8, 1, PHOTOMETRIC_MINISBLACK);
-            TIFFSetField(maker.get(), TIFFTAG_IMAGEDESCRIPTION, "channels=1000000\nframes=1000000");
-            maker.rows(4, [](int, int) { return 1; });
-        }
-    }
-    EXPECT_THROW(Image2{path}, FileFormatError);
-}
-
-TEST(ImageReader, BigTiffIsReadIntoAnImage2Alone)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.file("big.tif");
-    {
-        TiffMaker maker(path, "w8");
-        maker.tags(3, 2, 32, 1, PHOTOMETRIC_MINISBLACK);
-        TIFFSetField(maker.get(), TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT);
-        maker.rows(2, [](int i, int b) { return static_cast<unsigned char>(12 * i + b); });
-    }
-    EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::BigTiff);
-    const Image2 image(path);
-    EXPECT_EQ(image.getValueType(), ValueType::Int);
-    EXPECT_EQ(image.frame(0, 0)[17], 17);
-    EXPECT_EQ(reasonFor(path), "Unrecognized image file format");
+    const auto claim = [](TIFF* tif) {
+        TIFFSetField(tif, TIFFTAG_IMAGEDESCRIPTION, "channels=1000000\nframes=1000000");
+    };
+    EXPECT_THROW(Image2{makePage(folder, 4, 4, 8, 1, PHOTOMETRIC_MINISBLACK, claim, "w", 2)},
+                 FileFormatError);
 }
 
 TEST(ImageReader, ACancelledReadKeepsTheRowsReadSoFar)
 {
     const TemporaryFolder folder;
-    const Image0 image = sample(4, 6, 8, PixelCalibration());
+    const Image0 image = sample(4, 6, 8);
     ImageWriter().write(image, folder.file("a.tif"), true);
-    CancelAtRow monitor(2);
+    Listener monitor;
     ImageReader reader;
     reader.addMonitor(monitor);
+    monitor.then = [&] {
+        if (monitor.last == "2/6") {
+            reader.cancel();
+        }
+    };
     Image0 back(4, 6, 8);
     back.clear();
     reader.read(back, folder.file("a.tif"));
     EXPECT_TRUE(reader.isCanceled());
-    EXPECT_EQ(monitor.rows_, 2);
-    EXPECT_EQ(monitor.total_, 6);
-    EXPECT_EQ(monitor.canceled_, 1);
-    EXPECT_EQ(monitor.finished_, 0);
+    EXPECT_EQ(monitor.log, "started ;1/6;2/6;canceled ;");
     EXPECT_EQ(std::memcmp(back.getData(), image.getData(), 8), 0);
     EXPECT_EQ(back.getData()[8], 0);
 }
@@ -543,10 +449,9 @@ TEST(TiffMessages, HandlersOfTheProcessComeBack)
 TEST(TiffMessages, ThreadsThatReadAtOnceHearTheirOwnErrorsOnly)
 {
     const TemporaryFolder folder;
-    const Image0 image = sample(40, 30, 8, PixelCalibration());
+    const Image0 image = sample(40, 30, 8);
     ImageWriter().write(image, folder.file("whole.tif"), false);
     folder.write("cut.tif", folder.read("whole.tif").substr(0, 600));
-    std::string expected;
     const auto errorOf = [&](const char* name) {
         try {
             Image0 read;
@@ -556,7 +461,7 @@ TEST(TiffMessages, ThreadsThatReadAtOnceHearTheirOwnErrorsOnly)
             return error.getWhat();
         }
     };
-    expected = errorOf("cut.tif");
+    const std::string expected = errorOf("cut.tif");
     ASSERT_FALSE(expected.empty());
     const TIFFErrorHandler before = TIFFSetErrorHandler(nullptr);
     int wrong[4] = {};
@@ -572,8 +477,6 @@ TEST(TiffMessages, ThreadsThatReadAtOnceHearTheirOwnErrorsOnly)
     for (std::thread& thread : threads) {
         thread.join();
     }
-    for (const int count : wrong) {
-        EXPECT_EQ(count, 0);
-    }
+    EXPECT_EQ(std::count(wrong, wrong + 4, 0), 4);
     EXPECT_EQ(TIFFSetErrorHandler(before), nullptr) << "the last guard brought the handler back";
 }
