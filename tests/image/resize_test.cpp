@@ -1,24 +1,14 @@
-#include "image/image0.h"
 #include "image/image2.h"
 #include "image/imagearithmetic.h"
 #include "image/matrixresize.h"
 #include "image/resizexform.h"
 #include "numerics/scalar.h"
 #include "support/errors.h"
-#include "support/vectors.h"
+#include "support/images.h"
 
 #include <cmath>
 
 namespace {
-
-Image0 numbered(int width, int height, int depth)
-{
-    Image0 image(width, height, depth);
-    for (std::size_t i = 0; i < image.dataLength(); ++i) {
-        image.getData()[i] = static_cast<unsigned char>(i * 7);
-    }
-    return image;
-}
 
 PixelMatrix<double> resized(const PixelMatrix<double>& matrix,
                             int rows,
@@ -43,13 +33,7 @@ double source(int j, int from, int to)
 
 PixelMatrix<double> ramp(int rows, int columns)
 {
-    PixelMatrix<double> matrix(rows, columns);
-    for (int i = 0; i < rows; ++i) {
-        for (int j = 0; j < columns; ++j) {
-            matrix(i, j) = 1000 * i + j;
-        }
-    }
-    return matrix;
+    return imageFrom<double>(rows, columns, [](int i, int j) { return 1000 * i + j; });
 }
 
 /// Doubles the size of an image; can't work in place.
@@ -68,9 +52,7 @@ private:
         {
             Image2 larger(ValueType::Short, 2 * image.getSize1(), image.getSize2(), 1, 1, 1, 1);
             larger.fill<short>(static_cast<short>(2 * image.getValue<short>(0, 0)));
-            SpatialCalibration calibration;
-            calibration.setSize(0.5F, 1, 1);
-            larger.setSpatialCalibration(calibration);
+            larger.setSpatialCalibration(calibrationOf(0, 0.5F, 1, 1));
             image.swap(larger);
         }
     };
@@ -83,20 +65,16 @@ TEST(MatrixResize, EntriesAreReadWhereTheScalePutsThem)
     for (int rows : {1, 2, 5, 8}) {
         for (int newRows : {1, 2, 3, 8, 16}) {
             for (int newColumns : {2, 7, 14}) {
-                const PixelMatrix<double> nearest =
-                    resized(ramp(rows, 7), newRows, newColumns, InterpolationMode::Nearest);
                 const PixelMatrix<double> bilinear =
                     resized(ramp(rows, 7), newRows, newColumns, InterpolationMode::Bilinear);
-                ASSERT_EQ(nearest.getSize(), vectorOf<int>({newRows, newColumns}));
-                for (int i = 0; i < newRows; ++i) {
-                    for (int j = 0; j < newColumns; ++j) {
-                        const double y = source(i, rows, newRows);
-                        const double x = source(j, 7, newColumns);
-                        EXPECT_EQ(nearest(i, j),
-                                  1000 * std::floor(y + 1e-6) + std::floor(x + 1e-6));
-                        EXPECT_NEAR(bilinear(i, j), 1000 * y + x, 2e-3) << "the scale is a float";
-                    }
-                }
+                EXPECT_EQ(resized(ramp(rows, 7), newRows, newColumns, InterpolationMode::Nearest),
+                          imageFrom<double>(newRows, newColumns, [&](int i, int j) {
+                              const double y = source(i, rows, newRows);
+                              const double x = source(j, 7, newColumns);
+                              EXPECT_NEAR(bilinear(i, j), 1000 * y + x, 2e-3)
+                                  << "the scale is a float";
+                              return 1000 * std::floor(y + 1e-6) + std::floor(x + 1e-6);
+                          }));
             }
         }
     }
@@ -114,37 +92,53 @@ TEST(MatrixResize, ALowPassReductionTakesTheMeanAround)
     matrix.fill(25);
     EXPECT_EQ(resized(matrix, 20, 20, InterpolationMode::Nearest, true)(0, 0), 9)
         << "25 pixels in the window, 9 of them in the image";
-}
-
-TEST(MatrixResize, SizesThatCannotBeReachedAreRefused)
-{
-    PixelMatrix<double> empty(0, 4);
-    EXPECT_THROW(resized(empty, 3, 4, InterpolationMode::Nearest), SizeError);
+    EXPECT_THROW(resized(PixelMatrix<double>(0, 4), 3, 4, InterpolationMode::Nearest), SizeError);
     EXPECT_EQ(resized(ramp(3, 4), 0, 2, InterpolationMode::Bilinear).getSize1(), 0);
     EXPECT_THROW(MatrixResize<float>().setSize(vectorOf<int>({-1, 4})), SizeError);
 }
 
-TEST(ResizeXForm, NearestPixelsAreTaken)
+TEST(ResizeXForm, NearestPixelsAreTakenAndHalvingTakesMeansOfFour)
 {
     for (int depth : {8, 16, 24, 32}) {
-        const Image0 in = numbered(10, 6, depth);
+        const Image0 in = randomImage0(10, 6, depth, 1);
         Image0 out(in);
         ResizeXForm resize(InterpolationMode::Nearest);
         resize.setSize(4, 9);
         resize.apply(out);
-        ASSERT_EQ(out.getWidth(), 4);
         ASSERT_EQ(out.getHeight(), 9);
         ASSERT_EQ(out.getDepth(), depth);
         const int bytes = depth / 8;
-        for (int j = 0; j < 9; ++j) {
-            for (int i = 0; i < 4; ++i) {
-                for (int b = 0; b < bytes; ++b) {
-                    EXPECT_EQ(out.getPixels()[j][i * bytes + b],
-                              in.getPixels()[6 * j / 9][10 * i / 4 * bytes + b]);
-                }
+        ASSERT_EQ(out.dataLength(), static_cast<std::size_t>(4 * 9 * bytes));
+        for (int i = 0; i < 9; ++i) {
+            for (int b = 0; b < 4 * bytes; ++b) {
+                const int from = 10 * (b / bytes) / 4 * bytes + b % bytes;
+                EXPECT_EQ(out.getPixels()[i][b], in.getPixels()[6 * i / 9][from]);
+            }
+        }
+        const Image0 odd = randomImage0(7, 5, depth, 2);
+        resize.halve(out, odd);
+        if (depth == 16) {
+            EXPECT_EQ(out.getHeight(), 9) << "16 bits are left alone";
+            continue;
+        }
+        ASSERT_EQ(out.getWidth(), 3);
+        ASSERT_EQ(out.getHeight(), 2);
+        ASSERT_EQ(out.getDepth(), depth);
+        for (int i = 0; i < 2; ++i) {
+            for (int b = 0; b < 3 * bytes; ++b) {
+                const int left = b / bytes * 2 * bytes + b % bytes;
+                const unsigned char* upper = odd.getPixels()[2 * i] + left;
+                const unsigned char* lower = odd.getPixels()[2 * i + 1] + left;
+                EXPECT_EQ(out.getPixels()[i][b],
+                          (upper[0] + upper[bytes] + lower[0] + lower[bytes]) / 4);
             }
         }
     }
+    Image0 indexed = randomImage0(4, 4, 8, 3);
+    indexed.setColormap(Colormap::fire());
+    Image0 out;
+    ResizeXForm(InterpolationMode::Nearest).halve(out, indexed);
+    EXPECT_EQ(out.getDepth(), 24);
 }
 
 TEST(ResizeXForm, ProportionsAreKeptWithinTheTarget)
@@ -154,19 +148,19 @@ TEST(ResizeXForm, ProportionsAreKeptWithinTheTarget)
     resize.setSize(100, 100);
     const auto converted = [&](int width, int height) {
         resize.convertSize(width, height);
-        return std::make_pair(width, height);
+        return std::pair(width, height);
     };
-    EXPECT_EQ(converted(300, 150), std::make_pair(100, 50));
-    EXPECT_EQ(converted(150, 300), std::make_pair(50, 100));
-    EXPECT_EQ(converted(3, 3), std::make_pair(100, 100));
-    EXPECT_EQ(converted(100000, 99999), std::make_pair(100, 100));
+    EXPECT_EQ(converted(300, 150), std::pair(100, 50));
+    EXPECT_EQ(converted(150, 300), std::pair(50, 100));
+    EXPECT_EQ(converted(3, 3), std::pair(100, 100));
+    EXPECT_EQ(converted(100000, 99999), std::pair(100, 100));
     resize.setAspectFriendly(false);
-    EXPECT_EQ(converted(300, 150), std::make_pair(100, 100));
+    EXPECT_EQ(converted(300, 150), std::pair(100, 100));
 }
 
 TEST(ResizeXForm, WhatCannotBeResizedIsTold)
 {
-    Image0 image = numbered(4, 4, 8);
+    Image0 image = randomImage0(4, 4, 8, 4);
     Image0 empty;
     ResizeXForm unset(InterpolationMode::Nearest);
     EXPECT_THROW(unset.apply(image), UsageError);
@@ -178,39 +172,8 @@ TEST(ResizeXForm, WhatCannotBeResizedIsTold)
     resize.setSize(2, 2);
     EXPECT_THROW(resize.apply(empty), SizeError);
     Image2 general(ValueType::Float, 2, 2, 1, 1, 1, 1);
-    expectError<UsageError>([&] { resize.apply(general); }, "void ImageProcessing::apply(Image2&)",
-                            "no implementation found for the given image");
-}
-
-TEST(ResizeXForm, HalvingTakesMeansOfFourPixels)
-{
-    for (int depth : {8, 24, 32}) {
-        const Image0 in = numbered(7, 5, depth);
-        Image0 out;
-        ResizeXForm(InterpolationMode::Nearest).halve(out, in);
-        ASSERT_EQ(out.getWidth(), 3);
-        ASSERT_EQ(out.getHeight(), 2);
-        ASSERT_EQ(out.getDepth(), depth);
-        const int bytes = depth / 8;
-        for (int i = 0; i < 2; ++i) {
-            for (int b = 0; b < 3 * bytes; ++b) {
-                const int left = b / bytes * 2 * bytes + b % bytes;
-                const unsigned char* upper = in.getPixels()[2 * i];
-                const unsigned char* lower = in.getPixels()[2 * i + 1];
-                EXPECT_EQ(out.getPixels()[i][b],
-                          (upper[left] + upper[left + bytes] + lower[left] + lower[left + bytes]) /
-                              4);
-            }
-        }
-    }
-    Image0 indexed = numbered(4, 4, 8);
-    indexed.setColormap(Colormap::fire());
-    Image0 out;
-    ResizeXForm(InterpolationMode::Nearest).halve(out, indexed);
-    EXPECT_EQ(out.getDepth(), 24);
-    Image0 deep = numbered(4, 4, 16);
-    ResizeXForm(InterpolationMode::Nearest).halve(out, deep);
-    EXPECT_EQ(out.getDepth(), 24) << "16 bits are left alone";
+    EXPECT_RAISES(UsageError, "void ImageProcessing::apply(Image2&)",
+                  "no implementation found for the given image", resize.apply(general));
 }
 
 TEST(ImageProcessing, AResultOfAnotherSizeTakesThePlaceOfTheImage)
@@ -229,23 +192,31 @@ TEST(ImageProcessing, AResultOfAnotherSizeTakesThePlaceOfTheImage)
     EXPECT_EQ(image.getBlueValue<short>(3, 2), 14);
 }
 
-TEST(ImageArithmetic, IntegersWrapAround)
+TEST(ImageArithmetic, IntegersWrapAroundInAllFrames)
 {
     Image2 image(ValueType::UnsignedChar, 1, 2, 1, 1, 2, 2);
-    Image2 other(image);
-    for (int channel = 0; channel < 2; ++channel) {
-        image.asVector<unsigned char>(channel, 1).fill(100);
-        other.asVector<unsigned char>(channel, 1).fill(200);
+    for (int frame = 0; frame < 4; ++frame) {
+        image.asVector<unsigned char>(frame / 2, frame % 2).setSequence(100, 50);
     }
-    const ImageArithmetic arithmetic;
-    arithmetic.add(image, other);
-    EXPECT_EQ(image.asVector<unsigned char>(1, 1)[1], 44);
-    arithmetic.subtract(image, Scalar(45.9));
-    EXPECT_EQ(image.asVector<unsigned char>(0, 1)[0], 255);
-    EXPECT_EQ(image.asVector<unsigned char>(0, 0)[0], 211);
-    arithmetic.divide(image, Scalar(2));
-    arithmetic.abs(image);
-    EXPECT_EQ(image.asVector<unsigned char>(1, 1)[0], 127);
+    const auto expectPixels = [](const Image2& result, unsigned char first, unsigned char second) {
+        for (int frame = 0; frame < 4; ++frame) {
+            EXPECT_EQ(result.asVector<unsigned char>(frame / 2, frame % 2),
+                      vectorOf<unsigned char>({first, second}));
+        }
+    };
+    expectPixels(image + image, 200, 44);
+    expectPixels(image - Scalar(101.9), 255, 49);
+    expectPixels(image * Scalar(2), 200, 44);
+    Image2 result = image;
+    result /= Scalar(3);
+    expectPixels(result, 33, 50);
+    result -= image;
+    expectPixels(result, 189, 156);
+    ImageArithmetic().abs(result);
+    expectPixels(result, 189, 156);
+    result /= result;
+    result += Scalar(1);
+    expectPixels(result, 2, 2);
 }
 
 TEST(ImageArithmetic, WhatDoesNotFitIsRefused)
@@ -254,9 +225,8 @@ TEST(ImageArithmetic, WhatDoesNotFitIsRefused)
     Image2 a(ValueType::Int, 2, 2, 1, 1, 1, 1);
     a.fill<int>(-2147483647 - 1);
     Image2 b(ValueType::Short, 2, 2, 1, 1, 1, 1);
-    expectError<UsageError>([&] { arithmetic.add(a, b); },
-                            "void ImageArithmetic::apply(Image2&,const Image2&,Operation) const",
-                            "the two images have different numerical types");
+    EXPECT_RAISES(UsageError, "void ImageArithmetic::apply(Image2&,const Image2&,Operation) const",
+                  "the two images have different numerical types", arithmetic.add(a, b));
     Image2 larger(ValueType::Int, 2, 3, 1, 1, 1, 1);
     EXPECT_THROW(arithmetic.multiply(a, larger), SizeError);
     EXPECT_THROW(arithmetic.divide(a, Scalar(0)), MathError);
