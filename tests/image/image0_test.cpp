@@ -1,77 +1,63 @@
-#include "image/image0.h"
 #include "image/imageerrors.h"
-#include "image/pixelmatrix.h"
 #include "shape/boundingbox.h"
 #include "support/errors.h"
+#include "support/images.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cstring>
-#include <random>
 #include <vector>
 
 namespace {
 
-Image0 randomImage(int width, int height, int depth, unsigned seed)
-{
-    Image0 image(width, height, depth);
-    std::mt19937 random(seed);
-    std::generate_n(image.getData(), image.dataLength(),
-                    [&random] { return static_cast<unsigned char>(random()); });
-    return image;
-}
-
-std::vector<int> bytes(const Image0& image)
-{
-    return {image.getData(), image.getData() + image.dataLength()};
-}
-
-void setSamples(Image0& image, const std::vector<unsigned short>& samples)
-{
-    std::memcpy(image.getData(), samples.data(), samples.size() * sizeof(samples[0]));
-}
-
 Colormap twoColors()
 {
     Colormap map(2);
-    map.getRed()[0] = 10;
-    map.getGreen()[0] = 20;
-    map.getBlue()[0] = 31;
-    map.getRed()[1] = 0;
-    map.getGreen()[1] = 0;
-    map.getBlue()[1] = 9;
+    map.getRed() = vectorOf<unsigned char>({10, 0});
+    map.getGreen() = vectorOf<unsigned char>({20, 0});
+    map.getBlue() = vectorOf<unsigned char>({31, 9});
     return map;
 }
 
+/// The first color, the second one and the first again.
 Image0 indexedImage()
 {
     Image0 image(3, 1, 8);
-    image.getData()[0] = 0;
+    image.clear();
     image.getData()[1] = 1;
-    image.getData()[2] = 0;
     image.setColormap(twoColors());
     return image;
 }
 
 } // namespace
 
-TEST(Image0, InitKeepsPixelsOnlyForTheSameGeometry)
+TEST(Image0, PixelsAreKeptOnlyForTheSameGeometry)
 {
-    Image0 image = randomImage(4, 3, 24, 1);
-    const std::vector<int> before = bytes(image);
+    Image0 image = randomImage0(4, 3, 24, 1);
+    const std::vector<int> before = bytesOf(image);
     const unsigned char* const block = image.getData();
     image.init(4, 3, 24);
     EXPECT_EQ(image.getData(), block);
-    EXPECT_EQ(bytes(image), before);
+    EXPECT_EQ(bytesOf(image), before);
     image.init(3, 4, 8);
     EXPECT_EQ(image.dataLength(), 12U);
     EXPECT_EQ(image.getPixels()[3] - image.getData(), 9);
-    expectError<DepthError>([&image] { image.init(2, 2, 12); }, "void Image::init(...)",
-                            "Invalid depth value");
+    EXPECT_RAISES(DepthError, "void Image::init(...)", "Invalid depth value", image.init(2, 2, 12));
     EXPECT_EQ(image.getWidth(), 0);
     EXPECT_EQ(image.getData(), nullptr);
     EXPECT_THROW(image.init(-1, 2, 8), SizeError);
+
+    ImageHeader header(image.getHeader());
+    PixelCalibration calibration;
+    calibration.setLengthUnit(unitOf(-3));
+    header.setPixelCalibration(calibration);
+    header.setWidth(50);
+    header.setHeight(2);
+    header.setDepth(24);
+    image.setHeader(header);
+    EXPECT_EQ(image.getHeader().getPixelCalibration().getLengthUnit().getScale(), -3);
+    EXPECT_EQ(image.dataLength(), 300U);
+    image.clear();
+    image.setHeader(ImageHeader());
+    EXPECT_EQ(image.getData(), nullptr);
 }
 
 TEST(Image0, CopiesAreDeepAndSwapsExchangeBlocks)
@@ -85,7 +71,6 @@ TEST(Image0, CopiesAreDeepAndSwapsExchangeBlocks)
     Image0 other(1, 1, 32);
     other.swap(copy);
     EXPECT_EQ(other.getColormap()->getSize(), 3);
-    EXPECT_EQ(copy.getDepth(), 32);
     image = copy;
     EXPECT_EQ(image.getDepth(), 32);
     EXPECT_FALSE(image.isIndexed());
@@ -93,67 +78,41 @@ TEST(Image0, CopiesAreDeepAndSwapsExchangeBlocks)
     EXPECT_EQ(image.getData(), nullptr);
 }
 
-TEST(Image0, SetHeaderMakesRoomForItsGeometryAndKeepsUnits)
-{
-    Image0 image(2, 2, 8);
-    ImageHeader header(image.getHeader());
-    PixelCalibration calibration;
-    LengthUnit unit;
-    unit.setScale(-3);
-    calibration.setLengthUnit(unit);
-    header.setPixelCalibration(calibration);
-    image.setHeader(header);
-    EXPECT_EQ(image.getHeader().getPixelCalibration().getLengthUnit().getScale(), -3);
-    header.setWidth(50);
-    header.setDepth(24);
-    image.setHeader(header);
-    EXPECT_EQ(image.dataLength(), 300U);
-    image.clear();
-    image.setHeader(ImageHeader());
-    EXPECT_EQ(image.getData(), nullptr);
-}
-
-TEST(Image0, ContentOfOneColorFollowsItsZeros)
+TEST(Image0, ContentIsThatOfAllPixelsAndFollowsTheirZeros)
 {
     using Content = ImageColorContent;
-    EXPECT_EQ(Image0::colorContent(0, 0, 0), Content::Gray);
-    EXPECT_EQ(Image0::colorContent(5, 5, 5), Content::Gray);
-    EXPECT_EQ(Image0::colorContent(1, 0, 0), Content::Red);
-    EXPECT_EQ(Image0::colorContent(0, 1, 0), Content::Green);
-    EXPECT_EQ(Image0::colorContent(0, 0, 9), Content::Blue);
-    EXPECT_EQ(Image0::colorContent(1, 0, 9), Content::Mixed);
-    EXPECT_EQ(Image0::colorContent(0, 2, 9), Content::Mixed);
-    EXPECT_EQ(Image0::colorContent(1, 1, 9), Content::Mixed);
-}
-
-TEST(Image0, ContentOfAnImageIsThatOfAllItsPixels)
-{
-    Image0 image(3, 2, 24);
-    image.clear();
-    EXPECT_EQ(image.colorContent(), ImageColorContent::Gray);
-    for (int pixel = 0; pixel < 6; ++pixel) {
-        image.getData()[3 * pixel + 2] = 9;
+    const std::pair<std::vector<int>, Content> cases[] = {
+        {{0, 0, 0}, Content::Gray},  {{5, 5, 5}, Content::Gray},  {{1, 0, 0}, Content::Red},
+        {{0, 1, 0}, Content::Green}, {{0, 0, 9}, Content::Blue},  {{1, 0, 9}, Content::Mixed},
+        {{0, 2, 9}, Content::Mixed}, {{1, 1, 9}, Content::Mixed}, {{1, 1, 0}, Content::Mixed}};
+    for (const auto& [color, content] : cases) {
+        EXPECT_EQ(Image0::colorContent(color[0], color[1], color[2]), content);
+        Image0 image(3, 2, 24);
+        for (std::size_t i = 0; i < 18; ++i) {
+            image.getData()[i] = static_cast<unsigned char>(color[i % 3]);
+        }
+        EXPECT_EQ(image.colorContent(), content);
+        EXPECT_EQ(image.isRedOnly(), color[1] == 0 && color[2] == 0);
+        EXPECT_EQ(image.isGreenOnly(), color[0] == 0 && color[2] == 0);
+        EXPECT_EQ(image.isBlueOnly(), color[0] == 0 && color[1] == 0);
+        EXPECT_EQ(image.isGrayscale(), content == Content::Gray);
+        image.getData()[15] ^= 8;
+        EXPECT_EQ(image.colorContent(), content == Content::Red ? content : Content::Mixed);
     }
-    EXPECT_EQ(image.colorContent(), ImageColorContent::Blue);
-    EXPECT_TRUE(image.isBlueOnly());
-    EXPECT_FALSE(image.isGrayscale());
-    image.getData()[15] = 1;
-    EXPECT_EQ(image.colorContent(), ImageColorContent::Mixed);
-    EXPECT_FALSE(image.isBlueOnly());
-    EXPECT_EQ(Image0(1, 1, 16).colorContent(), ImageColorContent::Gray);
+    EXPECT_EQ(Image0(1, 1, 16).colorContent(), Content::Gray);
     EXPECT_FALSE(Image0(1, 1, 8).isRedOnly());
-    EXPECT_EQ(indexedImage().colorContent(), ImageColorContent::Mixed);
-    Image0 gray = indexedImage();
-    gray.setGrayscale(2);
-    EXPECT_EQ(gray.colorContent(), ImageColorContent::Gray);
-    gray.setGrayscale(0);
-    EXPECT_FALSE(gray.isIndexed());
+    Image0 indexed = indexedImage();
+    EXPECT_EQ(indexed.colorContent(), Content::Mixed);
+    indexed.setGrayscale(2);
+    EXPECT_EQ(indexed.colorContent(), Content::Gray);
+    indexed.setGrayscale(0);
+    EXPECT_FALSE(indexed.isIndexed());
 }
 
 TEST(Image0, GrayIsTheIntegerMeanOfTheSamples)
 {
     for (const int depth : {24, 32}) {
-        Image0 image = randomImage(7, 5, depth, 2);
+        Image0 image = randomImage0(7, 5, depth, 2);
         const Image0 original(image);
         image.make8bitsGrayscale();
         ASSERT_EQ(image.getDepth(), 8);
@@ -164,62 +123,46 @@ TEST(Image0, GrayIsTheIntegerMeanOfTheSamples)
     }
     Image0 indexed = indexedImage();
     indexed.make8bitsGrayscale();
-    EXPECT_EQ(bytes(indexed), (std::vector<int>{0, 1, 0}));
+    EXPECT_EQ(bytesOf(indexed), (std::vector<int>{0, 1, 0}));
     EXPECT_EQ(indexed.getColormap()->getRed()[0], 20);
     EXPECT_EQ(indexed.getColormap()->getBlue()[1], 3);
 }
 
 TEST(Image0, SixteenBitsAreScaledOnlyFrom256On)
 {
-    Image0 low(3, 1, 16);
-    setSamples(low, {0, 128, 255});
-    low.make8bitsGrayscale();
-    EXPECT_EQ(bytes(low), (std::vector<int>{0, 128, 255}));
-    Image0 high(3, 1, 16);
-    setSamples(high, {0, 129, 256});
-    high.make8bitsGrayscale();
-    EXPECT_EQ(bytes(high), (std::vector<int>{0, 128, 255}));
+    for (const auto& samples : {std::vector<unsigned short>{0, 128, 255}, {0, 129, 256}}) {
+        Image0 image(3, 1, 16);
+        std::memcpy(image.getData(), samples.data(), 6);
+        image.make8bitsGrayscale();
+        EXPECT_EQ(bytesOf(image), (std::vector<int>{0, 128, 255}));
+    }
 }
 
 TEST(Image0, TrueColorComesFromTheColormap)
 {
     Image0 image = indexedImage();
     image.make24bits();
-    EXPECT_EQ(bytes(image), (std::vector<int>{10, 20, 31, 0, 0, 9, 10, 20, 31}));
+    EXPECT_EQ(bytesOf(image), (std::vector<int>{10, 20, 31, 0, 0, 9, 10, 20, 31}));
     EXPECT_EQ(image.getColormap(), nullptr);
     image.make32bits();
-    EXPECT_EQ(bytes(image), (std::vector<int>{10, 20, 31, 0, 0, 0, 9, 0, 10, 20, 31, 0}));
-    expectError<DepthError>([&image] { image.make24bits(); }, "void Image::make24bits()",
-                            "Cannot convert non-8 bits images");
-    Image0 gray = randomImage(2, 2, 8, 3);
+    EXPECT_EQ(bytesOf(image), (std::vector<int>{10, 20, 31, 0, 0, 0, 9, 0, 10, 20, 31, 0}));
+    EXPECT_RAISES(DepthError, "void Image::make24bits()", "Cannot convert non-8 bits images",
+                  image.make24bits());
+    Image0 gray(2, 2, 8);
     gray.make32bits();
     EXPECT_EQ(gray.getDepth(), 8);
 }
 
-TEST(Image0, ChannelsComeOutAndGoBackIn)
+TEST(Image0, ChannelsOfEightBitsComeFromTheColormap)
 {
-    for (const int depth : {24, 32}) {
-        const Image0 image = randomImage(5, 4, depth, 4);
-        Image0 copy(5, 4, depth);
-        copy.clear();
-        for (int c = 0; c < depth / 8; ++c) {
-            const ImageChannel channel = static_cast<ImageChannel>(c);
-            PixelMatrix<unsigned char> matrix;
-            matrix.convertFromImage(image, channel);
-            const Image0 plane = image.channel(channel);
-            EXPECT_EQ(plane.getData()[6], matrix(1, 1));
-            copy.setChannel(channel, matrix);
-        }
-        EXPECT_EQ(bytes(copy), bytes(image));
-    }
-    EXPECT_EQ(bytes(indexedImage().channel(ImageChannel::Blue)), (std::vector<int>{31, 9, 31}));
-    EXPECT_EQ(bytes(indexedImage().channel(ImageChannel::Fourth)), (std::vector<int>{0, 0, 0}));
-    const Image0 plain = randomImage(3, 3, 8, 5);
-    EXPECT_EQ(bytes(plain.channel(ImageChannel::Green)), bytes(plain));
+    EXPECT_EQ(bytesOf(indexedImage().channel(ImageChannel::Blue)), (std::vector<int>{31, 9, 31}));
+    EXPECT_EQ(bytesOf(indexedImage().channel(ImageChannel::Fourth)), (std::vector<int>{0, 0, 0}));
+    const Image0 plain = randomImage0(3, 3, 8, 5);
+    EXPECT_EQ(bytesOf(plain.channel(ImageChannel::Green)), bytesOf(plain));
     Image0 color(2, 2, 24);
-    expectError<SizeError>(
-        [&color] { color.setChannel(ImageChannel::Red, PixelMatrix<unsigned char>(2, 3)); },
-        "void Image::setChannel(...)", "This image and pixelMatrix have different sizes");
+    EXPECT_RAISES(SizeError, "void Image::setChannel(...)",
+                  "This image and pixelMatrix have different sizes",
+                  color.setChannel(ImageChannel::Red, PixelMatrix<unsigned char>(2, 3)));
 }
 
 TEST(Image0, PastingCopiesRowsAndChecksFirst)
@@ -227,20 +170,18 @@ TEST(Image0, PastingCopiesRowsAndChecksFirst)
     const char* const where = "void Image::paste(...)";
     Image0 image(4, 3, 24);
     image.clear();
-    const Image0 source = randomImage(2, 2, 24, 6);
+    const Image0 source = randomImage0(2, 2, 24, 6);
     image.paste(source, 2, 1);
     EXPECT_EQ(image.getPixels()[2][11], source.getPixels()[1][5]);
     EXPECT_EQ(image.getPixels()[1][5], 0);
     EXPECT_EQ(image.getPixels()[1][6], source.getPixels()[0][0]);
-    expectError<SizeError>([&] { image.paste(source, 3, 1); }, where,
-                           "Incompatible size and position");
-    expectError<SizeError>([&] { image.paste(source, 0, -1); }, where,
-                           "Incompatible size and position");
-    expectError<DepthError>([&] { image.paste(Image0(1, 1, 8), 0, 0); }, where,
-                            "Incompatible image depths");
+    EXPECT_RAISES(SizeError, where, "Incompatible size and position", image.paste(source, 3, 1));
+    EXPECT_RAISES(SizeError, where, "Incompatible size and position", image.paste(source, 0, -1));
+    EXPECT_RAISES(DepthError, where, "Incompatible image depths",
+                  image.paste(Image0(1, 1, 8), 0, 0));
     Image0 indexed = indexedImage();
-    expectError<ColormapError>([&] { indexed.paste(Image0(1, 1, 8), 0, 0); }, where,
-                               "Incompatible image colormaps");
+    EXPECT_RAISES(ColormapError, where, "Incompatible image colormaps",
+                  indexed.paste(Image0(1, 1, 8), 0, 0));
     indexed.paste(indexedImage(), 0, 0);
 }
 

@@ -1,8 +1,6 @@
-#include "image/image0.h"
 #include "image/imageerrors.h"
-#include "image/pixelmatrix.h"
 #include "support/errors.h"
-#include "support/vectors.h"
+#include "support/images.h"
 #include "system/randomgenerator.h"
 
 #include <algorithm>
@@ -52,46 +50,38 @@ TEST(PixelMatrix, BordersAreFilledFromTheOutsideIn)
         PixelMatrix<int> matrix(7, 9);
         matrix.setZeros();
         matrix.fillBorder(width, 4);
-        for (int i = 0; i < 7; ++i) {
-            for (int j = 0; j < 9; ++j) {
-                const int ring = std::min({i, j, 6 - i, 8 - j});
-                EXPECT_EQ(matrix(i, j), ring < width ? 4 : 0) << width << ": " << i << ", " << j;
-            }
-        }
+        EXPECT_EQ(matrix, imageFrom<int>(7, 9, [=](int i, int j) {
+                      return std::min({i, j, 6 - i, 8 - j}) < width ? 4 : 0;
+                  }));
     }
 }
 
 TEST(PixelMatrix, RandomPixelsFillTheRangeAndRepeatWithTheSeed)
 {
     RandomGenerator generator;
-    generator.init(7);
-    PixelMatrix<int> first(40, 50);
-    first.randomise(-2, 3, generator);
-    EXPECT_EQ(first.range(), vectorOf<int>({-2, 3}));
-    generator.init(7);
-    PixelMatrix<int> second(40, 50);
-    second.randomise(-2, 3, generator);
-    EXPECT_EQ(first, second);
+    PixelMatrix<int> images[2] = {PixelMatrix<int>(40, 50), PixelMatrix<int>(40, 50)};
+    for (PixelMatrix<int>& image : images) {
+        generator.init(7);
+        image.randomise(-2, 3, generator);
+        EXPECT_EQ(image.range(), vectorOf<int>({-2, 3}));
+    }
+    EXPECT_EQ(images[0], images[1]);
 }
 
 TEST(PixelMatrix, MaskedHistogramCountsWhatTheMaskShows)
 {
     std::mt19937 random(3);
-    PixelMatrix<int> image(13, 17);
-    PixelMatrix<int> mask(13, 17);
+    const auto image = imageFrom<int>(13, 17, [&](int, int) { return randomInt(-5, 24, random); });
+    const auto mask = imageFrom<int>(13, 17, [&](int, int) { return randomInt(0, 1, random); });
     Vector<unsigned int> expected;
     expected.setZeros(8);
-    for (int i = 0; i < 13; ++i) {
-        for (int j = 0; j < 17; ++j) {
-            image(i, j) = static_cast<int>(random() % 30) - 5;
-            mask(i, j) = static_cast<int>(random() % 2);
-            const int bin = std::clamp((image(i, j) - 1) / 3, 0, 7);
-            expected[image(i, j) < 1 ? 0 : bin] += static_cast<unsigned int>(mask(i, j));
-        }
+    for (int n = 0; n < 13 * 17; ++n) {
+        const int value = image(n / 17, n % 17);
+        expected[std::clamp((value - 1) / 3, 0, 7)] += mask(n / 17, n % 17) != 0;
     }
     EXPECT_EQ(image.histogram(1, 3, 8, mask), expected);
-    expectError<SizeError>([&] { image.histogram(1, 3, 8, PixelMatrix<int>(17, 13)); },
-                           "Vectorui PixelMatrix<T>::histogram(...)", "Incompatible mask size");
+    EXPECT_RAISES(SizeError, "Vectorui PixelMatrix<T>::histogram(...)", "Incompatible mask size",
+                  image.histogram(1, 3, 8, PixelMatrix<int>(17, 13)));
 }
 
 TEST(PixelMatrix, DepthConversionTruncatesAndWraps)
@@ -102,18 +92,18 @@ TEST(PixelMatrix, DepthConversionTruncatesAndWraps)
     EXPECT_EQ(samples(image), (std::vector<int>{0, 0, 255, 0, 255, 0, 0}));
     row({70000, 65535.5F, -2}).convertToImage(image, 16);
     EXPECT_EQ(samples(image), (std::vector<int>{4464, 65535, 65534}));
-    expectError<DepthError>([&] { row({1}).convertToImage(image, 24); },
-                            "void PixelMatrix<T>::convertToImage(Image&, const int) const",
-                            "The depth is neither 8 nor 16");
+    EXPECT_RAISES(DepthError, "void PixelMatrix<T>::convertToImage(Image&, const int) const",
+                  "The depth is neither 8 nor 16", row({1}).convertToImage(image, 24));
     EXPECT_EQ(image.getWidth(), 3);
 }
 
 TEST(PixelMatrix, RangesAreStretchedToBytes)
 {
     Image0 image;
-    row({-1, 0, 1, 3}).convertToImage(image, 10, 50);
+    const PixelMatrix<float> ramp = row({-1, 0, 1, 3});
+    ramp.convertToImage(image, 10, 50);
     EXPECT_EQ(samples(image), (std::vector<int>{10, 20, 30, 50}));
-    row({-1, 0, 1, 3}).convertToImage(image, 50, 10);
+    ramp.convertToImage(image, 50, 10);
     EXPECT_EQ(samples(image), (std::vector<int>{50, 40, 30, 10}));
     row({7, 7}).convertToImage(image, 10, 50);
     EXPECT_EQ(samples(image), (std::vector<int>{10, 10}));
@@ -128,9 +118,7 @@ TEST(PixelMatrix, ImagesKeepTheCalibrationBothWays)
     PixelMatrix<unsigned short> matrix(2, 3);
     matrix.fill(40000);
     PixelCalibration calibration;
-    LengthUnit unit;
-    unit.setScale(-6);
-    calibration.setLengthUnit(unit);
+    calibration.setLengthUnit(unitOf(-6));
     matrix.setPixelCalibration(calibration);
     for (int depth : {8, 16}) {
         Image0 image(3, 2, depth);
@@ -138,7 +126,7 @@ TEST(PixelMatrix, ImagesKeepTheCalibrationBothWays)
         matrix.convertToImage(image, depth);
         EXPECT_FALSE(image.isIndexed()) << "the colormap of the image before";
         const PixelMatrix<unsigned short> back(image);
-        EXPECT_EQ(back.getPixelCalibration().getLengthUnit(), unit);
+        EXPECT_EQ(back.getPixelCalibration().getLengthUnit(), unitOf(-6));
         EXPECT_EQ(back(1, 2), depth == 16 ? 40000 : 40000 % 256);
     }
 }
@@ -146,25 +134,30 @@ TEST(PixelMatrix, ImagesKeepTheCalibrationBothWays)
 TEST(PixelMatrix, ChannelsAreReadFromColourAndIndexedImages)
 {
     for (int depth : {24, 32}) {
-        Image0 image(5, 4, depth);
-        for (std::size_t i = 0; i < image.dataLength(); ++i) {
-            image.getData()[i] = static_cast<unsigned char>(i);
-        }
+        const Image0 image = randomImage0(5, 4, depth, 4);
+        Image0 copy(5, 4, depth);
+        copy.clear();
         const int step = depth / 8;
         for (int channel = 0; channel < step; ++channel) {
-            PixelMatrix<float> matrix;
-            matrix.convertFromImage(image, static_cast<ImageChannel>(channel));
-            EXPECT_EQ(matrix(3, 2), static_cast<float>((3 * 5 + 2) * step + channel));
+            const auto plane = static_cast<ImageChannel>(channel);
+            PixelMatrix<unsigned char> matrix;
+            matrix.convertFromImage(image, plane);
+            EXPECT_EQ(PixelMatrix<unsigned char>(image.channel(plane)), matrix);
+            copy.setChannel(plane, matrix);
+            EXPECT_EQ(matrix, imageFrom<unsigned char>(4, 5, [&](int i, int j) {
+                          return image.getPixels()[i][j * step + channel];
+                      }));
         }
+        EXPECT_EQ(bytesOf(copy), bytesOf(image));
         EXPECT_THROW(PixelMatrix<float>{image}, DepthError);
     }
     Image0 indexed(2, 1, 8);
     indexed.getData()[0] = 1;
     indexed.getData()[1] = 200;
     Colormap map(2);
-    map.getRed()[1] = 10;
-    map.getGreen()[1] = 20;
-    map.getBlue()[1] = 30;
+    map.getRed() = vectorOf<unsigned char>({0, 10});
+    map.getGreen() = vectorOf<unsigned char>({0, 20});
+    map.getBlue() = vectorOf<unsigned char>({0, 30});
     indexed.setColormap(map);
     PixelMatrix<int> matrix;
     for (int channel = 0; channel < 3; ++channel) {
