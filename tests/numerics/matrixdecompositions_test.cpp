@@ -23,25 +23,10 @@ T tolerance()
                           static_cast<T>(std::numeric_limits<double>::epsilon()));
 }
 
-/// The Frobenius norm.
-template <class T>
-T normOf(const Matrix<T>& m)
-{
-    return std::sqrt(m.snorm());
-}
-
-template <class T>
-Matrix<T> identity(int n)
-{
-    SquareMatrix<T> result;
-    result.setIdentity(n);
-    return result;
-}
-
 template <class T>
 void expectOrthogonal(const Matrix<T>& m)
 {
-    EXPECT_LE(normOf(m * m.transpose() - identity<T>(m.getSize1())), tolerance<T>());
+    EXPECT_LE(normOf(m * m.transpose() - identityMatrix<T>(m.getSize1())), tolerance<T>());
 }
 
 /// Matrices of all shapes that decompositions find hard.
@@ -77,7 +62,7 @@ TYPED_TEST(RealMatrix, HouseholderTransformsReflectRowsAndColumns)
     Vector<T> v = m.getColumn(2);
     T beta = 0;
     v.householderVector(beta);
-    const Matrix<T> reflected = (identity<T>(4) - v.outerProduct(v) * beta) * m;
+    const Matrix<T> reflected = (identityMatrix<T>(4) - v.outerProduct(v) * beta) * m;
     Matrix<T> left(m);
     left.leftHouseholderTransform(v, beta);
     EXPECT_LE(normOf(left - reflected), tolerance<T>());
@@ -88,7 +73,7 @@ TYPED_TEST(RealMatrix, HouseholderTransformsReflectRowsAndColumns)
     EXPECT_THROW(left.rightHouseholderTransform(v, beta), SizeError);
 }
 
-TYPED_TEST(RealMatrix, BidiagonalFormIsTheProductWithItsFactors)
+TYPED_TEST(RealMatrix, BidiagonalFormAndSingularValuesRebuildTheMatrix)
 {
     using T = TypeParam;
     for (const Matrix<T>& m : sampleMatrices<T>()) {
@@ -96,34 +81,21 @@ TYPED_TEST(RealMatrix, BidiagonalFormIsTheProductWithItsFactors)
         SquareMatrix<T> u;
         SquareMatrix<T> v;
         b.householderBidiag(&u, &v);
-        for (int i = 0; i < b.getSize1(); ++i) {
-            for (int j = 0; j < b.getSize2(); ++j) {
-                EXPECT_TRUE(b[i][j] == 0 || j == i || j == i + 1) << i << ", " << j;
-            }
-        }
+        EXPECT_EQ(b, matrixFrom<T>(b.getSize1(), b.getSize2(), [&](int i, int j) {
+                      return j == i || j == i + 1 ? b[i][j] : T(0);
+                  }));
         expectOrthogonal<T>(u);
         expectOrthogonal<T>(v);
         EXPECT_LE(normOf(u * m * v - b), tolerance<T>() * normOf(m));
         Matrix<T> alone(m);
         alone.householderBidiag(nullptr, nullptr);
         EXPECT_EQ(alone, b);
-    }
-}
 
-TYPED_TEST(RealMatrix, SingularValuesRebuildTheMatrix)
-{
-    using T = TypeParam;
-    for (const Matrix<T>& m : sampleMatrices<T>()) {
-        SquareMatrix<T> u;
-        SquareMatrix<T> v;
         const Vector<T> s = m.svd(&u, &v);
         ASSERT_EQ(s.getSize(), m.getSize2());
         EXPECT_GE(s.min(), 0);
-        Matrix<T> middle(m.getSize1(), m.getSize2());
-        middle.setZeros();
-        for (int i = 0; i < s.getSize(); ++i) {
-            middle[i][i] = s[i];
-        }
+        const Matrix<T> middle = matrixFrom<T>(m.getSize1(), m.getSize2(),
+                                               [&](int i, int j) { return i == j ? s[i] : T(0); });
         // Dropping elements below the working tolerance is the other part of the error.
         const T bound = (tolerance<T>() + 20 * Vector<T>::epsilon()) * normOf(m);
         expectOrthogonal<T>(u);
@@ -142,7 +114,7 @@ TYPED_TEST(RealMatrix, SingularValuesOfADiagonalMatrixAreAbsoluteValues)
     SquareMatrix<T> v;
     EXPECT_EQ(m.svd(&u, &v), vectorOf<T>({3, 2, 0, 5}));
     EXPECT_EQ(u.diagonal(), vectorOf<T>({1, -1, 1, 1}));
-    EXPECT_EQ(v, identity<T>(4));
+    EXPECT_EQ(v, identityMatrix<T>(4));
     Matrix<T> zeros;
     zeros.setZeros(3, 2);
     EXPECT_EQ(zeros.svd(nullptr, nullptr), vectorOf<T>({0, 0}));

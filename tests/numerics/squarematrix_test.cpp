@@ -76,9 +76,7 @@ TEST(SquareMatrix, UnitQuaternionIsARightHandedRotation)
         q.normalize();
         const Quaternion<double> quaternion{q[0], q[1], q[2], q[3]};
         const SquareMatrix<double> m(quaternion, false);
-        SquareMatrix<double> identity;
-        identity.setIdentity(3);
-        EXPECT_LT((m * m.transpose() - identity).snorm(), 1e-28);
+        EXPECT_LT(normOf(m * m.transpose() - identityMatrix<double>(3)), 1e-14);
         EXPECT_TRUE(m.isRHSystem());
         // The axis stays where it is, the trace tells the angle.
         const Vector<double> axis = q.copyFrom(1);

@@ -20,18 +20,6 @@ T precision()
     return std::numeric_limits<T>::epsilon();
 }
 
-template <class T>
-Matrix<T> identity(int n)
-{
-    return matrixFrom<T>(n, n, [](int i, int j) { return i == j ? 1 : 0; });
-}
-
-template <class T>
-T normOf(const Matrix<T>& m)
-{
-    return std::sqrt(m.snorm());
-}
-
 /// Determinant by expansion along the first row.
 template <class T>
 T expandedDeterminant(const Matrix<T>& m)
@@ -77,7 +65,7 @@ TYPED_TEST(RealSquareMatrix, FactorsMultiplyToThePermutedMatrix)
         EXPECT_LE(b.distance(x), 2000 * precision<T>());
 
         const SquareMatrix<T> inverse = m.inverse();
-        EXPECT_LE(normOf(m * inverse - identity<T>(n)),
+        EXPECT_LE(normOf(m * inverse - identityMatrix<T>(n)),
                   20 * normOf(m) * normOf(inverse) * precision<T>());
         if (n <= 6) {
             EXPECT_LE(std::abs(m.det() - expandedDeterminant<T>(m)), 100 * precision<T>());
@@ -196,7 +184,7 @@ TYPED_TEST(RealSquareMatrix, EigenvectorsDiagonaliseAndStayRightHanded)
         SquareMatrix<T> diagonal;
         diagonal.setDiagonal(values);
         const T bound = 50 * precision<T>();
-        EXPECT_LE(normOf(vectors.transpose() * vectors - identity<T>(n)), bound);
+        EXPECT_LE(normOf(vectors.transpose() * vectors - identityMatrix<T>(n)), bound);
         EXPECT_LE(normOf(m * vectors - vectors * diagonal), bound * normOf(m));
         if (n <= 6) {
             EXPECT_NEAR(static_cast<double>(expandedDeterminant<T>(vectors)), 1, bound);

@@ -3,6 +3,7 @@
 #include "numerics/matrix.h"
 #include "numerics/vector.h"
 
+#include <cmath>
 #include <initializer_list>
 #include <random>
 #include <vector>
@@ -70,4 +71,17 @@ template <class T>
 Matrix<T> randomMatrix(int rows, int columns, std::mt19937& engine)
 {
     return matrixFrom<T>(rows, columns, [&](int, int) { return randomUnit<T>(engine); });
+}
+
+template <class T>
+Matrix<T> identityMatrix(int size)
+{
+    return matrixFrom<T>(size, size, [](int i, int j) { return i == j ? 1 : 0; });
+}
+
+/// The Frobenius norm.
+template <class T>
+T normOf(const Matrix<T>& matrix)
+{
+    return std::sqrt(matrix.snorm());
 }
