@@ -106,7 +106,7 @@ TEST(Matrix, StatisticsByRowsAndColumnsAreThoseOfTheirVectors)
     }
     EXPECT_EQ(m.prod()[4], m[4].prod());
     const Vector<int> all = m.cat();
-    EXPECT_EQ(m.range(), all.range());
+    EXPECT_EQ(matrixOf<int>({{1, 2}, {0, 3}}).range(), vectorOf<int>({0, 3}));
     EXPECT_EQ(m.snorm(), all.snorm());
     EXPECT_EQ(m.histogram(-2, 2, 3), all.histogram(-2, 2, 3));
     const Matrix<double> real = m.toType<double>();
@@ -142,6 +142,8 @@ TEST(Matrix, ProductsAreAssociative)
     inPlace = a;
     inPlace *= b;
     EXPECT_EQ(inPlace, a * b);
+    inPlace *= 2;
+    EXPECT_EQ(inPlace, a * (b + b));
     EXPECT_EQ(a + a - a, a);
     EXPECT_EQ(-a * 2, a * -2);
     EXPECT_EQ((a * 6 + 3 - 3) / 3, a + a);
