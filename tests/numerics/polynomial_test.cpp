@@ -16,8 +16,7 @@ class PolynomialOf : public testing::Test
 
 TYPED_TEST_SUITE(PolynomialOf, RealTypes);
 
-/// The exponents of all terms in the order of the coefficients, descending like
-/// numbers.
+/// The exponents of all terms in the order of the coefficients: descending.
 std::vector<std::vector<int>> termsOf(int degree, int dimension)
 {
     std::vector<std::vector<int>> terms;
@@ -57,9 +56,9 @@ Polynomial<T> randomPolynomial(int degree, int dimension, std::mt19937& engine)
 template <class T>
 std::vector<Vector<T>> randomPoints(int count, int dimension, std::mt19937& engine)
 {
-    std::vector<Vector<T>> points;
-    for (int i = 0; i < count; ++i) {
-        points.push_back(randomVector<T>(dimension, engine));
+    std::vector<Vector<T>> points(static_cast<std::size_t>(count));
+    for (Vector<T>& point : points) {
+        point = randomVector<T>(dimension, engine);
     }
     return points;
 }

@@ -167,11 +167,11 @@ TEST(Numbers, PrintsItsStatisticsInOrder)
 {
     Numbers<float> numbers;
     numbers.setCount(3);
-    numbers.setMinimum(1);
     numbers.setMaximum(5);
     numbers.setMedian(2);
     numbers.setSum(8);
     numbers.setMean(2.5F);
+    numbers.setMinimum(1);
     std::ostringstream stream;
     EXPECT_THROW(stream << numbers, UsageError);
     numbers.setStddev(0.5F);
@@ -180,9 +180,9 @@ TEST(Numbers, PrintsItsStatisticsInOrder)
     numbers.clear();
     stream.str("");
     stream << copy;
-    EXPECT_EQ(stream.str(), "Count:   3\nMinimum: -1\nMedian:  2\nMaximum: "
-                            "5\nSum:     8\nMean:    2.5\n"
-                            "StdDev:  0.5\n");
+    EXPECT_EQ(stream.str(),
+              "Count:   3\nMinimum: -1\nMedian:  2\nMaximum: 5\nSum:     8\nMean:    2.5\n"
+              "StdDev:  0.5\n");
     EXPECT_THROW(numbers.getSum(), UsageError);
     Numbers<Scalar> scalars;
     scalars.setMaximum(Scalar(7));
