@@ -129,7 +129,7 @@ TEST(Matrix, ProductsAreAssociative)
 {
     std::mt19937 engine(5);
     const auto random = [&](int rows, int columns) {
-        return (randomMatrix<double>(rows, columns, engine) * 50.0).toType<int>();
+        return matrixFrom<int>(rows, columns, [&](int, int) { return randomInt(-49, 49, engine); });
     };
     const Matrix<int> a = random(3, 4);
     const Matrix<int> b = random(4, 2);
