@@ -100,7 +100,7 @@ TEST(ImageWriter, ImagesComeBackWithCalibrationAndColormap)
             EXPECT_EQ(bytesOf(back), bytesOf(image)) << depth;
             EXPECT_EQ(back.getSize(), image.getSize());
             EXPECT_EQ(back.getDepth(), depth);
-            EXPECT_EQ(back.isIndexed(), image.isIndexed());
+            ASSERT_EQ(back.isIndexed(), image.isIndexed());
             EXPECT_TRUE(!back.isIndexed() || *back.getColormap() == Colormap::fire());
             EXPECT_EQ(back.getHeader().getPixelCalibration(), calibration);
             EXPECT_EQ(back.getHeader().getPixelCalibration().getLengthUnit().getScale(), scale);
