@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <complex>
 #include <memory>
 #include <numeric>
 #include <random>
@@ -226,6 +227,36 @@ TEST(BladeAveraging, MovedCopiesOfALeafAverageByBinsToThatLeaf)
               1e-3f * bladeLength);
 }
 
+TEST(BladeAveraging, TheLeavesOfABinGetFifteenRoundsToTurnToEachOther)
+{
+    // A rosette shares a wave with either neighbour: the middle of their turns is its best one.
+    const int number = 10;
+    Leaves leaves;
+    std::vector<double> turns{0, 12, 24, 36, 48, 60, 72, 84, 96, 108};
+    for (int k = 0; k < number; ++k) {
+        Curve<float> rosette = unevenLeaf();
+        for (int i = 0; i < points; ++i) {
+            const auto wave = std::polar(1.0, 2.0 * M_PI * i / points);
+            const auto place = std::pow(wave, k + 1) + std::pow(wave, k + 2);
+            rosette[i][0] = static_cast<float>(place.real());
+            rosette[i][1] = static_cast<float>(place.imag());
+        }
+        leaves.add(moved(rosette, 1.0, turns[size_t(k)]));
+    }
+    for (int step = 0; step < 15 * number; ++step) {
+        const int k = step % number;
+        const double before = turns[size_t(k > 0 ? k - 1 : 1)];
+        const double after = turns[size_t(k + 1 < number ? k + 1 : k - 1)];
+        turns[size_t(k)] = (before + after) / 2.0;
+    }
+    Curve<float> expected = moved(unevenLeaf(), 0.0);
+    for (int k = 0; k < number; ++k) {
+        expected += moved(*leaves.curves[size_t(k)], 1.0 / number, turns[size_t(k)] - 12.0 * k);
+    }
+    const Curve<float> average = binAverages(leaves, Floats(number, 0.0f), {number})[0];
+    EXPECT_LT(largestDistance(average, expected), 1e-3f);
+}
+
 TEST(BladeAveraging, WeightsShareTheGaussianAmongTheLeaves)
 {
     const BladeAveraging averaging;
@@ -282,6 +313,12 @@ TEST(BladeAveraging, RankLimitCountsTheLeavesWithinSilvermansBandwidth)
     EXPECT_EQ(found[0], std::floor((21.0f + 21.0f + 11.0f) / 3.0f));
     // All leaves lie within the bandwidth of no target: none counts, and two is the least.
     EXPECT_EQ(averaging.computeOptimalKNNParameter(X, Vector<float>(Floats{5e3f}))[0], 2.0f);
+    // Cubes crowd in the middle: their quartiles are 25^3 off it, the deviation is far more.
+    for (int j = 0; j < 101; ++j) {
+        X[j] = static_cast<float>((j - 50) * (j - 50) * (j - 50));
+    }
+    EXPECT_NEAR(averaging.computeOptimalKNNParameter(X, X)[1],
+                0.9 * 2.0 * 15625.0 / 1.34 * std::pow(101.0, -0.2), 0.01);
 }
 
 TEST(BladeAveraging, RankSearchEqualsThePlainOneOrRefusesWhatHasNoAnswer)
