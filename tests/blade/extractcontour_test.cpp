@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <tuple>
 
 using leaf::Point;
 
@@ -137,16 +138,45 @@ TEST(ExtractContour, FidelityThinsTheOutlineBySquareAndATenth)
         EXPECT_GT(outline.getSize(), expected - 2.0);
     }
     // No longer than 150 vertices, an outline is thinned once.
-    Curve<int> kept(2, 150, 0, 0, false);
-    for (int k = 0; k < 150; ++k) {
-        kept[k][0] = k < 75 ? 3 * k : 3 * (149 - k);
-        kept[k][1] = k < 75 ? 0 : 9;
-    }
     process.setFidelity(50);
-    process.curveResampling(kept);
-    EXPECT_EQ(kept.getSize(), 150);
-    process.curveResamplingInverse(kept);
-    EXPECT_EQ(kept.getSize(), 67);
+    for (const auto& [size, once, twice] : {std::tuple(150, 150, 67), std::tuple(151, 75, 33)}) {
+        Curve<int> outline(2, size, 0, 0, false);
+        for (int k = 0; k < size; ++k) {
+            outline[k][0] = k < 75 ? 3 * k : 3 * (149 - k);
+            outline[k][1] = k < 75 ? 0 : 9;
+        }
+        process.curveResampling(outline);
+        EXPECT_EQ(outline.getSize(), once);
+        process.curveResamplingInverse(outline);
+        EXPECT_EQ(outline.getSize(), twice);
+    }
+}
+
+TEST(ExtractContour, RampsShowTheThresholdAndTheWidthOfTheGradient)
+{
+    PixelMatrix<int> ramp(40, 256);
+    for (int i = 0; i < 40; ++i) {
+        ramp[i].setSequence(0, 1);
+    }
+    ExtractContour process;
+    // Its halves part at 128, of which 90 % are 115; erosion takes 10 pixels more.
+    EXPECT_EQ(process.threshoding(ramp)[20].find(255), 115 + 10);
+    ramp *= 50;
+    for (const int fidelity : {10, 99, 100}) {
+        // The answer to slope 50 by a kernel cut at two sigma, whose positive half sums to 1.
+        const double sigma = fidelity < 100 ? 3.5 : 1.0;
+        double answer = 0.0;
+        double sum = 0.0;
+        for (int k = 1; k <= 2.0 * sigma; ++k) {
+            const double weight = k * std::exp(-0.5 * k * k / (sigma * sigma));
+            answer += 2.0 * 50.0 * k * weight;
+            sum += weight;
+        }
+        PixelMatrix<int> work = ramp;
+        process.setFidelity(fidelity);
+        process.gradient(work);
+        EXPECT_NEAR(work[20][100], answer / sum, 1.0) << fidelity;
+    }
 }
 
 TEST(ExtractContour, OfSeveralBrightRegionsTheLargestIsTheLeaf)
