@@ -102,6 +102,9 @@ TEST(LeafAnalysis, EachToothAgreesWithItsDrawing)
         const auto value = [&](const char* column) { return measures.tooth(column, row); };
         EXPECT_EQ(measures.side(row), upper ? "upper" : "lower");
         EXPECT_EQ(value("Tooth_Position"), static_cast<float>(position));
+        const double length = value("Blade_Length");
+        const double days = 12.0 * std::pow(length / (20000.0 - length), 1.0 / 3.0);
+        EXPECT_NEAR(value("Age(hours)"), 24.0 * days, 24e-4);
         // Rows count from the apex; the drawing's teeth run along the outline.
         const std::size_t tooth = static_cast<std::size_t>(upper ? 4 - position : 3 + position);
         const std::size_t sinus = upper ? tooth : tooth + 1;
