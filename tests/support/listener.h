@@ -28,8 +28,8 @@ public:
         note(std::to_string(current) + "/" + std::to_string(total));
     }
 
-    std::string log;  ///< all messages, a semicolon behind each
-    std::string last; ///< the message that was told last
+    std::string log;                    ///< all messages, a semicolon behind each
+    std::string last;                   ///< the message that was told last
     std::function<void()> then = [] {}; ///< called with each message
 
 private:
