@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <regex>
+#include <algorithm>
 #include <string>
 
 TEST(System, TellsAPlausibleMachine)
@@ -19,6 +19,8 @@ TEST(System, TellsAPlausibleMachine)
 
 TEST(System, WritesDateAndTimeWithLeadingZeros)
 {
-    const std::string text = System::today() + " " + System::time();
-    EXPECT_TRUE(std::regex_match(text, std::regex(R"(\d{4}\.\d\d\.\d\d \d\d:\d\d:\d\d)"))) << text;
+    std::string text = System::today() + " " + System::time();
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
+    EXPECT_EQ(text, "0000.00.00 00:00:00");
 }
