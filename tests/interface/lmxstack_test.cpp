@@ -9,6 +9,7 @@
 #include "stack/modelitem.h"
 #include "stack/pose.h"
 #include "stack/stackslice.h"
+#include "support/filesizelimit.h"
 #include "support/stacks.h"
 #include "support/temporaryfolder.h"
 
@@ -183,7 +184,10 @@ TEST(LMXStack, AFailedWriteLeavesStackAndOldFileAsTheyWere)
     on.stack.setFilename("before.sdf");
     on.stack.setModified(true);
     EXPECT_THROW(on.stack.write(path), ProgramError); // its slices have no images
-    EXPECT_THROW(LMXStack().write("/dev/full"), FileWriteError);
+    {
+        const FileSizeLimit fullDisk(10);
+        EXPECT_THROW(LMXStack().write(path), FileWriteError);
+    }
     EXPECT_TRUE(on.stack.isModified());
     EXPECT_EQ(on.stack.getFilename(), "before.sdf");
     EXPECT_EQ(folder.read("oaks.sdf"), "what was there");
