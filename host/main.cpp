@@ -75,7 +75,7 @@ int main(int argc, char* argv[])
     const DeskApplication application(argc, argv);
     // The desktop finds icon and file types by these names.
     QGuiApplication::setDesktopFileName("crenara-desk");
-    QGuiApplication::setWindowIcon(QIcon::fromTheme("crenara"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme("crenara", QIcon(":/desk/crenara.png")));
     // File names are bytes, which all layers take as UTF-8, whatever the locale says.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     if (!parser.parse(QCoreApplication::arguments())) {
