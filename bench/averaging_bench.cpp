@@ -1,9 +1,9 @@
 // Average shapes of 300 leaves with contours of about 6,000 vertices: 1,000 points, 10 bins or 100
 // sliding averages. The aim on one core is 5 s for each, 10 s for the registration.
 
-#include "blade/averagingprocess.h"
-#include "blade/bladeaveraging.h"
-#include "blade/blademessages.h"
+#include "blade/averages/averagingprocess.h"
+#include "blade/averages/bladeaveraging.h"
+#include "blade/process/blademessages.h"
 #include "support/leaf.h"
 #include "support/temporaryfolder.h"
 

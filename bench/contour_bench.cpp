@@ -2,8 +2,8 @@
 // The aim on one core is 80 ms per megapixel for the chain, 35 of them for the watershed, with a
 // growth that stays linear.
 
-#include "blade/extractcontour.h"
-#include "blade/lpetransform.h"
+#include "blade/contour/extractcontour.h"
+#include "blade/contour/lpetransform.h"
 #include "support/leaf.h"
 
 #include <benchmark/benchmark.h>

@@ -4,7 +4,7 @@
 #include "host/panels/slicepanel.h"
 #include "host/stackplugin.h"
 #include "host/view/sliceview.h"
-#include "image/imagesourcefile.h"
+#include "image/sources/imagesourcefile.h"
 #include "stack/stack.h"
 #include "stack/stackslice.h"
 #include "stack/stackwriter.h"

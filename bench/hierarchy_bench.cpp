@@ -1,9 +1,9 @@
 // The two hierarchies on a leaf of about 6,000 contour vertices and 80 sinuses. The aim is at most
 // 50 ms for each; the check of the leaf and the folding of labels are part of it.
 
-#include "blade/blademessages.h"
-#include "blade/hierarchyarabidoprocess.h"
-#include "blade/hierarchyiterativeprocess.h"
+#include "blade/hierarchy/hierarchyarabidoprocess.h"
+#include "blade/hierarchy/hierarchyiterativeprocess.h"
+#include "blade/process/blademessages.h"
 #include "support/labelledleaf.h"
 
 #include <benchmark/benchmark.h>

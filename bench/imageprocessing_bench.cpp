@@ -1,11 +1,11 @@
-#include "image/componentlabelling0.h"
-#include "image/gaussiangradient0.h"
-#include "image/image2.h"
-#include "image/imagearithmetic.h"
-#include "image/minfilter0.h"
-#include "image/otsuthresholding0.h"
-#include "image/sumfilter0.h"
-#include "shape/curve.h"
+#include "image/filters/gaussiangradient0.h"
+#include "image/filters/minfilter0.h"
+#include "image/filters/sumfilter0.h"
+#include "image/pixels/image2.h"
+#include "image/pixels/imagearithmetic.h"
+#include "image/regions/componentlabelling0.h"
+#include "image/regions/otsuthresholding0.h"
+#include "shape/curves/curve.h"
 
 #include <benchmark/benchmark.h>
 

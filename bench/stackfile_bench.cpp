@@ -1,4 +1,4 @@
-#include "image/imagesourcefile.h"
+#include "image/sources/imagesourcefile.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stack.h"

@@ -1,9 +1,9 @@
 // Sinus detection, tips and measures of one leaf of about 6,000 contour vertices and 40 teeth. The
 // aim is at most 10 ms for each.
 
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
-#include "blade/leafanalysis.h"
+#include "blade/landmarks/extractconvexpoints.h"
+#include "blade/landmarks/extractpeak.h"
+#include "blade/measures/leafanalysis.h"
 #include "support/leaf.h"
 
 #include <benchmark/benchmark.h>

@@ -3,8 +3,8 @@
 // files were deleted a moment ago, as after a run of this program, may take twice as long to make new
 // ones: ext4 does not take up their inodes at once.
 
-#include "blade/blademessages.h"
-#include "blade/exportshapes.h"
+#include "blade/measures/exportshapes.h"
+#include "blade/process/blademessages.h"
 #include "support/leaf.h"
 #include "support/temporaryfolder.h"
 

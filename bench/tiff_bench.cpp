@@ -1,10 +1,10 @@
 // TIFF files on a warm cache, beside the same bytes through fread and fwrite with a copy, and beside
 // a loop over libtiff's rows.
 
-#include "image/image0.h"
-#include "image/image2.h"
-#include "image/imagereader.h"
-#include "image/imagewriter.h"
+#include "image/files/imagereader.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/image2.h"
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "blade/averagingprocess.h"
+#include "blade/averages/averagingprocess.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"

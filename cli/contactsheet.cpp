@@ -1,6 +1,6 @@
 #include "cli/contactsheet.h"
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/itempainter.h"
 #include "interface/qimageconversion.h"
 #include "stack/modelitem.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/lengthunit.h"
-#include "shape/curve.h"
+#include "image/values/lengthunit.h"
+#include "shape/curves/curve.h"
 
 #include <QImage>
 #include <QRectF>

@@ -1,4 +1,4 @@
-#include "blade/junctionproposal.h"
+#include "blade/landmarks/junctionproposal.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"

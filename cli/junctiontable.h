@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blade/junctionplacing.h"
+#include "blade/landmarks/junctionplacing.h"
 
 #include <string>
 #include <unordered_map>

@@ -1,11 +1,11 @@
 #include "cli/measures.h"
 
-#include "blade/leafanalysis.h"
+#include "blade/measures/leafanalysis.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
-#include "shell/projectconfig.h"
+#include "shell/project/projectconfig.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/itempainter.h"
 #include "interface/qimageconversion.h"
 #include "stack/stackslice.h"

@@ -4,7 +4,7 @@
 #include "cli/outputs.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
-#include "shell/projectfile.h"
+#include "shell/project/projectfile.h"
 #include "system/fileinfo.h"
 
 #include <QDir>

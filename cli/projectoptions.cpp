@@ -3,7 +3,7 @@
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/report.h"
-#include "shell/projectfile.h"
+#include "shell/project/projectfile.h"
 
 namespace {
 

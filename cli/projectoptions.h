@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/projectconfig.h"
+#include "shell/project/projectconfig.h"
 
 #include <QJsonObject>
 

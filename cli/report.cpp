@@ -1,6 +1,6 @@
 #include "cli/report.h"
 
-#include "blade/blademessages.h"
+#include "blade/process/blademessages.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #include "cli/runrecord.h"
 
-#include "blade/leafanalysis.h"
-#include "blade/measureunit.h"
+#include "blade/geometry/measureunit.h"
+#include "blade/measures/leafanalysis.h"
 #include "cli/failure.h"
 #include "interface/stackbuilder.h"
 #include "stack/stackslice.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/lengthunit.h"
+#include "image/values/lengthunit.h"
 #include "interface/lmxstack.h"
 
 #include <QJsonObject>

@@ -1,8 +1,8 @@
 #include "cli/stages.h"
 
-#include "blade/extractcontour.h"
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
+#include "blade/contour/extractcontour.h"
+#include "blade/landmarks/extractconvexpoints.h"
+#include "blade/landmarks/extractpeak.h"
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/report.h"

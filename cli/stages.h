@@ -1,9 +1,9 @@
 #pragma once
 
-#include "blade/backgroundvalue.h"
-#include "blade/methodextractpeaks.h"
-#include "blade/stagegates.h"
-#include "blade/venationtype.h"
+#include "blade/contour/backgroundvalue.h"
+#include "blade/landmarks/methodextractpeaks.h"
+#include "blade/process/stagegates.h"
+#include "blade/process/venationtype.h"
 #include "interface/lmxstack.h"
 
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "blade/exportshapes.h"
+#include "blade/measures/exportshapes.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"

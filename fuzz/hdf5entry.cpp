@@ -1,6 +1,6 @@
 #include "fuzz/entries.h"
-#include "image/image2.h"
-#include "image/imagereader.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image2.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #include "fuzz/entries.h"
-#include "image/image0.h"
-#include "image/image2.h"
-#include "image/imagereader.h"
-#include "image/imagesourcelsmstackplane.h"
-#include "image/imagesourcetiffstackplane.h"
-#include "image/voxelmatrix.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/image2.h"
+#include "image/pixels/voxelmatrix.h"
+#include "image/sources/imagesourcelsmstackplane.h"
+#include "image/sources/imagesourcetiffstackplane.h"
 #include "system/exception.h"
 
 #include <algorithm>

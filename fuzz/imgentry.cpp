@@ -1,7 +1,7 @@
 #include "fuzz/entries.h"
-#include "image/image0.h"
-#include "image/image2.h"
-#include "image/imagereader.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/image2.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,5 +1,5 @@
 #include "fuzz/entries.h"
-#include "shell/projectfile.h"
+#include "shell/project/projectfile.h"
 
 #include <cmath>
 

@@ -1,14 +1,14 @@
 // Writes the seeds of the fuzz entries, `fuzz_seeds FOLDER`: small files that hold something of
 // everything that the formats have, made by the writers of the system where these can make them.
 
-#include "image/image0.h"
-#include "image/image2.h"
-#include "image/imagesourcevoxelmatrixfileplane.h"
-#include "image/imagewriter.h"
-#include "image/voxelmatrix.h"
-#include "shape/quadmesh.h"
-#include "shape/trimesh.h"
-#include "shell/projectfile.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/image2.h"
+#include "image/pixels/voxelmatrix.h"
+#include "image/sources/imagesourcevoxelmatrixfileplane.h"
+#include "shape/meshes/quadmesh.h"
+#include "shape/meshes/trimesh.h"
+#include "shell/project/projectfile.h"
 #include "stack/stackwriter.h"
 #include "support/stacks.h"
 #include "support/tiffs.h"

@@ -1,5 +1,5 @@
 #include "fuzz/entries.h"
-#include "shape/shape.h"
+#include "shape/vertices/shape.h"
 
 #include <memory>
 #include <sstream>

@@ -1,5 +1,5 @@
 #include "fuzz/entries.h"
-#include "image/voxelmatrix.h"
+#include "image/pixels/voxelmatrix.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "host/startpage.h"
 #include "host/view/editactions.h"
 #include "host/view/sliceview.h"
-#include "shell/lmxstackplugininterface.h"
+#include "shell/plugin/lmxstackplugininterface.h"
 
 #include <QCloseEvent>
 #include <QDockWidget>

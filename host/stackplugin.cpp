@@ -1,6 +1,6 @@
 #include "host/stackplugin.h"
 
-#include "shell/lmxstackplugininterface.h"
+#include "shell/plugin/lmxstackplugininterface.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "host/editing/contourline.h"
 
-#include "shape/vertices.h"
+#include "shape/vertices/vertices.h"
 
 #include <algorithm>
 #include <cmath>

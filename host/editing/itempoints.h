@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shape/vertices.h"
+#include "shape/vertices/vertices.h"
 
 #include <QPoint>
 

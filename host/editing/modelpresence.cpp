@@ -1,6 +1,6 @@
 #include "host/editing/modelpresence.h"
 
-#include "blade/modelsmanager.h"
+#include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"

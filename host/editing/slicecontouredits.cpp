@@ -1,6 +1,6 @@
 // The edits that have to do with the contour: points that go onto it, and its own line.
 
-#include "blade/junctionplacing.h"
+#include "blade/landmarks/junctionplacing.h"
 #include "host/editing/contourline.h"
 #include "host/editing/editstep.h"
 #include "host/editing/itempoints.h"

@@ -1,6 +1,6 @@
 #include "host/panels/slicestatus.h"
 
-#include "blade/modelsmanager.h"
+#include "blade/process/modelsmanager.h"
 #include "interface/lmxstack.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"

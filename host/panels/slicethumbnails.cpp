@@ -1,6 +1,6 @@
 #include "host/panels/slicethumbnails.h"
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/lmxsliceinsertiondeletionaction.h"
 #include "interface/lmxslicepixmapcache.h"
 #include "interface/lmxstack.h"

@@ -1,9 +1,9 @@
 #include "host/results/averageshapes.h"
 
-#include "blade/modelsmanager.h"
+#include "blade/process/modelsmanager.h"
 #include "host/results/tablecolumn.h"
 #include "interface/lmxstack.h"
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"

@@ -1,6 +1,6 @@
 #include "host/results/averagespage.h"
 
-#include "blade/measureunit.h"
+#include "blade/geometry/measureunit.h"
 #include "host/results/averagesview.h"
 #include "interface/lmxstack.h"
 

@@ -1,10 +1,10 @@
 #include "host/results/measuretables.h"
 
-#include "blade/leafanalysis.h"
-#include "blade/measureunit.h"
+#include "blade/geometry/measureunit.h"
+#include "blade/measures/leafanalysis.h"
 #include "interface/lmxstack.h"
 #include "interface/stackbuilder.h"
-#include "shell/projectconfig.h"
+#include "shell/project/projectconfig.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"

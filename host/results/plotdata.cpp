@@ -1,6 +1,6 @@
 #include "host/results/plotdata.h"
 
-#include "blade/measureunit.h"
+#include "blade/geometry/measureunit.h"
 #include "system/exception.h"
 
 #include <QHash>

@@ -6,7 +6,7 @@
 #include "host/results/plotpage.h"
 #include "host/results/resulttableview.h"
 #include "interface/lmxstack.h"
-#include "shell/projectfile.h"
+#include "shell/project/projectfile.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 

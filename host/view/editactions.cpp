@@ -1,6 +1,6 @@
 #include "host/view/editactions.h"
 
-#include "blade/junctionproposal.h"
+#include "blade/landmarks/junctionproposal.h"
 #include "host/editing/sliceeditor.h"
 #include "host/view/sliceview.h"
 #include "interface/lmxstack.h"

@@ -1,7 +1,7 @@
 #include "host/view/pictureloader.h"
 
 #include "host/view/slicepicture.h"
-#include "image/imagesource.h"
+#include "image/sources/imagesource.h"
 #include "stack/slice.h"
 #include "system/exception.h"
 

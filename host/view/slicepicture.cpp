@@ -1,6 +1,6 @@
 #include "host/view/slicepicture.h"
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/qimageconversion.h"
 #include "stack/slice.h"
 #include "system/exception.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blade/junctionplacing.h"
+#include "blade/landmarks/junctionplacing.h"
 #include "host/editing/vertexplace.h"
 #include "host/view/pictureloader.h"
 #include "host/view/sliceviewport.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/imagecolorcontent.h"
+#include "image/values/imagecolorcontent.h"
 
 #include <QWidget>
 

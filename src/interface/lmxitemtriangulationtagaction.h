@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interface/lmxaction.h"
-#include "shape/curvestacktriangulationcontourtag.h"
+#include "shape/meshes/curvestacktriangulationcontourtag.h"
 
 /// Gives an item another triangulation tag. Told to the clients as an action, not as an event; the
 /// `reverted` flag is not kept.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interface/lmxaction.h"
-#include "shape/vertices.h"
+#include "shape/vertices/vertices.h"
 
 /// Gives an item other vertices. Applying and reverting are one exchange: the action holds the
 /// other state at any time. All vertices are selected afterwards.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 
 #include <QCache>
 #include <QString>

@@ -1,8 +1,8 @@
 #include "interface/photographimport.h"
 
-#include "image/image0.h"
-#include "image/imagereader.h"
-#include "image/imagewriter.h"
+#include "image/files/imagereader.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 #include "interface/qimageconversion.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"

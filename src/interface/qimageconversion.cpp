@@ -1,7 +1,7 @@
 #include "interface/qimageconversion.h"
 
-#include "image/colormap.h"
-#include "image/image0.h"
+#include "image/pixels/image0.h"
+#include "image/values/colormap.h"
 
 #include <QImage>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "stack/modelitem.h"
 
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "stack/model.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"

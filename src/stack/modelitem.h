@@ -1,9 +1,9 @@
 #pragma once
 
-#include "image/rleitemset0.h"
-#include "shape/boundingbox.h"
-#include "shape/curvestacktriangulationcontourtag.h"
-#include "shape/vertices.h"
+#include "image/regions/rleitemset0.h"
+#include "shape/meshes/curvestacktriangulationcontourtag.h"
+#include "shape/vertices/boundingbox.h"
+#include "shape/vertices/vertices.h"
 #include "stack/modelitemproperties.h"
 #include "stack/modelitemselection.h"
 #include "stack/modelproperties.h"

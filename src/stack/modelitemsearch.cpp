@@ -1,6 +1,6 @@
 // The tests of an item against points: near which vertex, near which segment, inside or outside.
 
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 

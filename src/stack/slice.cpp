@@ -1,9 +1,9 @@
 #include "stack/slice.h"
 
-#include "image/image0.h"
-#include "image/imagereader.h"
-#include "image/imagesource.h"
-#include "image/resizexform.h"
+#include "image/files/imagereader.h"
+#include "image/filters/resizexform.h"
+#include "image/pixels/image0.h"
+#include "image/sources/imagesource.h"
 #include "system/exception.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/pixelcalibration.h"
-#include "shape/boundingbox.h"
+#include "image/values/pixelcalibration.h"
+#include "shape/vertices/boundingbox.h"
 
 #include <memory>
 #include <string>

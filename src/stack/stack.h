@@ -1,9 +1,9 @@
 #pragma once
 
-#include "image/imagecolorcontent.h"
-#include "image/lengthunit.h"
-#include "image/pixelcalibration.h"
-#include "image/voxelmatrix.h"
+#include "image/pixels/voxelmatrix.h"
+#include "image/values/imagecolorcontent.h"
+#include "image/values/lengthunit.h"
+#include "image/values/pixelcalibration.h"
 #include "stack/modelproperties.h"
 #include "stack/poseowner.h"
 

@@ -1,6 +1,6 @@
 #include "stack/stackfileparser.h"
 
-#include "shape/vertices.h"
+#include "shape/vertices/vertices.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/pose.h"

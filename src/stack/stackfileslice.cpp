@@ -1,8 +1,8 @@
 #include "stack/stackfileslice.h"
 
-#include "image/imagesourcefile.h"
-#include "image/imagesourcetiffstackplane.h"
-#include "image/imagesourcevoxelmatrixfileplane.h"
+#include "image/sources/imagesourcefile.h"
+#include "image/sources/imagesourcetiffstackplane.h"
+#include "image/sources/imagesourcevoxelmatrixfileplane.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"

@@ -1,7 +1,7 @@
 #include "stack/stackfilestatements.h"
 
-#include "image/rleitemset0.h"
-#include "shape/vertices.h"
+#include "image/regions/rleitemset0.h"
+#include "shape/vertices/vertices.h"
 #include "stack/modelitemproperties.h"
 #include "stack/modelproperties.h"
 #include "stack/pose.h"

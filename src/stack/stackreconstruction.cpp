@@ -1,7 +1,7 @@
 #include "stack/stackreconstruction.h"
 
-#include "image/imagesource.h"
-#include "shape/curvestack.h"
+#include "image/sources/imagesource.h"
+#include "shape/curves/curvestack.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stack.h"

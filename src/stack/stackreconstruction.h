@@ -2,7 +2,7 @@
 
 #include "numerics/matrix.h"
 #include "numerics/vector.h"
-#include "shape/curvestacktriangulationcontourtag.h"
+#include "shape/meshes/curvestacktriangulationcontourtag.h"
 
 #include <vector>
 

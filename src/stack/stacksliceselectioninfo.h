@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shape/curvestacktriangulationcontourtag.h"
+#include "shape/meshes/curvestacktriangulationcontourtag.h"
 #include "stack/modelproperties.h"
 
 class StackSlice;

@@ -1,7 +1,7 @@
 #include "stack/stacktovolume.h"
 
-#include "image/image0.h"
-#include "image/voxelmatrix.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/voxelmatrix.h"
 #include "stack/stack.h"
 #include "stack/stackslice.h"
 

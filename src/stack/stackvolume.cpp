@@ -1,8 +1,8 @@
 // What the stack does with the pixels of its slices.
 
-#include "image/image0.h"
-#include "image/imagereader.h"
-#include "image/imagesource.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image0.h"
+#include "image/sources/imagesource.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stack.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/imagesourcefilemosaic.h"
+#include "image/sources/imagesourcefilemosaic.h"
 
 #include <map>
 #include <string>

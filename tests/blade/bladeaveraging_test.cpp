@@ -1,5 +1,5 @@
-#include "blade/bladeaveraging.h"
-#include "blade/bladesymmetrization.h"
+#include "blade/averages/bladeaveraging.h"
+#include "blade/geometry/bladesymmetrization.h"
 #include "support/temporaryfolder.h"
 #include "system/dataset.h"
 #include "system/exception.h"

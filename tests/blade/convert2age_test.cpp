@@ -1,4 +1,4 @@
-#include "blade/convert2age.h"
+#include "blade/geometry/convert2age.h"
 
 #include <gtest/gtest.h>
 

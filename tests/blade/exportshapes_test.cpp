@@ -1,4 +1,4 @@
-#include "blade/exportshapes.h"
+#include "blade/measures/exportshapes.h"
 #include "numerics/squarematrix.h"
 #include "support/stages.h"
 #include "support/temporaryfolder.h"

@@ -1,4 +1,4 @@
-#include "shape/edge.h"
+#include "shape/vertices/edge.h"
 #include "support/errors.h"
 #include "support/stages.h"
 #include "support/vectors.h"

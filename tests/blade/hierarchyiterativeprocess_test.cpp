@@ -1,4 +1,4 @@
-#include "blade/hierarchyiterativeprocess.h"
+#include "blade/hierarchy/hierarchyiterativeprocess.h"
 #include "support/labelledleaf.h"
 #include "support/vectors.h"
 

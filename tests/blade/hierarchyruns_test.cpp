@@ -1,8 +1,8 @@
 // The choices of a hierarchy, one after the other on the same leaves.
 
-#include "blade/hierarchyarabidoprocess.h"
-#include "blade/hierarchyiterativeprocess.h"
-#include "blade/nohierarchyprocess.h"
+#include "blade/hierarchy/hierarchyarabidoprocess.h"
+#include "blade/hierarchy/hierarchyiterativeprocess.h"
+#include "blade/hierarchy/nohierarchyprocess.h"
 #include "support/labelledleaf.h"
 #include "support/stages.h"
 

@@ -1,4 +1,4 @@
-#include "blade/junctionproposal.h"
+#include "blade/landmarks/junctionproposal.h"
 #include "samples/leafoutline.h"
 #include "support/curves.h"
 

@@ -1,4 +1,4 @@
-#include "blade/leafanalysis.h"
+#include "blade/measures/leafanalysis.h"
 #include "support/stages.h"
 #include "support/temporaryfolder.h"
 #include "support/vectors.h"

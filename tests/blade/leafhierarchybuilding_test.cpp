@@ -1,4 +1,4 @@
-#include "blade/leafhierarchybuilding.h"
+#include "blade/hierarchy/leafhierarchybuilding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "blade/lpetransform.h"
+#include "blade/contour/lpetransform.h"
 #include "system/exception.h"
 
 #include <queue>

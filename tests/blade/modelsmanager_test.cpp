@@ -1,4 +1,4 @@
-#include "blade/modelsmanager.h"
+#include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"
 #include "support/leaf.h"
 #include "support/vectors.h"

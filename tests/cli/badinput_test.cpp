@@ -1,7 +1,7 @@
 #include "cli/commandrunner.h"
 #include "cli/leaffolder.h"
-#include "image/image0.h"
-#include "image/imagewriter.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 #include "support/tiffs.h"
 
 #include <QImage>

@@ -1,7 +1,7 @@
 #include "cli/commandrunner.h"
 #include "cli/leaffolder.h"
-#include "image/image0.h"
-#include "image/imagereader.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image0.h"
 #include "interface/qimageconversion.h"
 
 #include <QImage>

@@ -1,8 +1,8 @@
 #include "cli/leaffolder.h"
 
 #include "cli/commandrunner.h"
-#include "image/image0.h"
-#include "image/imagewriter.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "cli/commandrunner.h"
 #include "cli/leaffolder.h"
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include "host/document/documentfiles.h"
 #include "host/document/lmxrootmediator.h"
-#include "image/image0.h"
-#include "image/imagewriter.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
 #include "stack/stackwriter.h"

@@ -1,5 +1,5 @@
-#include "blade/averagingprocess.h"
-#include "blade/blademessages.h"
+#include "blade/averages/averagingprocess.h"
+#include "blade/process/blademessages.h"
 #include "host/deskapplication.h"
 #include "host/deskwindow.h"
 #include "host/document/lmxrootmediator.h"

@@ -1,5 +1,5 @@
-#include "image/pixelcalibration.h"
-#include "image/voxelcalibration.h"
+#include "image/values/pixelcalibration.h"
+#include "image/values/voxelcalibration.h"
 #include "support/errors.h"
 #include "support/images.h"
 

@@ -1,4 +1,4 @@
-#include "image/colormap.h"
+#include "image/values/colormap.h"
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 

@@ -1,4 +1,4 @@
-#include "image/componentlabelling0.h"
+#include "image/regions/componentlabelling0.h"
 #include "support/errors.h"
 #include "support/images.h"
 

@@ -1,5 +1,5 @@
-#include "image/imageerrors.h"
-#include "shape/boundingbox.h"
+#include "image/values/imageerrors.h"
+#include "shape/vertices/boundingbox.h"
 #include "support/errors.h"
 #include "support/images.h"
 

@@ -1,9 +1,9 @@
 // TIFF files: what is written comes back, what can't be used is refused by name, damage is told.
 
-#include "image/image2.h"
-#include "image/imagereader.h"
-#include "image/imagewriter.h"
-#include "image/tifffile.h"
+#include "image/files/imagereader.h"
+#include "image/files/imagewriter.h"
+#include "image/files/tifffile.h"
+#include "image/pixels/image2.h"
 #include "support/errors.h"
 #include "support/filesizelimit.h"
 #include "support/images.h"

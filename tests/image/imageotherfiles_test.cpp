@@ -1,8 +1,8 @@
 // Microscope files (LSM), HDF5 and raw images.
 
-#include "image/image2.h"
-#include "image/imagereader.h"
-#include "image/imagesourcelsmstackplane.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image2.h"
+#include "image/sources/imagesourcelsmstackplane.h"
 #include "support/errors.h"
 #include "support/images.h"
 #include "support/temporaryfolder.h"

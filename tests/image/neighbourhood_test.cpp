@@ -1,6 +1,6 @@
-#include "image/axialneighbourhooditerator.h"
-#include "image/image2.h"
-#include "image/neighbourhood.h"
+#include "image/pixels/axialneighbourhooditerator.h"
+#include "image/pixels/image2.h"
+#include "image/pixels/neighbourhood.h"
 #include "support/errors.h"
 #include "support/vectors.h"
 

@@ -1,4 +1,4 @@
-#include "image/imageerrors.h"
+#include "image/values/imageerrors.h"
 #include "support/errors.h"
 #include "support/images.h"
 #include "system/randomgenerator.h"

@@ -1,7 +1,7 @@
-#include "image/neighbourhood.h"
-#include "image/rleitemset0.h"
-#include "shape/boundingbox.h"
-#include "shape/vertices.h"
+#include "image/pixels/neighbourhood.h"
+#include "image/regions/rleitemset0.h"
+#include "shape/vertices/boundingbox.h"
+#include "shape/vertices/vertices.h"
 #include "support/errors.h"
 #include "support/images.h"
 

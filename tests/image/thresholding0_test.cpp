@@ -1,5 +1,5 @@
-#include "image/otsuthresholding0.h"
-#include "shape/curve.h"
+#include "image/regions/otsuthresholding0.h"
+#include "shape/curves/curve.h"
 #include "support/errors.h"
 #include "support/images.h"
 #include "support/listener.h"

@@ -1,4 +1,4 @@
-#include "image/image2.h"
+#include "image/pixels/image2.h"
 #include "support/errors.h"
 #include "support/images.h"
 #include "support/temporaryfolder.h"

@@ -1,4 +1,4 @@
-#include "image/imagesourcefile.h"
+#include "image/sources/imagesourcefile.h"
 #include "interface/lmxactionhistory.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"

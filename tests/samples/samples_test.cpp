@@ -1,4 +1,4 @@
-#include "blade/extractcontour.h"
+#include "blade/contour/extractcontour.h"
 #include "samples/canvas.h"
 #include "samples/labelcomparison.h"
 #include "samples/leafoutline.h"

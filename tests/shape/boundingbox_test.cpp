@@ -1,5 +1,5 @@
-#include "shape/boundingbox.h"
-#include "shape/quadmesh.h"
+#include "shape/meshes/quadmesh.h"
+#include "shape/vertices/boundingbox.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,4 +1,4 @@
-#include "shape/edge.h"
+#include "shape/vertices/edge.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

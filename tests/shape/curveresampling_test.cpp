@@ -1,4 +1,4 @@
-#include "shape/curveresampling.h"
+#include "shape/curves/curveresampling.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,4 +1,4 @@
-#include "shape/fourierdescriptors.h"
+#include "shape/curves/fourierdescriptors.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,4 +1,4 @@
-#include "shape/kdtree.h"
+#include "shape/vertices/kdtree.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,6 +1,6 @@
-#include "image/colormap.h"
-#include "shape/quadmesh.h"
-#include "shape/shapeset.h"
+#include "image/values/colormap.h"
+#include "shape/meshes/quadmesh.h"
+#include "shape/registration/shapeset.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,4 +1,4 @@
-#include "shape/quickhull.h"
+#include "shape/curves/quickhull.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

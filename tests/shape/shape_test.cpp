@@ -1,5 +1,5 @@
 #include "numerics/squarematrix.h"
-#include "shape/shape.h"
+#include "shape/vertices/shape.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,7 +1,7 @@
 // The text files of all shapes.
 
-#include "shape/quadmesh.h"
-#include "shape/trimesh.h"
+#include "shape/meshes/quadmesh.h"
+#include "shape/meshes/trimesh.h"
 #include "support/commalocale.h"
 #include "support/curves.h"
 #include "support/errors.h"

@@ -1,5 +1,5 @@
-#include "shape/vertexclient.h"
-#include "shape/vertexserver.h"
+#include "shape/vertices/vertexclient.h"
+#include "shape/vertices/vertexserver.h"
 #include "support/errors.h"
 #include "support/vectors.h"
 

@@ -1,6 +1,6 @@
-#include "shape/curvestack.h"
-#include "shape/kdtree.h"
-#include "shape/vertexstack.h"
+#include "shape/curves/curvestack.h"
+#include "shape/vertices/kdtree.h"
+#include "shape/vertices/vertexstack.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

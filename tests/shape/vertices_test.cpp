@@ -1,5 +1,5 @@
-#include "shape/edge.h"
-#include "shape/vertices.h"
+#include "shape/vertices/edge.h"
+#include "shape/vertices/vertices.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

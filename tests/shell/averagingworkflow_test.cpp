@@ -1,6 +1,6 @@
 // Average shapes from the window that the plug-in opens, by clicks, against those of the command.
 
-#include "image/imagesourcefile.h"
+#include "image/sources/imagesourcefile.h"
 #include "interface/lmxstack.h"
 #include "shell/pluginwindow.h"
 #include "stack/stackslice.h"

@@ -1,15 +1,15 @@
 // The guide against the program that it explains.
 
 #include "guide/guidemarkdown.h"
-#include "shell/averagingconfigpage.h"
-#include "shell/exportshapesconfigeditor.h"
-#include "shell/extractcontourconfigeditor.h"
-#include "shell/extractpeaksconfigeditor.h"
-#include "shell/extractsinusconfigeditor.h"
-#include "shell/helpbrowser.h"
-#include "shell/hierarchyconfigeditor.h"
-#include "shell/leafmeasuresconfigeditor.h"
-#include "shell/projectloaderconfigpage.h"
+#include "shell/pages/averagingconfigpage.h"
+#include "shell/pages/exportshapesconfigeditor.h"
+#include "shell/pages/extractcontourconfigeditor.h"
+#include "shell/pages/extractpeaksconfigeditor.h"
+#include "shell/pages/extractsinusconfigeditor.h"
+#include "shell/pages/hierarchyconfigeditor.h"
+#include "shell/pages/leafmeasuresconfigeditor.h"
+#include "shell/project/projectloaderconfigpage.h"
+#include "shell/widgets/helpbrowser.h"
 #include "support/widgets.h"
 
 #include <QDirIterator>

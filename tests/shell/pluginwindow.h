@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/stackplugin.h"
-#include "shell/lmxstackplugininterface.h"
+#include "shell/plugin/lmxstackplugininterface.h"
 #include "support/widgets.h"
 
 #include <QListWidget>

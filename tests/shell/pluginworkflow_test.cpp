@@ -1,9 +1,9 @@
 // The workflow in the window that the plug-in opens, by clicks.
 
-#include "blade/junctionplacing.h"
+#include "blade/landmarks/junctionplacing.h"
 #include "host/document/documentfiles.h"
-#include "image/image0.h"
-#include "image/imagewriter.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 #include "interface/lmxstack.h"
 #include "shell/pluginwindow.h"
 #include "stack/model.h"

@@ -1,4 +1,4 @@
-#include "shell/projectfile.h"
+#include "shell/project/projectfile.h"
 #include "support/temporaryfolder.h"
 
 #include <QLocale>

@@ -1,4 +1,4 @@
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "support/errors.h"
 #include "support/stacks.h"
 #include "support/vectors.h"

@@ -1,4 +1,4 @@
-#include "shape/curvestack.h"
+#include "shape/curves/curvestack.h"
 #include "stack/calibrationcurve.h"
 #include "stack/stackreconstruction.h"
 #include "stack/standardimage.h"

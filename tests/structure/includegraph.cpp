@@ -103,7 +103,7 @@ void IncludeGraph::resolve()
 
 std::string IncludeGraph::layerOf(const std::string& file)
 {
-    if (file == "image/colormap.h" || file == "image/colormap.cpp") {
+    if (file == "image/values/colormap.h" || file == "image/values/colormap.cpp") {
         return "colormap";
     }
     // The folders of the desk are layers of their own.

@@ -17,7 +17,7 @@ struct LayerRule
 using LayerTable = std::map<std::string, LayerRule>;
 
 /// The #include lines of a source tree. Files are named from the root of the project, with "src/"
-/// left out: `shape/curve.h`, `host/main.cpp`.
+/// left out: `shape/curves/curve.h`, `host/main.cpp`.
 class IncludeGraph
 {
 public:

@@ -111,19 +111,20 @@ TEST(IncludeGraph, TheTableHasNoCycleButInTheFoundation)
 TEST(IncludeGraph, FindsArrowsAgainstTheTable)
 {
     Tree tree;
-    tree.add("src/shape/curve.h",
-             "#include \"image/colormap.h\"\n #  include \"image/image0.h\"\n");
-    tree.add("src/image/colormap.h", "#include \"shape/curve.h\"\n#include <vector>\n");
-    tree.add("src/image/image0.h", "// #include \"shell/window.h\"\n#include <tiffio.h>\n");
+    tree.add("src/shape/curves/curve.h",
+             "#include \"image/values/colormap.h\"\n #  include \"image/pixels/image0.h\"\n");
+    tree.add("src/image/values/colormap.h",
+             "#include \"shape/curves/curve.h\"\n#include <vector>\n");
+    tree.add("src/image/pixels/image0.h", "// #include \"shell/window.h\"\n#include <tiffio.h>\n");
     tree.add("src/stack/stack.cpp", "#include <QString>\n#include \"stack.h\"\n");
     tree.add("src/other/a.h", "");
-    tree.add("samples/leaf.cpp", "#include \"leaf.h\"\n#include \"shape/curve.h\"\n");
+    tree.add("samples/leaf.cpp", "#include \"leaf.h\"\n#include \"shape/curves/curve.h\"\n");
     tree.add("samples/leaf.h", "#include <tiffio.h>\n");
     EXPECT_EQ(lines(tree.graph().forbiddenIncludes(allowedIncludes())),
-              "image/colormap.h includes \"shape/curve.h\"\n"
+              "image/values/colormap.h includes \"shape/curves/curve.h\"\n"
               "other/a.h: the folder is not in the table\n"
-              "samples/leaf.cpp includes \"shape/curve.h\"\n"
-              "shape/curve.h includes \"image/image0.h\"\n"
+              "samples/leaf.cpp includes \"shape/curves/curve.h\"\n"
+              "shape/curves/curve.h includes \"image/pixels/image0.h\"\n"
               "stack/stack.cpp includes <QString>\n"
               "stack/stack.cpp includes \"stack.h\", which is no file\n");
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "support/vectors.h"
 
 #include <cmath>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "image/image0.h"
-#include "image/lengthunit.h"
-#include "image/spatialcalibration.h"
-#include "image/voxelmatrix.h"
+#include "image/pixels/image0.h"
+#include "image/pixels/voxelmatrix.h"
+#include "image/values/lengthunit.h"
+#include "image/values/spatialcalibration.h"
 #include "support/vectors.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "support/leaf.h"
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 
 #include <algorithm>
 #include <cmath>

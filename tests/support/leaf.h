@@ -1,7 +1,7 @@
 #pragma once
 
-#include "blade/modelsmanager.h"
-#include "image/pixelmatrix.h"
+#include "blade/process/modelsmanager.h"
+#include "image/pixels/pixelmatrix.h"
 #include "interface/lmxstack.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shape/quadmesh.h"
-#include "shape/trimesh.h"
+#include "shape/meshes/quadmesh.h"
+#include "shape/meshes/trimesh.h"
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "image/image0.h"
-#include "image/imagesourcefile.h"
-#include "image/imagewriter.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
+#include "image/sources/imagesourcefile.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/pose.h"

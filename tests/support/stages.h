@@ -1,8 +1,8 @@
 #pragma once
 
-#include "blade/blademessages.h"
-#include "blade/extractconvexpoints.h"
-#include "blade/extractpeak.h"
+#include "blade/landmarks/extractconvexpoints.h"
+#include "blade/landmarks/extractpeak.h"
+#include "blade/process/blademessages.h"
 #include "support/leaf.h"
 
 /// Runs of the stages, without a window.

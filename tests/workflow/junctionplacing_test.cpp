@@ -1,4 +1,4 @@
-#include "blade/junctionplacing.h"
+#include "blade/landmarks/junctionplacing.h"
 #include "support/leaf.h"
 
 #include <gtest/gtest.h>

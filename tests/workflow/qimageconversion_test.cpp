@@ -1,4 +1,4 @@
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/qimageconversion.h"
 
 #include <QImage>

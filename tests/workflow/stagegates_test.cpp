@@ -1,4 +1,4 @@
-#include "blade/stagegates.h"
+#include "blade/process/stagegates.h"
 #include "support/leaf.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "guide/leafview.h"
 
-#include "image/image0.h"
+#include "image/pixels/image0.h"
 #include "interface/itempainter.h"
 #include "interface/lmxstack.h"
 #include "interface/qimageconversion.h"

@@ -3,7 +3,7 @@
 #include "guide/drawing.h"
 #include "guide/figures.h"
 #include "guide/leafview.h"
-#include "shape/curve.h"
+#include "shape/curves/curve.h"
 #include "system/exception.h"
 
 #include <QDir>

@@ -4,12 +4,12 @@
 #include "guide/figures.h"
 #include "guide/leafview.h"
 #include "interface/lmxstack.h"
-#include "shell/crenarawindow.h"
-#include "shell/helpbrowser.h"
-#include "shell/newprojectdialog.h"
-#include "shell/piechart.h"
-#include "shell/projectconfig.h"
-#include "shell/stagepage.h"
+#include "shell/project/newprojectdialog.h"
+#include "shell/project/projectconfig.h"
+#include "shell/widgets/helpbrowser.h"
+#include "shell/widgets/piechart.h"
+#include "shell/widgets/stagepage.h"
+#include "shell/window/crenarawindow.h"
 
 #include <QApplication>
 #include <QDir>

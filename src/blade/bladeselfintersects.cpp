@@ -1,6 +1,0 @@
-#include "blade/bladeselfintersects.h"
-
-bool BladeSelfIntersects::process(const Curve<float>& curve) const
-{
-    return curve.selfIntersects(0, 1);
-}

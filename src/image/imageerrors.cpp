@@ -1,9 +1,0 @@
-#include "image/imageerrors.h"
-
-ColormapError::ColormapError()
-    : Exception("Colormap error")
-{}
-
-DepthError::DepthError()
-    : Exception("Image depth error")
-{}
