@@ -1,7 +1,7 @@
+#include "image/filters/matrixresize.h"
 #include "image/filters/resizexform.h"
 #include "image/pixels/image2.h"
 #include "image/pixels/imagearithmetic.h"
-#include "image/pixels/matrixresize.h"
 #include "numerics/scalar.h"
 #include "support/errors.h"
 #include "support/images.h"

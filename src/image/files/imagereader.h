@@ -90,6 +90,9 @@ protected:
     /// chain of directories is broken.
     int readTiffNumPlanes(TIFF* tif);
     void readTiffPixels(Image0& image, TIFF* tif);
+
+    /// A page of the file, which must have size and depth of `header`; the image gets its colormap.
+    void readTiffPage(Image0& image, const std::string& path, int page, const ImageHeader& header);
     void readTiffData(Image2& image, TIFF* tif);
     void readTiffImage(Image2& image, const std::string& path, bool load);
 
@@ -100,6 +103,14 @@ protected:
 
     /// `frame` is the sample of the directory that holds the channel.
     void readLSMPixels(Image0& image, TIFF* tif, int frame);
+
+    /// The channel `frame` of a directory of the file, as an image of size, depth and colormap of
+    /// `header`.
+    void readLSMPage(Image0& image,
+                     const std::string& path,
+                     int directory,
+                     int frame,
+                     const ImageHeader& header);
     void readLSMData(Image2& image, TIFF* tif);
     void readLSMImage(Image2& image, const std::string& path, bool load);
 
@@ -114,6 +125,8 @@ protected:
     void readHDF5Image(Image2& image, const std::string& path, bool load);
 
 private:
+    /// Gives the image size, depth and colormap of the header.
+    static void initAs(Image0& image, const ImageHeader& header);
     void sendHDF5(const ChildReader::Sender& sender, const std::string& path, bool load);
     void readRows(Image0& image, TIFF* tif, int sample, const char* where);
     void setReadGeometry(Image2& image,

@@ -1,5 +1,5 @@
-// HDF5: one dataset of two or three dimensions. The library crashes, hangs or takes any amount of
-// memory on some damaged files, so that a child process calls it.
+// Part of `ImageReader`: HDF5, one dataset of two or three dimensions. The library crashes, hangs
+// or takes any amount of memory on some damaged files, so that a child process calls it.
 
 #include "image/files/childreader.h"
 #include "image/files/imagereader.h"

@@ -1,11 +1,11 @@
-// The microscope's TIFF variant: an image and a thumbnail for each plane, the channels as samples.
+// Part of `ImageReader`: the microscope's TIFF variant, with an image and a thumbnail for each
+// plane and the channels as samples.
 
 #include "image/files/imagereader.h"
 #include "image/files/lsminfo.h"
 #include "image/files/tifffile.h"
 #include "image/pixels/image0.h"
 #include "image/pixels/image2.h"
-#include "image/sources/imagesourcelsmstackplane.h"
 
 #include <cmath>
 #include <iostream>
@@ -159,26 +159,22 @@ void ImageReader::readLSMPixels(Image0& image, TIFF* tif, int frame)
     readRows(image, tif, frame, where);
 }
 
-void ImageReader::read(Image0& image, const ImageSourceLSMStackPlane& source)
+void ImageReader::readLSMPage(
+    Image0& image, const std::string& path, int directory, int frame, const ImageHeader& header)
 {
     const char* const where = "void ImageReader::read(Image0&, const ImageSourceLSMStackPlane&)";
-    const std::string& path = source.getLsmStackFilename();
     const TiffFile file(path, "r");
     TIFF* const tif = TiffFile::require(file, where, path);
-    setTiffDirectory(tif, source.getPlane(), where);
+    setTiffDirectory(tif, directory, where);
     tiffcheck::readableLayout(tif, where);
-    if (tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) < source.getSize1()) {
+    if (tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) < header.getHeight()) {
         refuse(tif, where, "The page is smaller than the image");
     }
     tiffcheck::rowLength(
-        tif, std::uint64_t(source.getSize2()) * std::uint64_t(source.getDepth() / 8), where);
-    tiffcheck::dataFits(tif, std::uint64_t(source.getSize1()) * TIFFScanlineSize64(tif), where);
-    image.init(source.getSize2(), source.getSize1(), source.getDepth());
-    image.setGrayscale(0);
-    if (source.getColormap() != nullptr) {
-        image.setColormap(*source.getColormap());
-    }
-    readLSMPixels(image, tif, source.getFrame());
+        tif, std::uint64_t(header.getWidth()) * std::uint64_t(header.getDepth() / 8), where);
+    tiffcheck::dataFits(tif, std::uint64_t(header.getHeight()) * TIFFScanlineSize64(tif), where);
+    initAs(image, header);
+    readLSMPixels(image, tif, frame);
 }
 
 void ImageReader::readLSMImage(Image2& image, const std::string& path, bool load)

@@ -1,11 +1,10 @@
-// TIFF and BigTIFF with the description conventions of ImageJ.
+// Part of `ImageReader`: TIFF and BigTIFF with the description conventions of ImageJ.
 
 #include "image/files/imagereader.h"
 #include "image/files/tiffdescription.h"
 #include "image/files/tifffile.h"
 #include "image/pixels/image0.h"
 #include "image/pixels/image2.h"
-#include "image/sources/imagesourcetiffstackplane.h"
 
 #include <cmath>
 
@@ -318,26 +317,24 @@ void ImageReader::readRows(Image0& image, TIFF* tif, int sample, const char* whe
     }
 }
 
-void ImageReader::read(Image0& image, const ImageSourceTiffStackPlane& source)
+void ImageReader::readTiffPage(Image0& image,
+                               const std::string& path,
+                               int page,
+                               const ImageHeader& header)
 {
     const char* const where = "void ImageReader::read(Image0&, const ImageSourceTiffStackPlane&)";
-    const std::string& path = source.getTiffStackFilename();
     notifyStarted("");
     const TiffFile file(path, "r");
     TIFF* const tif = TiffFile::require(file, where, path);
-    setTiffDirectory(tif, source.getPlane(), where);
+    setTiffDirectory(tif, page, where);
     tiffcheck::readableLayout(tif, where);
-    if (supportedDepth(tif) != source.getDepth() ||
-        tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) != source.getSize1() ||
-        tiffcheck::dimension(tif, TIFFTAG_IMAGEWIDTH, where) != source.getSize2()) {
+    if (supportedDepth(tif) != header.getDepth() ||
+        tiffcheck::dimension(tif, TIFFTAG_IMAGELENGTH, where) != header.getHeight() ||
+        tiffcheck::dimension(tif, TIFFTAG_IMAGEWIDTH, where) != header.getWidth()) {
         refuse(tif, where, "pages of different size or depth");
     }
-    tiffcheck::dataFits(tif, std::uint64_t(source.getSize1()) * TIFFScanlineSize64(tif), where);
-    image.init(source.getSize2(), source.getSize1(), source.getDepth());
-    image.setGrayscale(0);
-    if (source.getColormap() != nullptr) {
-        image.setColormap(*source.getColormap());
-    }
+    tiffcheck::dataFits(tif, std::uint64_t(header.getHeight()) * TIFFScanlineSize64(tif), where);
+    initAs(image, header);
     readTiffPixels(image, tif);
     if (!isCanceled()) {
         notifyFinished("");

@@ -1,8 +1,9 @@
+// Part of `VoxelMatrix`: its files, and its planes as pages of a TIFF file.
+
 #include "image/files/imagereader.h"
 #include "image/files/tifffile.h"
 #include "image/pixels/image0.h"
 #include "image/pixels/voxelmatrix.h"
-#include "image/sources/imagesourcetiffstackplane.h"
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
 
@@ -90,17 +91,6 @@ bool fits(int a, int b, int c, std::size_t size, std::uint64_t available)
         room /= static_cast<std::uint64_t>(std::max(factor, 1));
     }
     return room >= 1;
-}
-
-/// Holds the pages of a TIFF, which may share their pixels, against the length of the file.
-void requireVolume(const std::string& path, const Image0& page, int pages)
-{
-    const char* const where = "void VoxelMatrix<T>::load(const string&)";
-    const TiffFile file(path, "r");
-    tiffcheck::dataFits(TiffFile::require(file, where, path),
-                        std::uint64_t(page.getHeight()) * page.bytesPerLine() *
-                            static_cast<std::uint64_t>(pages),
-                        where);
 }
 
 /// A replacement for the file, whose failure to open has a message of its own.
@@ -280,39 +270,6 @@ void VoxelMatrix<T>::readRows(std::ifstream& stream, const std::string& path, co
 }
 
 template <class T>
-void VoxelMatrix<T>::readTiff(const std::string& path, bool withElements)
-{
-    ImageSourceTiffStackPlane source;
-    source.setTiffStackFilename(path);
-    const PixelCalibration& pixel = source.getPixelCalibration();
-    LengthUnit unit;
-    unit.setScale(pixel.getLengthUnit().getScale());
-    calibration.setLengthUnit(unit);
-    calibration.setVoxelHeight(pixel.getPixelWidth());
-    calibration.setVoxelWidth(pixel.getPixelHeight());
-    calibration.setVoxelDepth(source.getVoxelSizeZ());
-    const int pages = source.getNumImages();
-    if (!withElements) {
-        takeSizes(source.getSize1(), source.getSize2(), pages, false);
-        return;
-    }
-    for (int k = 0; k < pages; ++k) {
-        Image0 image;
-        source.setPlane(k);
-        ImageReader().read(image, source);
-        if (k == 0) {
-            requireVolume(path, image, pages);
-            setSize(image.getHeight(), image.getWidth(), pages);
-        }
-        if (image.getHeight() != size1 || image.getWidth() != size2) {
-            raiseFile<FileFormatError>("void VoxelMatrix<T>::load(const string&)",
-                                       "The pages have different sizes", path);
-        }
-        (*this)[k].convertFromImage(image);
-    }
-}
-
-template <class T>
 std::string VoxelMatrix<T>::tiffDescription() const
 {
     const LengthUnit& unit = calibration.getLengthUnit();
@@ -383,7 +340,6 @@ void VoxelMatrix<T>::writeTiffPage(tiff* tif,
     template void VoxelMatrix<T>::load(const std::string&);                                        \
     template void VoxelMatrix<T>::loadHeader(const std::string&);                                  \
     template void VoxelMatrix<T>::read(const std::string&, bool, const char*);                     \
-    template void VoxelMatrix<T>::readTiff(const std::string&, bool);                              \
     template VoxelMatrix<T>::Header VoxelMatrix<T>::readHeader(std::ifstream&, const std::string&, \
                                                                const char*) const;                 \
     template void VoxelMatrix<T>::readRows(std::ifstream&, const std::string&, const char*);       \

@@ -1,7 +1,7 @@
 #include "image/filters/resizexform.h"
 
+#include "image/filters/matrixresize.h"
 #include "image/pixels/image0.h"
-#include "image/pixels/matrixresize.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,5 @@
 #include "image/pixels/image0.h"
 
-#include "image/files/imagereader.h"
-#include "image/files/imagewriter.h"
 #include "image/values/imageerrors.h"
 #include "image/values/pixelmemory.h"
 #include "shape/vertices/boundingbox.h"
@@ -222,16 +220,6 @@ void Image0::paste(const Image0& source, int x, int y)
     for (int i = 0; i < source.getHeight(); ++i) {
         std::memmove(rows_[y + i] + offset, source.rows_[i], source.bytesPerLine());
     }
-}
-
-void Image0::readFile(const std::string& name, const std::string& directory)
-{
-    ImageReader().read(*this, directory + name);
-}
-
-void Image0::writeFile(const std::string& name, const std::string& directory, bool overwrite) const
-{
-    ImageWriter().write(*this, directory.empty() ? name : directory + "/" + name, overwrite);
 }
 
 void Image0::print(const std::string& title, bool showData) const

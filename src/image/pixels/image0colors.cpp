@@ -1,4 +1,4 @@
-// The colours of a plane: colormap, content, conversions between depths, single samples.
+// Part of `Image0`: colours: colormap, content, conversions between depths, single samples.
 
 #include "image/pixels/image0.h"
 #include "image/pixels/pixelmatrix.h"

@@ -1,7 +1,5 @@
 #include "image/pixels/image2.h"
 
-#include "image/files/imagereader.h"
-#include "image/files/imagewriter.h"
 #include "image/pixels/image2iterator.h"
 #include "image/pixels/image2mapper.h"
 #include "image/values/pixelmemory.h"
@@ -59,11 +57,6 @@ Image2::Image2(
 Image2::Image2(ValueType type, const Vector<int>& size, int samples, int channels, int timepoints)
 {
     create(type, size, samples, channels, timepoints);
-}
-
-Image2::Image2(const std::string& path)
-{
-    ImageReader().read(*this, path, true);
 }
 
 Image2::~Image2() = default;
@@ -353,14 +346,6 @@ std::unique_ptr<Image2::Iterator> Image2::newIterator() const
         return std::make_unique<MappedIterator2D>(*this);
     }
     return std::make_unique<MappedIterator3D>(*this);
-}
-
-void Image2::saveAsTiff(const std::string& path, bool compress, bool overwrite)
-{
-    ImageWriter().write(*this, path, compress, overwrite);
-    if (compress) {
-        fileCompression_ = "lzw";
-    }
 }
 
 void Image2::print() const

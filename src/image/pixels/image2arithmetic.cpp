@@ -1,4 +1,4 @@
-// The operators of images, which `ImageArithmetic` carries out.
+// Part of `Image2`: the operators, which `ImageArithmetic` carries out.
 
 #include "image/pixels/image2.h"
 #include "image/pixels/imagearithmetic.h"

@@ -1,4 +1,4 @@
-// The iterators over the elements around an element.
+// Part of `Image2`: the iterators over the elements around an element.
 
 #include "image/pixels/axialneighbourhooditerator.h"
 #include "image/pixels/image2.h"

@@ -1,4 +1,4 @@
-// Copying whole frames, planes and samples between images.
+// Part of `Image2`: copying whole frames, planes and samples between images.
 
 #include "image/pixels/image2.h"
 #include "system/exception.h"

@@ -1,4 +1,4 @@
-// The samples of the current frame: element access, statistics, filling.
+// Part of `Image2`: the samples of the current frame: element access, statistics, filling.
 
 #include "image/pixels/image2.h"
 #include "image/pixels/image2mapper.h"

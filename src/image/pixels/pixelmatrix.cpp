@@ -1,6 +1,5 @@
 #include "image/pixels/pixelmatrix.h"
 
-#include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "image/values/imageerrors.h"
 #include "numerics/elementarithmetic.h"
@@ -324,14 +323,6 @@ void PixelMatrix<T>::takeIndexed(const Image0& image, ImageChannel channel)
             row[j] = static_cast<T>(pixels[j] < table.getSize() ? table[pixels[j]] : 0);
         }
     }
-}
-
-template <class T>
-void PixelMatrix<T>::saveAsImage(const std::string& path, bool overwrite) const
-{
-    Image0 image;
-    convertToImage(image, 8);
-    ImageWriter().write(image, path, overwrite);
 }
 
 template class PixelMatrix<bool>;

@@ -1,3 +1,5 @@
+// Part of `VoxelMatrix`: turning it into an image.
+
 #include "image/pixels/image2.h"
 #include "image/pixels/voxelmatrix.h"
 #include "image/values/spatialcalibration.h"

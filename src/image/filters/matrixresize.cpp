@@ -1,4 +1,4 @@
-#include "image/pixels/matrixresize.h"
+#include "image/filters/matrixresize.h"
 
 #include "image/filters/sumfilter0.h"
 
