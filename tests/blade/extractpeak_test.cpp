@@ -1,4 +1,4 @@
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "support/errors.h"
 #include "support/stages.h"
 #include "support/vectors.h"

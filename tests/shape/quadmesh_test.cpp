@@ -1,6 +1,6 @@
 #include "image/values/colormap.h"
 #include "shape/meshes/quadmesh.h"
-#include "shape/registration/shapeset.h"
+#include "shape/vertices/shapeset.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

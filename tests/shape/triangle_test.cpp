@@ -1,5 +1,5 @@
+#include "shape/curves/edge.h"
 #include "shape/meshes/triangle.h"
-#include "shape/vertices/edge.h"
 #include "support/curves.h"
 #include "support/errors.h"
 

@@ -1,4 +1,4 @@
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "shape/vertices/vertices.h"
 #include "support/curves.h"
 #include "support/errors.h"

@@ -4,7 +4,7 @@
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"

@@ -3,8 +3,8 @@
 #include "blade/geometry/baseline.h"
 #include "blade/geometry/convert2age.h"
 #include "interface/lmxstack.h"
+#include "shape/curves/edge.h"
 #include "shape/curves/quickhull.h"
-#include "shape/vertices/edge.h"
 #include "stack/stackslice.h"
 
 #include <algorithm>

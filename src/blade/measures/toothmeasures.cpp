@@ -1,9 +1,9 @@
-// The tooth half of the measures: what lies on the contour between two neighbouring sinuses of the
-// same half of the blade, and on a palmate leaf across the apex.
+// Part of `LeafAnalysis`: the teeth: what lies on the contour between two neighbouring sinuses of
+// the same half of the blade, and on a palmate leaf across the apex.
 
 #include "blade/geometry/baseline.h"
 #include "blade/measures/leafanalysis.h"
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 
 #include "numerics/elementtype.h"
 #include "shape/curves/curveresampling.h"
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "shape/vertices/vertexdistance.h"
 #include "system/exception.h"
 

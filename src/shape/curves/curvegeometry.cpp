@@ -1,8 +1,8 @@
-// Measures, containment and crossings of `Curve`.
+// Part of `Curve`: measures, containment and crossings.
 
 #include "numerics/elementtype.h"
 #include "shape/curves/curve.h"
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "shape/vertices/segment.h"
 #include "system/exception.h"
 

@@ -2,8 +2,8 @@
 
 #include "image/values/colormap.h"
 #include "numerics/matrix.h"
-#include "shape/registration/shapeset.h"
 #include "shape/vertices/segment.h"
+#include "shape/vertices/shapeset.h"
 #include "shape/vertices/vertexdistance.h"
 #include "system/exception.h"
 

@@ -1,8 +1,8 @@
-// The caps that close the ends of `QuadMesh`.
+// Part of `QuadMesh`: the caps that close its ends.
 
 #include "shape/curves/shapeinterpolation.h"
 #include "shape/meshes/quadmesh.h"
-#include "shape/registration/shapeset.h"
+#include "shape/vertices/shapeset.h"
 #include "system/exception.h"
 
 #include <cmath>

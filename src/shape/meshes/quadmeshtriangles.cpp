@@ -1,4 +1,4 @@
-// The triangles of `QuadMesh`.
+// Part of `QuadMesh`: its triangles.
 
 #include "shape/meshes/quadmesh.h"
 #include "shape/meshes/trimesh.h"

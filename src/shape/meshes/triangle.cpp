@@ -1,7 +1,7 @@
 #include "shape/meshes/triangle.h"
 
 #include "numerics/elementtype.h"
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 #include "shape/vertices/segment.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// The text form and the stereolithography files of `TriMesh`.
+// Part of `TriMesh`: the text form and the stereolithography files.
 
 #include "shape/meshes/trimesh.h"
 #include "shape/vertices/shapestream.h"

@@ -1,9 +1,9 @@
-// Normals and measures of `TriMesh`.
+// Part of `TriMesh`: normals and measures.
 
 #include "numerics/elementtype.h"
+#include "shape/curves/edge.h"
 #include "shape/meshes/trimesh.h"
 #include "shape/vertices/boundingbox.h"
-#include "shape/vertices/edge.h"
 #include "system/exception.h"
 
 #include <algorithm>

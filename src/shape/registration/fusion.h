@@ -2,8 +2,8 @@
 
 #include "numerics/matrix.h"
 #include "numerics/squarematrix.h"
-#include "shape/registration/shapeset.h"
 #include "shape/registration/shapesetcorrespondence.h"
+#include "shape/vertices/shapeset.h"
 #include "system/progresssubject.h"
 
 #include <vector>

@@ -2,7 +2,7 @@
 
 #include "numerics/vector.h"
 #include "shape/meshes/quadmesh.h"
-#include "shape/registration/shapeset.h"
+#include "shape/vertices/shapeset.h"
 
 #include <type_traits>
 #include <vector>

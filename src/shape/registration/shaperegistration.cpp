@@ -2,8 +2,8 @@
 
 #include "numerics/squarematrix.h"
 #include "shape/curves/curvestack.h"
-#include "shape/registration/shapeset.h"
 #include "shape/vertices/shape.h"
+#include "shape/vertices/shapeset.h"
 #include "shape/vertices/vertexpointers.h"
 #include "system/exception.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shape/vertices/shapetransform.h"
+#include "shape/registration/shapetransform.h"
 
 /// A transform that is fitted to two shapes of corresponding vertices.
 template <class T>

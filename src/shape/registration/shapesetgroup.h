@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shape/registration/shapeset.h"
+#include "shape/vertices/shapeset.h"
 
 #include <vector>
 

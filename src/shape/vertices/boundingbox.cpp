@@ -1,6 +1,5 @@
 #include "shape/vertices/boundingbox.h"
 
-#include "shape/meshes/quadmesh.h"
 #include "shape/vertices/vertices.h"
 #include "system/exception.h"
 
@@ -257,24 +256,6 @@ Vertices<T> BoundingBox<T>::asVertices() const
         }
     }
     return corners;
-}
-
-template <class T>
-QuadMesh<T> BoundingBox<T>::asQuadMesh() const
-{
-    const int space = vertex1_.getSize();
-    if (space == 0) {
-        return QuadMesh<T>();
-    }
-    const Vertices<T> corners = asVertices();
-    const int width = 1 << (space - 1);
-    QuadMesh<T> mesh(space, 2, width, 0, 0, space < 3);
-    for (int i = 0; i < width; ++i) {
-        const int grayCode = i ^ (i >> 1);
-        mesh[0][i] = corners[grayCode];
-        mesh[1][i] = corners[width + grayCode];
-    }
-    return mesh;
 }
 
 template class BoundingBox<int>;

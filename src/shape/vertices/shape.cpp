@@ -1,8 +1,8 @@
 #include "shape/vertices/shape.h"
 
 #include "numerics/matrix.h"
-#include "shape/registration/shapeset.h"
 #include "shape/vertices/boundingbox.h"
+#include "shape/vertices/shapeset.h"
 #include "system/exception.h"
 
 #include <algorithm>

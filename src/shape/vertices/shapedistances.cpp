@@ -1,8 +1,8 @@
-// The distances and nearest neighbours of `Shape`.
+// Part of `Shape`: distances and nearest neighbours.
 
 #include "numerics/elementtype.h"
-#include "shape/registration/shapeset.h"
 #include "shape/vertices/shape.h"
+#include "shape/vertices/shapeset.h"
 #include "shape/vertices/vertexdistance.h"
 #include "shape/vertices/vertexpointers.h"
 #include "system/exception.h"

@@ -1,4 +1,4 @@
-// Searches and directions of `Vertices`.
+// Part of `Vertices`: searches and directions.
 
 #include "shape/vertices/segment.h"
 #include "shape/vertices/vertices.h"

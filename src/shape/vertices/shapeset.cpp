@@ -1,7 +1,6 @@
-#include "shape/registration/shapeset.h"
+#include "shape/vertices/shapeset.h"
 
 #include "numerics/squarematrix.h"
-#include "shape/meshes/quadmesh.h"
 #include "shape/vertices/vertexdistance.h"
 #include "system/exception.h"
 
@@ -148,30 +147,6 @@ Shape<T>* ShapeSet<T>::average() const
 }
 
 template <class T>
-ShapeSet<T> ShapeSet<T>::computeMean(const std::vector<ShapeSet*>& sets)
-{
-    ShapeSet mean;
-    mean.setName("mean");
-    for (int i = 0; !sets.empty() && i < sets.front()->getSize(); ++i) {
-        std::vector<QuadMesh<T>*> meshes;
-        for (const ShapeSet* set : sets) {
-            auto* mesh = i < set->getSize() ? dynamic_cast<QuadMesh<T>*>((*set)[i]) : nullptr;
-            if (mesh != nullptr) {
-                meshes.push_back(mesh);
-            }
-        }
-        std::unique_ptr<QuadMesh<T>> shape;
-        if (!meshes.empty()) {
-            shape = std::make_unique<QuadMesh<T>>(QuadMesh<T>::mean(meshes));
-            const Shape<T>* first = (*sets.front())[i];
-            shape->setName(first == nullptr ? "" : first->getName());
-        }
-        mean.addShape(shape.release(), sets.front()->isReference(i));
-    }
-    return mean;
-}
-
-template <class T>
 std::vector<std::pair<Shape<T>*, Shape<T>*>> ShapeSet<T>::pairs(const ShapeSet& other) const
 {
     std::vector<std::pair<Shape<T>*, Shape<T>*>> result;
@@ -180,23 +155,6 @@ std::vector<std::pair<Shape<T>*, Shape<T>*>> ShapeSet<T>::pairs(const ShapeSet& 
         result.emplace_back((*this)[i], counterpart);
     }
     return result;
-}
-
-template <class T>
-Vector<int> ShapeSet<T>::matchSurfaces(const ShapeSet& other)
-{
-    Vector<int> shifts(getSize());
-    shifts.setZeros();
-    int i = 0;
-    for (const auto& [shape, counterpart] : pairs(other)) {
-        auto* mesh = dynamic_cast<QuadMesh<T>*>(shape);
-        const auto* target = dynamic_cast<const QuadMesh<T>*>(counterpart);
-        if (mesh != nullptr && target != nullptr && mesh->isClosed()) {
-            shifts[i] = static_cast<int>(mesh->match(*target));
-        }
-        ++i;
-    }
-    return shifts;
 }
 
 template <class T>
@@ -237,20 +195,6 @@ ShapeSet<T>::nearestNeighbors(const ShapeSet& other) const
         }
     }
     return neighbours;
-}
-
-template <class T>
-std::vector<Matrix<T>> ShapeSet<T>::sdistance(const ShapeSet& other) const
-{
-    std::vector<Matrix<T>> distances;
-    for (const auto& [shape, counterpart] : pairs(other)) {
-        const auto* mesh = dynamic_cast<const QuadMesh<T>*>(shape);
-        auto* target = dynamic_cast<QuadMesh<T>*>(counterpart);
-        if (mesh != nullptr && target != nullptr) {
-            distances.push_back(QuadMesh<T>::varianceMap(*mesh, {target}));
-        }
-    }
-    return distances;
 }
 
 template <class T>

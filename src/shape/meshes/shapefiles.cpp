@@ -1,11 +1,11 @@
-// The file operations of `Shape`.
+// Part of `Shape`: its files, of all kinds of shapes.
 
 #include "numerics/matrix.h"
 #include "shape/curves/curve.h"
 #include "shape/meshes/quadmesh.h"
 #include "shape/meshes/trimesh.h"
-#include "shape/registration/shapeset.h"
 #include "shape/vertices/shape.h"
+#include "shape/vertices/shapeset.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"

@@ -1,4 +1,4 @@
-#include "shape/vertices/shapetransform.h"
+#include "shape/registration/shapetransform.h"
 
 template <class T>
 ShapeTransform<T>::ShapeTransform() = default;

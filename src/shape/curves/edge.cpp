@@ -1,4 +1,4 @@
-#include "shape/vertices/edge.h"
+#include "shape/curves/edge.h"
 
 #include "numerics/elementtype.h"
 #include "shape/vertices/segment.h"
