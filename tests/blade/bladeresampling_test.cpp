@@ -1,5 +1,5 @@
 #include "blade/averages/averagingprocess.h"
-#include "blade/geometry/bladeresampling.h"
+#include "blade/averages/bladeresampling.h"
 #include "support/curves.h"
 #include "support/errors.h"
 #include "support/leaf.h"

@@ -1,5 +1,5 @@
-// What a run of averages leaves: curve files, blank images, and a stack that shows the averages as
-// slices of their own.
+// Part of `AveragingProcess`: what a run leaves: curve files, blank images, and a stack that shows
+// the averages as slices of their own.
 
 #include "blade/averages/averageseries.h"
 #include "blade/averages/averagingprocess.h"

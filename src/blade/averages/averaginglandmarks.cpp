@@ -1,7 +1,8 @@
-// The landmarks by which the leaves of a stack correspond, and their mean places along the contour.
+// Part of `AveragingProcess`: the landmarks by which the leaves of a stack correspond, and their
+// mean places along the contour.
 
 #include "blade/averages/averagingprocess.h"
-#include "blade/geometry/bladeresampling.h"
+#include "blade/averages/bladeresampling.h"
 #include "interface/lmxstack.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"

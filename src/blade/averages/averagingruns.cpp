@@ -1,4 +1,4 @@
-// The runs of averages from the measures to the files.
+// Part of `AveragingProcess`: the runs from the measures to the files.
 
 #include "blade/averages/averageseries.h"
 #include "blade/averages/averagingprocess.h"

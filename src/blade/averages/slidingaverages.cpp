@@ -1,4 +1,5 @@
-// Sliding averages: the search of neighbour ranks, the weights, and the weighted means.
+// Part of `BladeAveraging`: sliding averages: the search of neighbour ranks, the weights, and the
+// weighted means.
 
 #include "blade/averages/bladeaveraging.h"
 #include "numerics/gauss.h"

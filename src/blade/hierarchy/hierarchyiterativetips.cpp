@@ -1,4 +1,5 @@
-// What follows from the secondary sinuses of the iterative hierarchy: the items, and the tips.
+// Part of `HierarchyIterativeProcess`: what follows from the secondary sinuses: the items, and the
+// tips.
 
 #include "blade/hierarchy/hierarchyiterativeprocess.h"
 #include "stack/modelitem.h"

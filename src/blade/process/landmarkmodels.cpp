@@ -1,5 +1,5 @@
-// The landmark models: their creation, and the folding of a hierarchy's labels into plain sinuses
-// and tips.
+// Part of `ModelsManager`: the landmark models: their creation, and the folding of a hierarchy's
+// labels into plain sinuses and tips.
 
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"

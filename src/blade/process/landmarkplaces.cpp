@@ -1,4 +1,5 @@
-// Where landmarks lie on a contour, and which side of the junctions is the blade.
+// Part of `ModelsManager`: where landmarks lie on a contour, and which side of the junctions is the
+// blade.
 
 #include "blade/process/modelsmanager.h"
 

@@ -1,4 +1,4 @@
-// The checks of a slice's landmarks.
+// Part of `ModelsManager`: the checks of a slice's landmarks.
 
 #include "blade/geometry/bladeselfintersects.h"
 #include "blade/process/modelsmanager.h"

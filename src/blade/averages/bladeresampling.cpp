@@ -1,4 +1,4 @@
-#include "blade/geometry/bladeresampling.h"
+#include "blade/averages/bladeresampling.h"
 
 #include "interface/lmxstack.h"
 #include "stack/stackslice.h"
