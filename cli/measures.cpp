@@ -5,7 +5,7 @@
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "blade/measures/leafanalysis.h"
 #include "interface/lmxstack.h"
 #include "interface/stackbuilder.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"

@@ -2,7 +2,7 @@
 
 #include "host/results/measuretables.h"
 #include "interface/lmxeventclient.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 
 #include <QList>
 #include <QMainWindow>

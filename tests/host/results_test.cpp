@@ -9,7 +9,7 @@
 #include "host/results/resultswindow.h"
 #include "host/results/resulttableview.h"
 #include "shape/curves/curve.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 #include "stack/stackwriter.h"
 #include "support/leaf.h"
 #include "support/temporaryfolder.h"

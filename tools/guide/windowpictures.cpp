@@ -5,7 +5,7 @@
 #include "guide/leafview.h"
 #include "interface/lmxstack.h"
 #include "shell/project/newprojectdialog.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 #include "shell/widgets/helpbrowser.h"
 #include "shell/widgets/piechart.h"
 #include "shell/widgets/stagepage.h"

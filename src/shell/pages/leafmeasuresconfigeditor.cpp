@@ -1,7 +1,7 @@
 #include "shell/pages/leafmeasuresconfigeditor.h"
 
-#include "shell/pages/kineticparametersconfigeditor.h"
 #include "shell/widgets/folderchoice.h"
+#include "shell/widgets/kineticparametersconfigeditor.h"
 
 #include <QFormLayout>
 #include <QGroupBox>

@@ -1,7 +1,7 @@
 #include "shell/project/newprojectdialog.h"
 
-#include "shell/pages/kineticparametersconfigeditor.h"
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
+#include "shell/widgets/kineticparametersconfigeditor.h"
 #include "shell/widgets/venationtypedialog.h"
 
 #include <QFileDialog>

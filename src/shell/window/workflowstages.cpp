@@ -1,5 +1,5 @@
-// The stages of the workflow window: the gate and the filling of each page, and what a click on its
-// "&Process" runs.
+// Part of `CrenaraWindow`: the stages: the gate and the filling of each page, and what a click on
+// its "&Process" runs.
 
 #include "blade/averages/averagingprocess.h"
 #include "blade/contour/extractcontour.h"

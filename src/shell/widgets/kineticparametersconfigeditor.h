@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 
 #include <QWidget>
 

@@ -1,4 +1,4 @@
-#include "shell/pages/kineticparametersconfigeditor.h"
+#include "shell/widgets/kineticparametersconfigeditor.h"
 
 #include <QDoubleSpinBox>
 #include <QFormLayout>

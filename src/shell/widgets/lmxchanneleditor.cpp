@@ -1,4 +1,4 @@
-#include "interface/lmxchanneleditor.h"
+#include "shell/widgets/lmxchanneleditor.h"
 
 #include <QGroupBox>
 #include <QRadioButton>

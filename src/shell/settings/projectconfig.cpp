@@ -1,4 +1,4 @@
-#include "shell/project/projectconfig.h"
+#include "shell/settings/projectconfig.h"
 
 #include "system/fileinfo.h"
 
