@@ -1,4 +1,5 @@
-// The edits that have to do with the contour: points that go onto it, and its own line.
+// Part of `SliceEditor`: the edits that have to do with the contour: points that go onto it, and
+// its own line.
 
 #include "blade/landmarks/junctionplacing.h"
 #include "host/editing/contourline.h"

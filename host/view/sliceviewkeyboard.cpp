@@ -1,4 +1,4 @@
-// The keys of a slice view.
+// Part of `SliceView`: the keys.
 
 #include "host/view/slicetool.h"
 #include "host/view/sliceview.h"

@@ -1,4 +1,5 @@
-// What a slice view shows: the picture, the items, the selection, a proposal, and the tool's marks.
+// Part of `SliceView`: what it shows: the picture, the items, the selection, a proposal, and the
+// tool's marks.
 
 #include "host/view/landmarkpicker.h"
 #include "host/view/slicepicture.h"

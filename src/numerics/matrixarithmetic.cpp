@@ -1,4 +1,5 @@
-// Statistics, sums and products of matrices.
+// Part of `Matrix`: statistics, sums and products.
+
 #include "numerics/elementarithmetic.h"
 #include "numerics/elementtype.h"
 #include "numerics/matrix.h"

@@ -1,4 +1,5 @@
-// Orthogonal transforms of matrices, singular values and what rests on them.
+// Part of `Matrix`: orthogonal transforms, singular values and what rests on them.
+
 #include "numerics/elementarithmetic.h"
 #include "numerics/elementtype.h"
 #include "numerics/squarematrix.h"

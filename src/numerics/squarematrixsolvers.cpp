@@ -1,4 +1,5 @@
-// Linear systems, determinant, inverse and eigenvalues of square matrices.
+// Part of `SquareMatrix`: linear systems, determinant, inverse and eigenvalues.
+
 #include "numerics/elementtype.h"
 #include "numerics/squarematrix.h"
 

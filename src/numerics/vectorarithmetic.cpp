@@ -1,4 +1,5 @@
-// Element-wise arithmetic, products and distances of vectors.
+// Part of `Vector`: element-wise arithmetic, products and distances.
+
 #include "numerics/elementarithmetic.h"
 #include "numerics/elementtype.h"
 #include "numerics/matrix.h"

@@ -1,4 +1,6 @@
-// Vectors as series: running sums, differences, histograms, correlation, Householder reflections.
+// Part of `Vector`: series: running sums, differences, histograms, correlation, Householder
+// reflections.
+
 #include "numerics/elementarithmetic.h"
 #include "numerics/elementtype.h"
 #include "numerics/vector.h"

@@ -1,4 +1,5 @@
-// Order statistics, sums and moments of a vector.
+// Part of `Vector`: order statistics, sums and moments.
+
 #include "numerics/elementarithmetic.h"
 #include "numerics/elementtype.h"
 #include "numerics/maths.h"

@@ -1,4 +1,5 @@
-// The tests of an item against points: near which vertex, near which segment, inside or outside.
+// Part of `ModelItem`: the tests against points: near which vertex, near which segment, inside or
+// outside.
 
 #include "shape/curves/curve.h"
 #include "stack/model.h"

@@ -1,4 +1,4 @@
-// What the stack does with the pixels of its slices.
+// Part of `Stack`: what it does with the pixels of its slices.
 
 #include "image/files/imagereader.h"
 #include "image/pixels/image0.h"

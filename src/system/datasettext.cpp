@@ -1,4 +1,4 @@
-// The text form of tables, and their files.
+// Part of `DataSet`: the text form of tables, and their files.
 
 #include "system/dataset.h"
 #include "system/exception.h"
