@@ -32,12 +32,12 @@ bool startsWithOneOf(const std::string& text, const std::set<std::string>& prefi
     });
 }
 
-/// The libraries that a layer must have been given. All else in angle brackets is the standard
+/// The libraries that a room must have been given. All else in angle brackets is the standard
 /// library or the system.
 bool isGuardedLibrary(const std::string& name)
 {
     static const std::set<std::string> guarded = {"Q",  "tiff", "xtiff", "fftw3",
-                                                  "H5", "hdf5", "omp"};
+                                                  "H5", "hdf5", "omp",   "opencv2"};
     return startsWithOneOf(name, guarded);
 }
 
@@ -46,8 +46,8 @@ bool isGuardedLibrary(const std::string& name)
 IncludeGraph::IncludeGraph(const fs::path& root)
 {
     addFolder(root / "src", "");
-    for (const char* program : {"host", "cli", "samples"}) {
-        addFolder(root / program, std::string(program) + "/");
+    for (const char* folder : {"intake", "findings", "host", "cli", "samples"}) {
+        addFolder(root / folder, std::string(folder) + "/");
     }
     resolve();
 }
@@ -101,31 +101,27 @@ void IncludeGraph::resolve()
     }
 }
 
-std::string IncludeGraph::layerOf(const std::string& file)
+std::string IncludeGraph::roomOf(const std::string& file)
 {
     if (file == "image/values/colormap.h" || file == "image/values/colormap.cpp") {
         return "colormap";
     }
-    // The folders of the desk are layers of their own.
-    const std::size_t first = file.find('/');
-    const std::size_t second = file.find('/', first + 1);
-    const bool inDesk = file.compare(0, first, "host") == 0 && second != std::string::npos;
-    return file.substr(0, inDesk ? second : first);
+    return fs::path(file).parent_path().generic_string();
 }
 
-std::vector<std::string> IncludeGraph::forbiddenIncludes(const LayerTable& table) const
+std::vector<std::string> IncludeGraph::forbiddenIncludes(const RoomTable& table) const
 {
     std::vector<std::string> forbidden;
     for (const auto& [name, file] : files_) {
-        const std::string layer = layerOf(name);
-        const auto rule = table.find(layer);
+        const std::string room = roomOf(name);
+        const auto rule = table.find(room);
         if (rule == table.end()) {
             forbidden.push_back(name + ": the folder is not in the table");
             continue;
         }
         for (const std::string& target : file.ours) {
-            const std::string other = layerOf(target);
-            if (other != layer && rule->second.layers.count(other) == 0) {
+            const std::string other = roomOf(target);
+            if (other != room && rule->second.rooms.count(other) == 0) {
                 forbidden.push_back(name + " includes \"" + target + "\"");
             }
         }

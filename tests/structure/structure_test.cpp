@@ -7,43 +7,89 @@
 
 namespace {
 
-const std::set<std::string> foundation = {"system", "numerics"};
+using Rooms = std::set<std::string>;
 
-std::set<std::string> with(std::set<std::string> layers, const std::set<std::string>& more)
+const Rooms foundation = {"system", "numerics"};
+
+Rooms operator+(Rooms rooms, const Rooms& more)
 {
-    layers.insert(more.begin(), more.end());
-    return layers;
+    rooms.insert(more.begin(), more.end());
+    return rooms;
+}
+
+/// The rooms of one hall.
+Rooms in(const std::string& hall, const Rooms& names)
+{
+    Rooms rooms;
+    for (const std::string& name : names) {
+        rooms.insert(hall + "/" + name);
+    }
+    return rooms;
 }
 
 /// Who may include whom. The one place where this is written down for the machine.
-LayerTable allowedIncludes()
+RoomTable allowedIncludes()
 {
     const std::set<std::string> qt = {"Q"};
-    const std::set<std::string> shape = with(foundation, {"shape", "colormap"});
-    const std::set<std::string> image = with(shape, {"image"});
-    const std::set<std::string> stack = with(image, {"stack"});
-    const std::set<std::string> interface = with(stack, {"interface"});
-    const std::set<std::string> blade = with(interface, {"blade"});
-    const std::set<std::string> all = with(blade, {"shell"});
+    const std::set<std::string> none;
+    const Rooms vertices = foundation + in("shape", {"vertices"});
+    const Rooms shape = vertices + in("shape", {"curves", "meshes", "registration"});
+    const Rooms pixels = vertices + Rooms{"colormap"} + in("image", {"values", "pixels"});
+    const Rooms image = shape + pixels + in("image", {"filters", "regions", "files", "sources"});
+    const Rooms stack = image + Rooms{"stack"};
+    const Rooms document = stack + Rooms{"interface"};
+    const Rooms process = document + in("blade", {"geometry", "process"});
+    const Rooms blade =
+        process + in("blade", {"contour", "landmarks", "hierarchy", "measures", "averages"});
+    const Rooms pages = blade + in("shell", {"settings", "widgets"});
+    const Rooms shell = pages + in("shell", {"project", "pages", "window"});
+    const Rooms desk = shell + Rooms{"intake", "findings", "host/document"};
     return {
-        {"system", {{"numerics"}, {}}},
-        {"numerics", {{"system"}, {"fftw3", "omp"}}},
-        {"colormap", {foundation, {}}},
-        {"shape", {with(foundation, {"colormap"}), {"omp"}}},
-        {"image", {shape, {"tiff", "H5", "hdf5", "omp"}}},
-        {"stack", {image, {}}},
+        {"system", {{"numerics"}, none}},
+        {"numerics", {{"system"}, {"fftw3"}}},
+        {"colormap", {foundation, none}},
+
+        {"shape/vertices", {foundation, none}},
+        {"shape/curves", {vertices, none}},
+        {"shape/meshes", {vertices + Rooms{"colormap", "shape/curves"}, none}},
+        {"shape/registration",
+         {vertices + Rooms{"colormap", "shape/curves", "shape/meshes"}, none}},
+
+        {"image/values", {foundation + Rooms{"colormap"}, none}},
+        {"image/pixels", {pixels, {"omp"}}},
+        {"image/filters", {pixels, none}},
+        {"image/regions", {pixels + Rooms{"image/filters", "shape/curves"}, none}},
+        {"image/files", {pixels, {"tiff", "H5"}}},
+        {"image/sources", {pixels + Rooms{"image/files"}, none}},
+
+        {"stack", {image, none}},
         {"interface", {stack, qt}},
-        {"blade", {interface, qt}},
-        {"shell", {blade, qt}},
-        {"host/document", {all, qt}},
-        {"host/panels", {with(all, {"host/document"}), qt}},
-        {"host/editing", {with(all, {"host/document"}), qt}},
-        {"host/view", {with(all, {"host/editing"}), qt}},
-        {"host/results", {with(all, {"host/document"}), qt}},
+
+        {"blade/geometry", {document, qt}},
+        {"blade/process", {document + Rooms{"blade/geometry"}, qt}},
+        {"blade/contour", {process, qt}},
+        {"blade/landmarks", {process, qt}},
+        {"blade/hierarchy", {process, qt}},
+        {"blade/measures", {process, qt}},
+        {"blade/averages", {process + Rooms{"blade/measures"}, qt}},
+
+        {"shell/settings", {blade, qt}},
+        {"shell/widgets", {blade + Rooms{"shell/settings"}, qt}},
+        {"shell/project", {pages, qt}},
+        {"shell/pages", {pages, qt}},
+        {"shell/window", {shell, qt}},
+        {"shell/plugin", {shell, qt}},
+
+        {"intake", {blade, {"Q", "opencv2"}}},
+        {"findings", {blade, qt}},
+        {"host/document", {desk, qt}},
+        {"host/panels", {desk, qt}},
+        {"host/editing", {desk, qt}},
+        {"host/view", {desk + Rooms{"host/editing"}, qt}},
+        {"host/results", {desk, qt}},
         {"host",
-         {with(all, {"host/document", "host/panels", "host/editing", "host/view", "host/results"}),
-          qt}},
-        {"cli", {all, qt}},
+         {desk + Rooms{"shell/plugin"} + in("host", {"panels", "editing", "view", "results"}), qt}},
+        {"cli", {shell + Rooms{"intake", "findings"}, qt}},
         {"samples", {foundation, {"tiff"}}},
     };
 }
@@ -90,19 +136,19 @@ TEST(IncludeGraph, NoFileOfTheProjectIncludesItselfByARoundabout)
 
 TEST(IncludeGraph, TheTableHasNoCycleButInTheFoundation)
 {
-    LayerTable rest = allowedIncludes();
-    for (const std::string& layer : foundation) {
-        rest.erase(layer);
+    RoomTable rest = allowedIncludes();
+    for (const std::string& room : foundation) {
+        rest.erase(room);
     }
-    // Takes away, again and again, the layers that include nothing that is left.
+    // Takes away, again and again, the rooms that include nothing that is left.
     while (!rest.empty()) {
         const std::size_t before = rest.size();
-        for (auto layer = rest.begin(); layer != rest.end();) {
-            const auto& targets = layer->second.layers;
+        for (auto room = rest.begin(); room != rest.end();) {
+            const auto& targets = room->second.rooms;
             const bool free = std::none_of(targets.begin(), targets.end(), [&](const auto& target) {
-                return rest.count(target) != 0;
+                return target != room->first && rest.count(target) != 0;
             });
-            layer = free ? rest.erase(layer) : std::next(layer);
+            room = free ? rest.erase(room) : std::next(room);
         }
         ASSERT_LT(rest.size(), before) << "cycle with " << rest.begin()->first;
     }
@@ -112,19 +158,29 @@ TEST(IncludeGraph, FindsArrowsAgainstTheTable)
 {
     Tree tree;
     tree.add("src/shape/curves/curve.h",
-             "#include \"image/values/colormap.h\"\n #  include \"image/pixels/image0.h\"\n");
+             "#include \"image/values/colormap.h\"\n #  include \"shape/meshes/mesh.h\"\n");
+    tree.add("src/shape/meshes/mesh.h",
+             "#include \"shape/curves/curve.h\"\n#include \"image/values/colormap.h\"\n");
     tree.add("src/image/values/colormap.h",
              "#include \"shape/curves/curve.h\"\n#include <vector>\n");
-    tree.add("src/image/pixels/image0.h", "// #include \"shell/window.h\"\n#include <tiffio.h>\n");
+    tree.add("src/image/files/tiff.h", "// #include \"shell/window.h\"\n#include <tiffio.h>\n");
+    tree.add("src/image/pixels/image0.h", "#include <tiffio.h>\n");
+    tree.add("src/image/astray.h", "");
     tree.add("src/stack/stack.cpp", "#include <QString>\n#include \"stack.h\"\n");
-    tree.add("src/other/a.h", "");
+    tree.add("findings/facts.h", "#include \"intake/leaf.h\"\n");
+    tree.add("host/view/view.cpp", "#include \"intake/leaf.h\"\n#include <opencv2/core.hpp>\n");
+    tree.add("intake/leaf.h", "#include <opencv2/core.hpp>\n");
     tree.add("samples/leaf.cpp", "#include \"leaf.h\"\n#include \"shape/curves/curve.h\"\n");
     tree.add("samples/leaf.h", "#include <tiffio.h>\n");
     EXPECT_EQ(lines(tree.graph().forbiddenIncludes(allowedIncludes())),
+              "findings/facts.h includes \"intake/leaf.h\"\n"
+              "host/view/view.cpp includes <opencv2/core.hpp>\n"
+              "image/astray.h: the folder is not in the table\n"
+              "image/pixels/image0.h includes <tiffio.h>\n"
               "image/values/colormap.h includes \"shape/curves/curve.h\"\n"
-              "other/a.h: the folder is not in the table\n"
               "samples/leaf.cpp includes \"shape/curves/curve.h\"\n"
-              "shape/curves/curve.h includes \"image/pixels/image0.h\"\n"
+              "shape/curves/curve.h includes \"image/values/colormap.h\"\n"
+              "shape/curves/curve.h includes \"shape/meshes/mesh.h\"\n"
               "stack/stack.cpp includes <QString>\n"
               "stack/stack.cpp includes \"stack.h\", which is no file\n");
 }
