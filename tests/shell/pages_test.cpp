@@ -1,3 +1,4 @@
+#include "interface/lmxchanneleditor.h"
 #include "shell/pages/averagingconfigpage.h"
 #include "shell/pages/extractcontourconfigeditor.h"
 #include "shell/pages/extractpeaksconfigeditor.h"
@@ -7,7 +8,6 @@
 #include "shell/project/newprojectdialog.h"
 #include "shell/widgets/helpbrowser.h"
 #include "shell/widgets/kineticparametersconfigeditor.h"
-#include "shell/widgets/lmxchanneleditor.h"
 #include "shell/widgets/piechart.h"
 #include "support/widgets.h"
 

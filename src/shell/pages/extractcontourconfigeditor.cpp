@@ -1,9 +1,9 @@
 #include "shell/pages/extractcontourconfigeditor.h"
 
+#include "interface/lmxchanneleditor.h"
 #include "shell/widgets/crenarabackgroundselector.h"
 #include "shell/widgets/crenarafidelityeditor.h"
 #include "shell/widgets/imageselector.h"
-#include "shell/widgets/lmxchanneleditor.h"
 
 #include <QGridLayout>
 #include <QGroupBox>

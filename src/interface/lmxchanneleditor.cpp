@@ -1,4 +1,4 @@
-#include "shell/widgets/lmxchanneleditor.h"
+#include "interface/lmxchanneleditor.h"
 
 #include <QGroupBox>
 #include <QRadioButton>
