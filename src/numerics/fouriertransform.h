@@ -39,7 +39,7 @@ public:
     void phaseAngle(Vector<T>& out, const Vector<T>& re, const Vector<T>& im) const;
     void phaseAngle(Matrix<T>& out, const Matrix<T>& re, const Matrix<T>& im) const;
 
-private:
+    /// The transform whose exponent has this sign.
     void compute(Vector<T>& re, Vector<T>& im, int sign) const;
     void compute(Matrix<T>& re, Matrix<T>& im, int sign) const;
 };

@@ -105,6 +105,6 @@ public:
     static SquareMatrix<float> yRotationMatrix3D(float angle);
     static SquareMatrix<float> zRotationMatrix3D(float angle);
 
-    /// The angles about the three axes of a 3 x 3 rotation m = Rx(-a) Ry(b) Rz(c).
+    /// The angles about the three axes of a 3 x 3 rotation m = Rx(a) Ry(b) Rz(c).
     static void decomposeRotationMatrix3D(const Matrix<float>& m, float& a, float& b, float& c);
 };

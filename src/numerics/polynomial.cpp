@@ -395,10 +395,10 @@ void Polynomial<T>::gramSchmidt(const std::vector<Polynomial>& basis,
                                 const std::vector<Vector<T>>& points,
                                 std::vector<Polynomial>& out)
 {
-    requireSample(basis, points);
     const T epsilon = static_cast<T>(basis.size()) * Vector<T>::epsilon();
     int discarded = 0;
     try {
+        requireSample(basis, points);
         out = basis;
         discarded = orthogonalise(out, points, epsilon);
     } catch (Exception& exception) {

@@ -6,7 +6,7 @@
 /// A matrix with as many rows as columns: diagonals, LU factors, tridiagonal systems, determinant,
 /// inverse and the eigenvalues of symmetric matrices.
 ///
-/// The factorisations and `setHilbert` raise `TypeError` for integers. Vectors of a wrong length
+/// The factorisations and `setHilbert` raise `TypeError` for integers of every kind. Vectors of a wrong length
 /// raise `SizeError`.
 template <class T>
 class SquareMatrix : public Matrix<T>

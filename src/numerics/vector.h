@@ -314,8 +314,8 @@ public:
 
     /// Replaces this vector x by the Householder vector v with v[0] = 1 and sets `beta`, so that
     /// x - beta v (v . x) is a multiple of the first canonical vector. Golub and Van Loan, Matrix
-    /// Computations, algorithm 5.1.1. `TypeError` for integers; `SizeError` for an empty
-    /// vector.
+    /// Computations, algorithm 5.1.1. `TypeError` for integers of every kind; `SizeError` for an
+    /// empty vector.
     void householderVector(T& beta);
 
     /// The same written into `v`.

@@ -102,8 +102,8 @@ public:
     /// name is there already.
     void extend(const DataSet& other);
 
-    /// Keeps the rows whose cell in the named column equals `value`. If there are none, no column
-    /// stays. Raises `NameError` for an unknown name.
+    /// Keeps the rows whose cell in the named column equals `value`, and the separator. If there are
+    /// none, no column stays. Raises `NameError` for an unknown name.
     template <class T>
     void crop(const std::string& name, const T& value);
 
@@ -121,12 +121,15 @@ public:
 
     /// Reads a table to the end of the stream. A column whose cells are all integers becomes `int`,
     /// one whose cells are all numbers `float`, any other string. Quotes around a name or a string
-    /// are taken off. Fields beyond the header are left out, and so are empty lines. Where the rows
+    /// are taken off. Fields beyond the header are left out, and so are empty lines and the "\r" at a
+    /// line's end. A line with fewer fields leaves empty cells, so that the columns stay in step; a
+    /// name without cells makes an `int` column, one that stands twice two columns. Where the rows
     /// are so ragged that millions of cells would be made up between others, the table is empty and
     /// the stream bad.
     friend std::istream& operator>>(std::istream& stream, DataSet& dataSet);
 
 private:
+    /// A column knows its type, so that no list of types stands beside the columns.
     using Column = std::variant<Vector<int>,
                                 Vector<long>,
                                 Vector<float>,

@@ -10,8 +10,9 @@ class ProgressMonitor;
 ///
 /// Monitors are not owned, and are told in the order in which they were added. They belong to one
 /// object: a copy of a subject has none, and its flag is clear. Cancellation is cooperative: a long
-/// loop tests `isCanceled()` at each step and leaves. Nothing is locked; subject and monitors are
-/// used from the thread that computes.
+/// loop tests `isCanceled()` at each step and leaves. Readers of TIFF and LSM files, the halving of
+/// images and the rigid registration of `Fusion` do; filters, warpings and the processes of leaves run
+/// to their end. Nothing is locked; subject and monitors are used from the thread that computes.
 class ProgressSubject
 {
 public:
@@ -19,7 +20,8 @@ public:
     ProgressSubject(const ProgressSubject& other);
     virtual ~ProgressSubject();
 
-    /// Drops the monitors of this subject and clears its flag; takes nothing over.
+    /// Drops the monitors of this subject and clears its flag; takes nothing over. An object assigned
+    /// to itself stays as it is.
     ProgressSubject& operator=(const ProgressSubject& other);
 
     /// Adds the monitor at the end, unless it is there already.

@@ -18,7 +18,8 @@ public:
     RandomGenerator(const RandomGenerator&) = delete;
     RandomGenerator& operator=(const RandomGenerator&) = delete;
 
-    /// Deletes the former engine and owns the new one. Raises `ValueError` for null.
+    /// Deletes the former engine and owns the new one; drops the gaussian number held back, which the
+    /// former engine has made, as `init` does. Raises `ValueError` for null.
     void setRandomEngine(RandomEngine* newEngine);
 
     /// Starts the sequence of this seed; a seed below 1 is replaced by the clock. Returns the seed

@@ -22,7 +22,8 @@ public:
     /// Number of functions entered and not left; negative if more were left than entered.
     static int depth;
 
-    /// How often each function was entered.
+    /// How often each function was entered. A function, since a plain static would be set up in each
+    /// library that holds this code.
     static std::map<std::string, int>& countMap();
 };
 

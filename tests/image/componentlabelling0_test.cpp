@@ -110,3 +110,16 @@ TEST(ComponentLabelling0, EachElementTypeHoldsTheLabelsItCan)
     EXPECT_EQ(wide.getNumLabels(), 800);
     EXPECT_EQ(reals(39, 39), 800);
 }
+
+TEST(ComponentLabelling0, LabelsAreGivenWithoutARun)
+{
+    // A fresh table held one entry, and the first label was written behind it.
+    ComponentLabelling0<int> labelling;
+    for (int label = 1; label < 40; ++label) {
+        EXPECT_EQ(labelling.newLabel(), label);
+    }
+    labelling.equivLabel(7, 9, 3);
+    PixelMatrix<int> image(checkerboard<int>(2, 2));
+    labelling.apply(image);
+    EXPECT_EQ(labelling.getNumLabels(), 2);
+}

@@ -230,9 +230,17 @@ TEST(GradientOperator0, InterpolatedThinningLooksAlongTheGradient)
     EXPECT_EQ(left(5, coarse), 4);
     EXPECT_EQ(left(5.5F, coarse), 0);
     // u = 1, v = 1/2: the forward sample is the same mean, and equal norms go.
-    const auto fine = GradientOperator0<float>::fineNonmaxSuppression;
+    const auto fine = [](auto& image, const auto& a, const auto& b) {
+        GradientOperator0<float>::fineNonmaxSuppression(image, a, b);
+    };
     EXPECT_EQ(left(4.5F, fine), 4);
     EXPECT_EQ(left(5, fine), 0);
+    // By the direction: u and v are 0.8 and 0.6, the sample is 1.28 + 0.48 of the diagonal.
+    const auto turned = [](auto& image, const auto&, const auto&) {
+        GradientOperator0<float>::fineNonmaxSuppression(image, constant(std::atan2(0.6F, 0.8F)));
+    };
+    EXPECT_EQ(left(5.6F, turned), 4);
+    EXPECT_EQ(left(5.9F, turned), 0);
 }
 
 TEST(GradientOperator0, WeakPixelsStayWhereTheyHangTogetherWithAStrongOne)

@@ -1,5 +1,6 @@
 // Microscope files (LSM), HDF5 and raw images.
 
+#include "image/files/childreader.h"
 #include "image/files/imagereader.h"
 #include "image/pixels/image2.h"
 #include "image/sources/imagesourcelsmstackplane.h"
@@ -9,6 +10,7 @@
 #include "support/tiffs.h"
 
 #include <H5Cpp.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <numeric>
@@ -152,6 +154,18 @@ TEST(ImageReader, MicroscopeBlocksAreNotBelieved)
     plain.magic = 12345;
     makeLsm(path, plain);
     EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::Tiff);
+    {
+        // The magic number alone tells the format.
+        const TIFFFieldInfo info[] = {{34412, TIFF_VARIABLE2, TIFF_VARIABLE2, TIFF_LONG,
+                                       FIELD_CUSTOM, 1, 1, const_cast<char*>("InfoBlock")}};
+        TiffMaker maker(path);
+        TIFFMergeFieldInfo(maker.get(), info, 1);
+        maker.tags(2, 2, 8, 1, PHOTOMETRIC_MINISBLACK);
+        const std::uint32_t magic = 0x0400494C;
+        TIFFSetField(maker.get(), 34412, std::uint32_t(1), &magic);
+        maker.rows(2, [](int, int) { return 1; });
+    }
+    EXPECT_EQ(ImageReader().readImageFileFormat(path), ImageFormat::Lsm);
     makeLsm(path, LsmLayout());
     const std::string whole = folder.read("cells.lsm");
     const std::vector<unsigned char> block = lsmBlock(LsmLayout());
@@ -185,7 +199,12 @@ TEST(ImageReader, Hdf5DatasetsOfTwoAndThreeDimensionsAreRead)
 {
     const TemporaryFolder folder;
     makeHdf5<unsigned char>(folder.file("a.h5"), {2, 3, 4}, H5::PredType::NATIVE_UCHAR);
+    ImageReader().setHDF5Keys({});
     const Image2 volume(folder.file("a.h5"));
+    // The names of a first file stay for the next ones.
+    EXPECT_EQ(ImageReader().getHDF5Keys(), (std::vector<std::string>{"volume", "z"}));
+    H5::H5File(folder.file("other.h5"), H5F_ACC_TRUNC).createGroup("other");
+    EXPECT_NE(reasonFor(folder.file("other.h5")), "");
     EXPECT_EQ(volume.getValueType(), ValueType::Int);
     EXPECT_EQ(volume.getSize(), vectorOf<int>({4, 3, 2}));
     EXPECT_EQ(volume.asVector<int>()[23], 23);
@@ -198,8 +217,50 @@ TEST(ImageReader, Hdf5DatasetsOfTwoAndThreeDimensionsAreRead)
     EXPECT_EQ(reasonFor(folder.file("c.h5")), "Cannot read a dataset of rank 1");
 }
 
+// Bytes in memory are four times those stored, and zeros are packed a thousand to one.
+TEST(ImageReader, Hdf5MasksTakeHardlyAnyBytes)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("mask.h5");
+    const hsize_t extent[] = {16, 512, 512};
+    for (const bool written : {true, false}) {
+        {
+            H5::H5File file(path, H5F_ACC_TRUNC);
+            H5::DSetCreatPropList properties;
+            properties.setChunk(3, extent);
+            properties.setDeflate(9);
+            const H5::PredType& type = H5::PredType::NATIVE_UCHAR;
+            const H5::DataSet dataSet =
+                file.createDataSet("volume", type, H5::DataSpace(3, extent), properties);
+            if (written) {
+                std::vector<unsigned char> mask(std::size_t(16) * 512 * 512, 0);
+                mask.back() = 255;
+                dataSet.write(mask.data(), type);
+            }
+            file.createGroup("another");
+        }
+        ImageReader().setHDF5Key("volume");
+        const Image2 image(path);
+        EXPECT_EQ(image.asVector<int>()[16 * 512 * 512 - 1], written ? 255 : 0);
+        const std::vector<HDF5DataSet> list = ImageReader().readHDF5DataSets(path);
+        ASSERT_EQ(list.size(), 1U);
+        EXPECT_TRUE(list[0].name == "volume" && list[0].rank == 3 && list[0].isByte);
+    }
+}
+
+// A lock held at the fork is never released in the child.
+TEST(ChildReader, AChildThatHangsIsWaitedForUntilItsDeadline)
+{
+    const ChildReader child([](const ChildReader::Sender&) { ::pause(); },
+                            std::chrono::milliseconds(50));
+    char byte = 0;
+    EXPECT_FALSE(child.receive(&byte, 1));
+    EXPECT_TRUE(child.isLate());
+}
+
 TEST(ImageReader, DamagedHdf5IsToldSilently)
 {
+    ImageReader().setHDF5Keys({});
     const TemporaryFolder folder;
     makeHdf5<short>(folder.file("a.h5"), {3, 4}, H5::PredType::NATIVE_SHORT);
     const std::string whole = folder.read("a.h5");
@@ -226,6 +287,7 @@ TEST(ImageReader, DamagedHdf5IsToldSilently)
 // HDF5 believes the length of a chunk that is stored without its filter, and reads past its end.
 TEST(ImageReader, ShortChunksOfHdf5AreRefused)
 {
+    ImageReader().setHDF5Key("a");
     const TemporaryFolder folder;
     const std::string path = folder.file("chunks.h5");
     const std::vector<short> values(32, 7);

@@ -80,6 +80,11 @@ TEST(PixelMatrix, MaskedHistogramCountsWhatTheMaskShows)
         expected[std::clamp((value - 1) / 3, 0, 7)] += mask(n / 17, n % 17) != 0;
     }
     EXPECT_EQ(image.histogram(1, 3, 8, mask), expected);
+    // A step of half a number was none, and all values fell into the last bin.
+    const auto ramp = imageFrom<unsigned char>(1, 4, [](int, int j) { return j; });
+    const auto all = imageFrom<unsigned char>(1, 4, [](int, int) { return 1; });
+    EXPECT_EQ(ramp.histogram(-0.5F, 0.5F, 8, all),
+              vectorOf<unsigned int>({0, 1, 0, 1, 0, 1, 0, 1}));
     EXPECT_RAISES(SizeError, "Vectorui PixelMatrix<T>::histogram(...)", "Incompatible mask size",
                   image.histogram(1, 3, 8, PixelMatrix<int>(17, 13)));
 }

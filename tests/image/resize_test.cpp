@@ -3,6 +3,7 @@
 #include "image/pixels/image2.h"
 #include "image/pixels/imagearithmetic.h"
 #include "numerics/scalar.h"
+#include "image/values/imageerrors.h"
 #include "support/errors.h"
 #include "support/images.h"
 
@@ -137,8 +138,14 @@ TEST(ResizeXForm, NearestPixelsAreTakenAndHalvingTakesMeansOfFour)
     Image0 indexed = randomImage0(4, 4, 8, 3);
     indexed.setColormap(Colormap::fire());
     Image0 out;
-    ResizeXForm(InterpolationMode::Nearest).halve(out, indexed);
+    ResizeXForm halving(InterpolationMode::Nearest);
+    halving.halve(out, indexed);
     EXPECT_EQ(out.getDepth(), 24);
+    halving.halveGrayscaleImage(out, randomImage0(5, 5, 8, 3));
+    EXPECT_EQ(out.getWidth(), 2);
+    EXPECT_THROW(halving.halveGrayscaleImage(out, randomImage0(4, 4, 16, 3)), DepthError);
+    EXPECT_THROW(halving.halveTrueColorImage(out, indexed), DepthError);
+    EXPECT_THROW(halving.nearestResize(out, indexed), UsageError) << "without a target";
 }
 
 TEST(ResizeXForm, ProportionsAreKeptWithinTheTarget)
@@ -229,6 +236,14 @@ TEST(ImageArithmetic, WhatDoesNotFitIsRefused)
                   "the two images have different numerical types", arithmetic.add(a, b));
     Image2 larger(ValueType::Int, 2, 3, 1, 1, 1, 1);
     EXPECT_THROW(arithmetic.multiply(a, larger), SizeError);
+    EXPECT_THROW(arithmetic.divide(a, larger), SizeError) << "though the divisor is 0";
+    // Frames meet by their places; those that the first image has not stay out.
+    Image2 three(ValueType::Int, 2, 2, 1, 1, 3, 1);
+    Image2 one(a);
+    arithmetic.add(one, three);
+    EXPECT_EQ(one, a);
+    EXPECT_THROW(arithmetic.subtract(three, a), SizeError);
+    EXPECT_EQ(three, Image2(ValueType::Int, 2, 2, 1, 1, 3, 1)) << "no frame has changed";
     EXPECT_THROW(arithmetic.divide(a, Scalar(0)), MathError);
     Image2 zero(a);
     zero.fill<int>(0);

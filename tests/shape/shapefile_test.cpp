@@ -7,6 +7,8 @@
 #include "support/errors.h"
 #include "support/temporaryfolder.h"
 
+#include <cmath>
+#include <limits>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -115,7 +117,7 @@ TEST(ShapeFile, AllTypesComeBackAndAreRefusedWithFileAndReasonWhenDamaged)
         for (std::size_t cut = 0; cut <= text.find_last_of(" \n", text.size() - 2); ++cut) {
             EXPECT_TRUE(refuses(text.substr(0, cut))) << cut;
         }
-        for (const char* word : {"x", "nan"}) {
+        for (const char* word : {"x", "nix"}) {
             for (const auto& [bad, at] : damaged(text, word)) {
                 EXPECT_TRUE(refuses(bad)) << bad << at;
             }
@@ -186,6 +188,16 @@ TEST(ShapeFile, ReadsAnyLineEndsAndTellsWhatIsNoShape)
                   Shape<double>::loadFile(missing));
     EXPECT_RAISES(FileReadError, loadWhere, "Cannot open file for reading", Curve<double>{missing});
     EXPECT_THROW(Curve<double>(folder.path().string()), FileError);
+
+    // What is no number, or too large, is written as a word, and comes back.
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const Curve<double> words(curveOf<double>({{std::nan(""), -infinity}, {infinity, -1}}, false));
+    words.save(folder.file("words.cv"), true);
+    const std::unique_ptr<Shape<double>> loaded(Shape<double>::loadFile(folder.file("words.cv")));
+    const Vector<double> numbers = loaded->toVector();
+    EXPECT_TRUE(std::isnan(numbers[0]));
+    EXPECT_TRUE(numbers[1] == -infinity && numbers[2] == infinity && numbers[3] == -1);
+    EXPECT_RAISES(FileFormatError, loadWhere, format, load("# 0\n# 2\n# 1\n1 -no\n"));
 
     // Only the numbers matter to `load`.
     Curve<double> curve;

@@ -264,6 +264,12 @@ TEST(TriMesh, NormalsAreWeightedByAreaAndSmoothedByNeighbours)
     mesh.smoothNormals(1);
     EXPECT_NEAR(mesh.getNormal(1).distance(sum / sum.norm()), 0, 1e-15);
 
+    // Colours given once more are the same ones, not freed.
+    mesh.setVertexColors(
+        new TriMesh<int>(curveOf<int>({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}, {0, 0, 1}}, true)));
+    mesh.setVertexColors(mesh.getVertexColors());
+    EXPECT_EQ((*mesh.getVertexColors())[2], vectorOf<int>({7, 8, 9}));
+
     // Of each vertex one open edge upwards is looked for.
     TriMesh<double> single(curveOf<double>({{0, 0, 0}, {2, 0, 0}, {0, 2, 0}}, true));
     single.addTriangle(0, 1, 2);

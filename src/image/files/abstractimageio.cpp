@@ -1,5 +1,7 @@
 #include "image/files/abstractimageio.h"
 
+#include <tiffio.h>
+
 bool AbstractImageIO::firstTime = true;
 TIFFExtendProc AbstractImageIO::_parentExtender = nullptr;
 
@@ -10,8 +12,13 @@ char positionTagName[] = "ImagePosition3D";
 
 } // namespace
 
-const TIFFFieldInfo AbstractImageIO::xtiffFieldInfo[1] = {
-    {ImagePosition3D, 3, 3, TIFF_FLOAT, FIELD_CUSTOM, 1, 0, positionTagName}};
+struct AbstractImageIO::FieldTable
+{
+    TIFFFieldInfo rows[1];
+};
+
+const AbstractImageIO::FieldTable AbstractImageIO::xtiffFieldInfo = {
+    {{ImagePosition3D, 3, 3, TIFF_FLOAT, FIELD_CUSTOM, 1, 0, positionTagName}}};
 
 AbstractImageIO::AbstractImageIO()
 {
@@ -23,7 +30,7 @@ AbstractImageIO::AbstractImageIO()
 
 void AbstractImageIO::registerCustomTiffTags(TIFF* tif)
 {
-    TIFFMergeFieldInfo(tif, xtiffFieldInfo, 1);
+    TIFFMergeFieldInfo(tif, xtiffFieldInfo.rows, 1);
     if (_parentExtender != nullptr) {
         _parentExtender(tif);
     }

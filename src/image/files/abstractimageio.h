@@ -2,7 +2,8 @@
 
 #include "system/progresssubject.h"
 
-#include <tiffio.h>
+/// A handle of libtiff, as its own header declares it; no other header of it is needed to use a reader.
+typedef struct tiff TIFF;
 
 /// Base of the image readers and writers: makes the position tag known to libtiff and reports
 /// progress. Used on one thread at a time.
@@ -21,7 +22,10 @@ protected:
     static void registerCustomTiffTags(TIFF* tif);
 
 private:
+    /// The table of custom tags, one row; complete where libtiff's own type is known.
+    struct FieldTable;
+
     static bool firstTime;
-    static TIFFExtendProc _parentExtender;
-    static const TIFFFieldInfo xtiffFieldInfo[1];
+    static void (*_parentExtender)(TIFF*);
+    static const FieldTable xtiffFieldInfo;
 };

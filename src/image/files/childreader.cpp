@@ -1,5 +1,6 @@
 #include "image/files/childreader.h"
 
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -72,7 +73,9 @@ void ChildReader::Sender::limit(std::size_t bytes, unsigned int seconds)
     limitTo(RLIMIT_CPU, seconds);
 }
 
-ChildReader::ChildReader(const std::function<void(const Sender&)>& work)
+ChildReader::ChildReader(const std::function<void(const Sender&)>& work,
+                         std::chrono::milliseconds patience)
+    : deadline_(Clock::now() + patience)
 {
     int ends[2];
     if (::pipe(ends) != 0) {
@@ -108,10 +111,28 @@ ChildReader::~ChildReader()
     }
 }
 
+/// False when the deadline passes first.
+bool ChildReader::waitForBytes() const
+{
+    using std::chrono::milliseconds;
+    while (!isLate()) {
+        const auto left = std::chrono::ceil<milliseconds>(deadline_ - Clock::now()).count();
+        constexpr long long longest = 1000000;
+        pollfd end = {descriptor_, POLLIN, 0};
+        if (::poll(&end, 1, static_cast<int>(std::clamp<long long>(left, 0, longest))) > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool ChildReader::receive(void* bytes, std::size_t count) const
 {
     char* next = static_cast<char*>(bytes);
     while (count > 0) {
+        if (!waitForBytes()) {
+            return false;
+        }
         const ssize_t length = ::read(descriptor_, next, count);
         if (length == 0 || (length < 0 && errno != EINTR)) {
             return false;

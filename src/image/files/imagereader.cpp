@@ -58,6 +58,7 @@ bool readImg(unsigned char* pixels, const std::string& path)
     return stream.good();
 }
 
+/// The steps tell by false that a file falls short; the whole operation has no other way than this.
 [[noreturn]] void raiseShortImg(const std::string& path)
 {
     raiseFile<FileReadError>("bool ImageReader::readImgPixels(...)",

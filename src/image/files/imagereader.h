@@ -2,6 +2,7 @@
 
 #include "image/files/abstractimageio.h"
 #include "image/files/childreader.h"
+#include "image/files/hdf5dataset.h"
 #include "image/values/imageformat.h"
 #include "image/values/valuetype.h"
 
@@ -60,7 +61,13 @@ public:
     /// Cells without a file stay black.
     void read(Image0& image, const ImageSourceFileMosaic& source);
     void read(Image0& image, const ImageMosaic& mosaic);
+
+    /// With the source's colormap. `FileFormatError` for a page of other size or depth than the
+    /// source, which knows those of the first. A cancelled read tells so alone.
     void read(Image0& image, const ImageSourceTiffStackPlane& source);
+
+    /// The header of an LSM file tells the dimensions the other way round, so that a plane that is
+    /// not square is refused (`FileFormatError`) and not cropped; an `Image2` takes it.
     void read(Image0& image, const ImageSourceLSMStackPlane& source);
 
     /// A 16-bit image of the plane; lists it on the standard output too.
@@ -74,8 +81,17 @@ public:
     void read(Image2& image, const ImageSource& source);
 
     /// Names the dataset that HDF5 files are read from, for all readers of the process. Without a
-    /// name, the first link of each file's root group is taken.
+    /// name, the links of the first file's root group are kept as the names, and the first one is read
+    /// from that file and from all that follow.
     void setHDF5Key(const std::string& key);
+
+    /// The names given or found; `setHDF5Keys` puts them back, or takes none.
+    std::vector<std::string> getHDF5Keys() const { return _keys(); }
+
+    void setHDF5Keys(const std::vector<std::string>& keys) { _keys() = keys; }
+
+    /// The datasets in the root group that can be read, in the order of their names. Takes no name.
+    std::vector<HDF5DataSet> readHDF5DataSets(const std::string& path);
 
 protected:
     /// The steps below work on an open handle, at its present directory. They raise the errors of
@@ -86,8 +102,9 @@ protected:
     SpatialCalibration readTiffCalibration(TIFF* tif);
     void readTiffColormap(ImageHeader& header, TIFF* tif);
 
-    /// The number of directories. Raises `FileFormatError` above 65535, `FileReadError` when the
-    /// chain of directories is broken.
+    /// The number of directories, up to where their chain ends or leads nowhere. Raises
+    /// `FileFormatError` above 65535, `FileReadError` without any, or where the chain is broken before
+    /// the last page that the description tells of.
     int readTiffNumPlanes(TIFF* tif);
     void readTiffPixels(Image0& image, TIFF* tif);
 

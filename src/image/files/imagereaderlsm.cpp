@@ -118,7 +118,8 @@ void ImageReader::readLSMHeader(Image2& image, TIFF* tif)
     const int channels = positive(info.channels, tif, imageWhere);
     const int timepoints = positive(info.timepoints, tif, imageWhere);
     const int pages = readTiffNumPlanes(tif);
-    if (channels > samples || timepoints > pages / 2) {
+    if (channels > samples || timepoints > pages / 2 ||
+        info.dimensionZ > static_cast<std::uint32_t>(pages / 2 / timepoints)) {
         refuse(tif, imageWhere, "The LSM info block tells of more frames than the file holds");
     }
     // Value type and size are checked as those of a TIFF; the block must agree with them.

@@ -183,11 +183,15 @@ std::string compressionText(TIFF* tif)
 
 int ImageReader::readTiffNumPlanes(TIFF* tif)
 {
-    // libtiff counts up to a directory that it can't read, and tells of it. What it told of the file
-    // before does not count here.
+    // libtiff counts up to a directory that it can't read, and tells of it. A pointer behind the last
+    // page that leads nowhere does no harm; a file that was cut off knows of more pages. What libtiff
+    // told of the file before does not count here.
     const TiffMessages ofCounting;
     const tdir_t directories = TIFFNumberOfDirectories(tif);
-    if (directories == 0 || !TiffMessages::firstError().empty()) {
+    const int described = TiffDescription(tif).integerAfter("images=").value_or(1);
+    const bool isCut =
+        !TiffMessages::firstError().empty() && described > 0 && tdir_t(described) > directories;
+    if (directories == 0 || isCut) {
         raiseFile<FileReadError>(headerWhere,
                                  TiffMessages::withReason("Cannot find all pages of TIFF"),
                                  TIFFFileName(tif));

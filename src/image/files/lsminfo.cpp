@@ -1,27 +1,33 @@
 #include "image/files/lsminfo.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
 
-constexpr std::uint32_t blockLength = 64;
+constexpr std::size_t blockLength = 64;
 
-/// The bytes of the block; null when they are not there. libtiff does not know the tag, so it hands
-/// out a count and an array of the type that the file says.
-const unsigned char* lsmBlock(TIFF* tif)
+struct Block
+{
+    const unsigned char* bytes = nullptr; ///< null without the tag
+    std::size_t length = 0;
+};
+
+/// libtiff does not know the tag, so it hands out a count and an array of the type that the file says.
+Block lsmBlock(TIFF* tif)
 {
     const TIFFField* const field = TIFFFindField(tif, LsmInfo::tag, TIFF_ANY);
     if (field == nullptr || !TIFFFieldPassCount(field) ||
         TIFFFieldReadCount(field) != TIFF_VARIABLE2) {
-        return nullptr;
+        return {};
     }
     std::uint32_t count = 0;
     const unsigned char* block = nullptr;
     if (!TIFFGetField(tif, LsmInfo::tag, &count, &block) || block == nullptr) {
-        return nullptr;
+        return {};
     }
-    const int width = TIFFDataWidth(TIFFFieldDataType(field));
-    return width > 0 && count >= blockLength / static_cast<std::uint32_t>(width) ? block : nullptr;
+    const int width = std::max(TIFFDataWidth(TIFFFieldDataType(field)), 0);
+    return {block, std::size_t(count) * static_cast<std::size_t>(width)};
 }
 
 template <class T>
@@ -34,11 +40,14 @@ void take(T& value, const unsigned char* block, std::size_t offset)
 
 LsmInfo::LsmInfo(TIFF* tif)
 {
-    const unsigned char* const block = lsmBlock(tif);
-    if (block == nullptr) {
+    const auto [block, length] = lsmBlock(tif);
+    if (length < sizeof(S32MagicNumber)) {
         return;
     }
     take(S32MagicNumber, block, 0);
+    if (length < blockLength) {
+        return;
+    }
     take(dimensionX, block, 8);
     take(dimensionY, block, 12);
     take(dimensionZ, block, 16);

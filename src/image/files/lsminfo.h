@@ -19,7 +19,8 @@ struct LsmInfo
     double voxelSizeY = 0.0;
     double voxelSizeZ = 0.0;
 
-    /// Reads the block of the present directory; all fields stay 0 when there is none, or a short one.
+    /// Reads the block of the present directory; all fields stay 0 when there is none, all but the magic
+    /// number when it is short.
     explicit LsmInfo(TIFF* tif);
 
     /// Whether the magic number is one of the two known.

@@ -1,13 +1,17 @@
 #include "image/files/tiffdescription.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
 namespace {
 
+/// The number that begins there, behind blanks and a plus as streams take them.
 template <class T>
 bool parse(const std::string& text, std::size_t position, T& value)
 {
+    position = std::min(text.find_first_not_of(" \t", position), text.size());
+    position += position + 1 < text.size() && text[position] == '+' && text[position + 1] != '-';
     const char* const end = text.data() + text.size();
     return std::from_chars(text.data() + position, end, value).ec == std::errc();
 }

@@ -40,7 +40,7 @@ TiffMessages::TiffMessages()
     const std::lock_guard<std::mutex> lock(replaced.mutex);
     if (replaced.guards++ == 0) {
         replaced.error = TIFFSetErrorHandler(takeError);
-        replaced.warning = TIFFSetWarningHandler(nullptr);
+        replaced.warning = TIFFSetWarningHandler(takeWarning);
     }
     innermost_ = this;
 }
@@ -81,6 +81,13 @@ void TiffMessages::takeError(const char*, const char* format, va_list arguments)
     }
 }
 
+void TiffMessages::takeWarning(const char* module, const char* format, va_list arguments)
+{
+    if (module != nullptr && std::strcmp(module, "JPEGLib") == 0) {
+        takeError(module, format, arguments);
+    }
+}
+
 TiffFile::TiffFile(const std::string& path, const char* mode)
 {
     if (mode[0] == 'w') {
@@ -98,6 +105,9 @@ TiffFile::TiffFile(const std::string& path, const char* mode)
     }
     tif_ = TIFFOpenExt(path.c_str(), mode, options);
     TIFFOpenOptionsFree(options);
+    if (tif_ != nullptr) {
+        decodeToRgb(tif_);
+    }
 }
 
 TiffFile::~TiffFile()
@@ -122,6 +132,13 @@ void TiffFile::close()
 }
 
 namespace {
+
+int compressionOf(TIFF* tif)
+{
+    std::uint16_t compression = COMPRESSION_NONE;
+    TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
+    return compression;
+}
 
 [[noreturn]] void refuse(TIFF* tif, const char* where, const std::string& feature)
 {
@@ -160,15 +177,17 @@ int tiffcheck::dimension(TIFF* tif, std::uint32_t tag, const char* where)
 
 void tiffcheck::readableLayout(TIFF* tif, const char* where)
 {
-    std::uint16_t compression = COMPRESSION_NONE;
-    TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
-    if (compression == COMPRESSION_JPEG || compression == COMPRESSION_OJPEG) {
-        refuse(tif, where, "JPEG compression");
+    const int compression = compressionOf(tif);
+    if (compression == COMPRESSION_OJPEG) {
+        refuse(tif, where, "the older JPEG compression");
     }
     std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
     TIFFGetField(tif, TIFFTAG_PHOTOMETRIC, &photometric);
     if (photometric == PHOTOMETRIC_SEPARATED) {
         refuse(tif, where, "CMYK colours");
+    }
+    if (photometric == PHOTOMETRIC_YCBCR && compression == COMPRESSION_JPEG) {
+        return;
     }
     if (photometric == PHOTOMETRIC_YCBCR) {
         refuse(tif, where, "YCbCr colours");
@@ -189,10 +208,8 @@ void tiffcheck::rowLength(TIFF* tif, std::uint64_t bytesPerLine, const char* whe
 
 void tiffcheck::dataFits(TIFF* tif, std::uint64_t bytes, const char* where)
 {
-    std::uint16_t compression = COMPRESSION_NONE;
-    TIFFGetFieldDefaulted(tif, TIFFTAG_COMPRESSION, &compression);
     const std::uint64_t length = TIFFGetSizeProc(tif)(TIFFClientdata(tif));
-    if (bytes / expansion(compression) > length) {
+    if (bytes / expansion(compressionOf(tif)) > length) {
         raiseFile<FileFormatError>(where, "The file is too short for the image that it describes",
                                    TIFFFileName(tif));
     }
@@ -205,6 +222,15 @@ void tiffcheck::dataFits(TIFF* tif, const ImageHeader& header, const char* where
     dataFits(tif, std::uint64_t(header.getHeight()) * rowBytes, where);
 }
 
+void decodeToRgb(TIFF* tif)
+{
+    std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
+    TIFFGetField(tif, TIFFTAG_PHOTOMETRIC, &photometric);
+    if (compressionOf(tif) == COMPRESSION_JPEG && photometric == PHOTOMETRIC_YCBCR) {
+        TIFFSetField(tif, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    }
+}
+
 void setTiffDirectory(TIFF* tif, int directory, const char* where)
 {
     if (directory < 0 || !TIFFSetDirectory(tif, static_cast<tdir_t>(directory))) {
@@ -213,6 +239,7 @@ void setTiffDirectory(TIFF* tif, int directory, const char* where)
             TiffMessages::withReason("Cannot read page " + std::to_string(directory) + " of TIFF"),
             TIFFFileName(tif));
     }
+    decodeToRgb(tif);
 }
 
 TiffRows::TiffRows(TIFF* tif, int sample, std::size_t bytesPerLine, const char* where)
@@ -220,6 +247,7 @@ TiffRows::TiffRows(TIFF* tif, int sample, std::size_t bytesPerLine, const char* 
     , sample_(static_cast<std::uint16_t>(sample))
     , bytesPerLine_(bytesPerLine)
     , where_(where)
+    , isJpeg_(compressionOf(tif) == COMPRESSION_JPEG)
 {
     if (!TIFFIsTiled(tif)) {
         return;
@@ -236,6 +264,14 @@ TiffRows::TiffRows(TIFF* tif, int sample, std::size_t bytesPerLine, const char* 
     tiffcheck::dataFits(tif, std::uint64_t(tileHeight_) * bytesPerLine, where);
     tile_.resize(tileBytes);
     band_.resize(std::size_t(tileHeight_) * bytesPerLine);
+}
+
+/// The decoder makes up what is missing, and tells of it alone.
+void TiffRows::requireWholeJpeg(int index) const
+{
+    if (isJpeg_ && !TiffMessages::firstError().empty()) {
+        fail(index);
+    }
 }
 
 void TiffRows::fail(int index) const
@@ -258,6 +294,7 @@ void TiffRows::readBand(std::uint32_t first)
         if (TIFFReadTile(tif_, tile_.data(), x, first, 0, sample_) < 0) {
             fail(static_cast<int>(first));
         }
+        requireWholeJpeg(static_cast<int>(first));
         const std::size_t offset = x * pixel;
         const std::size_t length = std::min(tileRow, bytesPerLine_ - offset);
         for (std::size_t i = 0; i < tileHeight_; ++i) {
@@ -275,6 +312,7 @@ void TiffRows::read(unsigned char* row, int index)
         if (TIFFReadScanline(tif_, row, line, sample_) < 0) {
             fail(index);
         }
+        requireWholeJpeg(index);
         return;
     }
     const std::uint32_t first = line - line % tileHeight_;

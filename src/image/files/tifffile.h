@@ -8,8 +8,9 @@
 
 class ImageHeader;
 
-/// Catches what libtiff has to say for as long as it lives: warnings are dropped, the first error
-/// is kept, nothing is printed. Guards may be nested, and the innermost one of the thread listens.
+/// Catches what libtiff has to say for as long as it lives: the first error is kept, warnings are
+/// dropped but for those of the JPEG decoder, which tells so of pixels that it had to make up. Nothing
+/// is printed. Guards may be nested, and the innermost one of the thread listens.
 /// Several threads may hold guards at once: libtiff's process-wide handlers come back when the last
 /// one of all threads has gone.
 class TiffMessages
@@ -28,6 +29,7 @@ public:
 
 private:
     static void takeError(const char* module, const char* format, va_list arguments);
+    static void takeWarning(const char* module, const char* format, va_list arguments);
 
     static thread_local TiffMessages* innermost_;
     TiffMessages* outer_;
@@ -65,7 +67,9 @@ namespace tiffcheck {
 /// A size tag as a positive `int`.
 int dimension(TIFF* tif, std::uint32_t tag, const char* where);
 
-/// Refuses JPEG compression, and colours other than grey, RGB and palette, by name.
+/// Refuses colours other than grey, RGB and palette by name, since their samples taken for those would
+/// be other colours without a word. YCbCr under JPEG compression has been made RGB by the decoder; the
+/// older JPEG compression is refused.
 void readableLayout(TIFF* tif, const char* where);
 
 /// Refuses rows of another length than the target's.
@@ -79,7 +83,10 @@ void dataFits(TIFF* tif, const ImageHeader& header, const char* where);
 
 } // namespace tiffcheck
 
-/// Makes a directory of the file the present one. Raises `FileReadError`.
+/// Lets the JPEG decoder turn YCbCr of the present directory into RGB.
+void decodeToRgb(TIFF* tif);
+
+/// Makes a directory of the file the present one, its colours decoded. Raises `FileReadError`.
 void setTiffDirectory(TIFF* tif, int directory, const char* where);
 
 /// The rows of the present directory, from strips or tiles, of one sample where these lie apart.
@@ -95,12 +102,15 @@ public:
 
 private:
     void readBand(std::uint32_t first);
+    void requireWholeJpeg(int index) const;
     [[noreturn]] void fail(int index) const;
 
     TIFF* tif_;
     std::uint16_t sample_;
     std::size_t bytesPerLine_;
     const char* where_;
+    TiffMessages messages_;
+    bool isJpeg_;
 
     /// The rows of the tiles that were read last, which begin at row `bandStart_`; none in strips.
     std::vector<unsigned char> band_;

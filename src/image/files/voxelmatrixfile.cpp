@@ -221,6 +221,7 @@ VoxelMatrix<T>::readHeader(std::ifstream& stream, const std::string& path, const
     header.size3 = readInteger(stream);
     if (header.size1 == 0 && header.size2 == 0 && header.size3 == 0) {
         const int version = readInteger(stream);
+        // What another version holds behind this number is not known.
         if (stream && version != currentVersion) {
             raiseFile<FileFormatError>(where, "Unknown version of the file format", path);
         }

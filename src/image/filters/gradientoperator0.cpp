@@ -66,6 +66,21 @@ void suppress(PixelMatrix<T>& image,
     }
 }
 
+/// Whether one of the samples at distance 1 along the gradient tops the norm; it points to the side
+/// (dr, dc), with the components u along the row and v across.
+template <class T, class U>
+bool isFinelyTopped(const PixelMatrix<T>& norm, int r, int c, int dr, int dc, U u, U v)
+{
+    const T m = norm(r, c);
+    const auto sample = [&](int side) {
+        const T H = norm(r, c + side * dc);
+        const T V = norm(r + side * dr, c);
+        const T D = norm(r + side * dr, c + side * dc);
+        return (1 - u) * (1 - v) * m + u * (1 - v) * H + (1 - u) * v * V + u * v * D;
+    };
+    return sample(1) >= m || sample(-1) > m;
+}
+
 struct Pixel
 {
     int row;
@@ -251,18 +266,27 @@ void GradientOperator0<T>::fineNonmaxSuppression(PixelMatrix<T>& image,
         if (m == 0) {
             return false;
         }
-        const int dr = q < 0 ? -1 : 1;
-        const int dc = p < 0 ? -1 : 1;
-        const T u = p / m < 0 ? -(p / m) : p / m;
-        const T v = q / m < 0 ? -(q / m) : q / m;
-        const auto sample = [&](int side) {
-            const T H = norm(r, c + side * dc);
-            const T V = norm(r + side * dr, c);
-            const T D = norm(r + side * dr, c + side * dc);
-            return (1 - u) * (1 - v) * m + u * (1 - v) * H + (1 - u) * v * V + u * v * D;
-        };
-        return sample(1) >= m || sample(-1) > m;
+        return isFinelyTopped(norm, r, c, p < 0 ? -1 : 1, q < 0 ? -1 : 1,
+                              p / m < 0 ? -(p / m) : p / m, q / m < 0 ? -(q / m) : q / m);
     });
+}
+
+template <class T>
+void GradientOperator0<T>::fineNonmaxSuppression(PixelMatrix<T>& image,
+                                                 const PixelMatrix<T>& angles)
+{
+    const char* const where = "void GradientOperator<T>::fineNonmaxSuppression(...)";
+    requireReal<T>(where);
+    suppress(image, angles, angles, where,
+             [](const PixelMatrix<T>& norm, int r, int c, T angle, T) {
+                 if (norm(r, c) == 0) {
+                     return false;
+                 }
+                 const T p = static_cast<T>(std::cos(static_cast<double>(angle)));
+                 const T q = static_cast<T>(std::sin(static_cast<double>(angle)));
+                 return isFinelyTopped(norm, r, c, p < 0 ? -1 : 1, q < 0 ? -1 : 1, p < 0 ? -p : p,
+                                       q < 0 ? -q : q);
+             });
 }
 
 template <class T>

@@ -60,6 +60,9 @@ public:
     static void
     fineNonmaxSuppression(PixelMatrix<T>& image, const PixelMatrix<T>& a, const PixelMatrix<T>& b);
 
+    /// The same with the direction of the gradient, in radians, as `angle` gives it.
+    static void fineNonmaxSuppression(PixelMatrix<T>& image, const PixelMatrix<T>& angles);
+
     /// Compares with the two neighbours along the nearer axis. A norm equal to one of them goes on
     /// one side only, so that of a ridge two pixels wide at most one stays.
     static void

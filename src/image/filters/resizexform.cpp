@@ -2,6 +2,7 @@
 
 #include "image/filters/matrixresize.h"
 #include "image/pixels/image0.h"
+#include "image/values/imageerrors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +23,15 @@ std::vector<std::size_t> sourceOffsets(int inWidth, int outWidth, int bytesPerPi
             static_cast<std::size_t>(column) * static_cast<std::size_t>(bytesPerPixel);
     }
     return offsets;
+}
+
+const char* const applyWhere = "void ResizeXForm::apply(Image&, const Image&) const";
+
+void requirePixels(const Image0& image)
+{
+    if (image.getWidth() < 1 || image.getHeight() < 1) {
+        raise<SizeError>(applyWhere, "The image is empty");
+    }
 }
 
 int sourceRow(int inHeight, int outHeight, int j)
@@ -62,12 +72,16 @@ void ResizeXForm::convertSize(int& columns, int& rows) const
     }
 }
 
+void ResizeXForm::requireTarget() const
+{
+    if (width < 1 || height < 1) {
+        raise<UsageError>(applyWhere, "The size is not set");
+    }
+}
+
 void ResizeXForm::apply(Image0& out, const Image0& in) const
 {
-    const char* const where = "void ResizeXForm::apply(Image&, const Image&) const";
-    if (width < 1 || height < 1) {
-        raise<UsageError>(where, "The size is not set");
-    }
+    requireTarget();
     int columns = in.getWidth();
     int rows = in.getHeight();
     convertSize(columns, rows);
@@ -75,11 +89,9 @@ void ResizeXForm::apply(Image0& out, const Image0& in) const
         out = in;
         return;
     }
-    if (in.getWidth() < 1 || in.getHeight() < 1) {
-        raise<SizeError>(where, "The image is empty");
-    }
+    requirePixels(in);
     if (interpolationMode != InterpolationMode::Nearest) {
-        raise<UsageError>(where, "Images can only be resized to the nearest pixel");
+        raise<UsageError>(applyWhere, "Images can only be resized to the nearest pixel");
     }
     nearestResize(out, in);
 }
@@ -99,6 +111,8 @@ void ResizeXForm::apply(Image0& image) const
 
 void ResizeXForm::nearestResize(Image0& out, const Image0& in) const
 {
+    requireTarget();
+    requirePixels(in);
     int columns = in.getWidth();
     int rows = in.getHeight();
     convertSize(columns, rows);
@@ -135,6 +149,10 @@ void ResizeXForm::halve(Image0& out, const Image0& in)
 
 void ResizeXForm::halveGrayscaleImage(Image0& out, const Image0& in)
 {
+    if (in.getDepth() == 16) {
+        raise<DepthError>("void ResizeXForm::halveGrayscaleImage(Image&, const Image&)",
+                          "The samples have not 8 bits");
+    }
     PixelMatrix<unsigned char> matrix;
     matrix.convertFromImage(in, ImageChannel::Red);
     MatrixResize<float> resize;
@@ -144,6 +162,10 @@ void ResizeXForm::halveGrayscaleImage(Image0& out, const Image0& in)
 
 void ResizeXForm::halveTrueColorImage(Image0& out, const Image0& in)
 {
+    if (in.getDepth() < 24) {
+        raise<DepthError>("void ResizeXForm::halveTrueColorImage(Image&, const Image&)",
+                          "The image has no colours");
+    }
     Image0 halved(in.getWidth() / 2, in.getHeight() / 2, in.getDepth());
     MatrixResize<float> resize;
     resize.addMonitor(*this);

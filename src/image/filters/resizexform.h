@@ -40,10 +40,16 @@ public:
     /// then stays as it was.
     void halve(Image0& out, const Image0& in);
 
-private:
+    /// Brings an image to the size that `convertSize` gives, also where it has it; errors as `apply`.
     void nearestResize(Image0& out, const Image0& in) const;
+
+    /// The steps of `halve`: the grey values, or the red ones, of 8 bits a sample; and all samples of
+    /// 24 or 32 bits a pixel. `DepthError` for other images.
     void halveGrayscaleImage(Image0& out, const Image0& in);
     void halveTrueColorImage(Image0& out, const Image0& in);
+
+private:
+    void requireTarget() const;
 
     InterpolationMode interpolationMode;
     bool aspectFriendly = false;

@@ -49,7 +49,8 @@ public:
     void allocatePixels();
 
     /// Takes the header. One of another geometry makes room for that geometry, as `init` does; one of
-    /// depth 0 destroys the pixels.
+    /// depth 0 destroys the pixels. Headers that compare equal are taken too: their colormaps may
+    /// differ.
     void setHeader(const ImageHeader& header);
 
     const ImageHeader& getHeader() const { return header_; }

@@ -25,7 +25,8 @@ public:
     /// Whether the element, counted without its samples, lies within `margin` elements of the border.
     virtual bool insideMargin(int index, int margin) const = 0;
 
-    /// Stretches of elements, counted without samples, that cover the border, in index order.
+    /// Stretches of elements, counted without samples, that cover the border, in index order. No
+    /// element comes twice, also in an image of one row or one column.
     virtual Runs borderRuns() const = 0;
 
     /// Position of an element's first sample in the frame.

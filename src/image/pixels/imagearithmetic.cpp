@@ -42,11 +42,11 @@ void requireNoZero([[maybe_unused]] const Vector<T>& divisors, [[maybe_unused]] 
 template <class T>
 void divideBy(Vector<T>& values, const Vector<T>& divisors)
 {
-    requireNoZero(divisors, imageWhere);
     if (values.getSize() != divisors.getSize() || !std::is_integral_v<T>) {
         values /= divisors;
         return;
     }
+    requireNoZero(divisors, imageWhere);
     T* const value = values.data();
     const T* const divisor = divisors.data();
     for (int i = 0, size = values.getSize(); i < size; ++i) {
@@ -97,6 +97,14 @@ public:
 
     void apply(Image2& image, const Image2& other, Operation operation) const override
     {
+        // A frame that doesn't fit raises the error of the vectors before any frame has changed.
+        forEachFrame(image, [&](int channel, int timepoint) {
+            Vector<T> values = image.asVector<T>(channel, timepoint);
+            const Vector<T> others = other.asVector<T>(channel, timepoint);
+            if (values.getSize() != others.getSize()) {
+                apply(values, others, operation);
+            }
+        });
         forEachFrame(image, [&](int channel, int timepoint) {
             Vector<T> values = image.asVector<T>(channel, timepoint);
             apply(values, other.asVector<T>(channel, timepoint), operation);
@@ -229,10 +237,6 @@ void ImageArithmetic::apply(Image2& image, const Image2& other, Operation operat
 {
     if (image.getValueType() != other.getValueType()) {
         raise<UsageError>(imageWhere, "the two images have different numerical types");
-    }
-    if (image.getNumChannels() != other.getNumChannels() ||
-        image.getNumTimepoints() != other.getNumTimepoints()) {
-        raise<UsageError>(imageWhere, "the two images have different numbers of frames");
     }
     implementationFor(image, imageWhere).apply(image, other, operation);
 }

@@ -10,8 +10,9 @@ class Scalar;
 /// Arithmetic on all frames of an image, in place on the first argument and in its value type:
 /// integers wrap around, nothing saturates. A scalar is converted to that type once.
 ///
-/// Two images must have the same value type and number of frames (`UsageError`) and frames of the
-/// same size (`SizeError`). A division of integers by 0 raises `MathError`.
+/// Two images must have the same value type (`UsageError`). Each frame of the first meets that of the
+/// same channel and timepoint of the other, which may have more; one that is missing or of another
+/// size raises `SizeError`. A division of integers by 0 raises `MathError`.
 class ImageArithmetic
 {
 public:

@@ -29,21 +29,6 @@ U truncated(T value)
     }
 }
 
-/// A view of all elements in one vector, for operations that only read.
-template <class T>
-Vector<T> wholeBlock(const PixelMatrix<T>& matrix)
-{
-    const int elements = matrix.getSize1() * matrix.getSize2();
-    return Vector<T>(elements, const_cast<T*>(matrix[0].data()));
-}
-
-template <class T>
-bool isOneBlock(const PixelMatrix<T>& matrix)
-{
-    const std::int64_t elements = std::int64_t(matrix.getSize1()) * matrix.getSize2();
-    return matrix.isOwner() && elements > 0 && elements <= std::numeric_limits<int>::max();
-}
-
 } // namespace
 
 template <class T>
@@ -165,15 +150,18 @@ Vector<unsigned int> PixelMatrix<T>::histogram(float origin,
     if (bins > static_cast<unsigned int>(std::numeric_limits<int>::max())) {
         raise<ValueError>(where, "Too many bins");
     }
-    const T first = static_cast<T>(origin);
-    const T width = static_cast<T>(step);
+    using Edge = std::conditional_t<std::is_integral_v<T>, double, T>;
+    const Edge first = static_cast<Edge>(origin);
+    const Edge width = static_cast<Edge>(step);
     const int count = static_cast<int>(bins);
-    if (isOneBlock(*this) && isOneBlock(mask)) {
-        return wholeBlock(*this).histogram(first, width, count, wholeBlock(mask));
-    }
-    Vector<unsigned int> counts = Vector<T>().histogram(first, width, count);
+    Vector<unsigned int> counts = Vector<Edge>().histogram(first, width, count);
     for (int i = 0; i < this->getSize1(); ++i) {
-        counts += (*this)[i].histogram(first, width, count, mask[i]);
+        if constexpr (std::is_integral_v<T>) {
+            counts += (*this)[i].template toType<double>().histogram(
+                first, width, count, mask[i].template toType<double>());
+        } else {
+            counts += (*this)[i].histogram(first, width, count, mask[i]);
+        }
     }
     return counts;
 }

@@ -63,13 +63,15 @@ public:
 
     using Matrix<T>::histogram;
 
-    /// Sum of the histograms of the rows over the pixels whose mask is not 0. `origin` and `step`
-    /// are converted to `T` first. `SizeError` for a mask of another size.
+    /// Sum of the histograms of the rows over the pixels whose mask is not 0. Of integers the edges
+    /// of the bins need not be whole; of real numbers `origin` and `step` are converted to `T` first.
+    /// `SizeError` for a mask of another size.
     Vector<unsigned int>
     histogram(float origin, float step, unsigned int bins, const PixelMatrix& mask) const;
 
-    /// Makes an image of depth 8 or 16 (`DepthError`) with this calibration. Values are truncated
-    /// and wrap around; what no 64-bit integer can hold becomes 0.
+    /// Makes an image of depth 8 or 16 with this calibration; other depths have several samples a
+    /// pixel (`DepthError`). Nothing of the former image stays, since its colormap would tell of other
+    /// pixels. Values are truncated and wrap around; what no 64-bit integer can hold becomes 0.
     void convertToImage(Image0& image, int depth) const;
 
     /// An 8-bit image; the range of the matrix is stretched to `lo .. hi`. A constant matrix

@@ -363,12 +363,15 @@ void VoxelMatrix<T>::paste(int i, int j, int k, const VoxelMatrix& other)
 template <class T>
 Vector<unsigned int> VoxelMatrix<T>::histogram(float origin, float step, unsigned int bins) const
 {
-    const T first = static_cast<T>(origin);
-    const T width = static_cast<T>(step);
+    using Edge = std::conditional_t<std::is_integral_v<T>, double, T>;
+    const Edge first = static_cast<Edge>(origin);
+    const Edge width = static_cast<Edge>(step);
     const int count = static_cast<int>(std::min(bins, 0x7fffffffU));
-    Vector<unsigned int> counts = Vector<T>().histogram(first, width, count);
+    Vector<unsigned int> counts = Vector<Edge>().histogram(first, width, count);
     for (const PixelMatrix<T>& plane : planes) {
-        counts += plane.histogram(first, width, count);
+        for (int i = 0; i < size1; ++i) {
+            counts += plane[i].template toType<Edge>().histogram(first, width, count);
+        }
     }
     return counts;
 }

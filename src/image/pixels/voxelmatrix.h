@@ -119,10 +119,11 @@ public:
     /// Rows `i1` to `i2`, columns `j1` to `j2`, planes `k1` to `k2`, all included.
     VoxelMatrix copy(int i1, int i2, int j1, int j2, int k1, int k2) const;
 
-    /// Writes `other` with its first element at (i, j, k); `SizeError` if it does not fit.
+    /// Writes `other` with its first element at (i, j, k). `SizeError` as this operation, before any
+    /// plane is written, if it does not fit.
     void paste(int i, int j, int k, const VoxelMatrix& other);
 
-    /// Sum of the histograms of the planes; `origin` and `step` are converted to `T` first.
+    /// Sum of the histograms of the planes, with edges as those of `PixelMatrix`.
     Vector<unsigned int> histogram(float origin, float step, unsigned int bins) const;
 
     /// The same over the voxels whose mask is not 0; `SizeError` for a mask of another size.

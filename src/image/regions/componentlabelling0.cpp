@@ -68,7 +68,8 @@ int ComponentLabelling0<T>::newLabel()
 {
     ++numLabels;
     if (numLabels >= equivalences.getSize()) {
-        equivalences.append(Vector<int>(std::max(tableStep, 1)));
+        // Entry 0 is there for the background, also before the first run.
+        equivalences.append(Vector<int>(std::max(tableStep, 2)));
         tableStep = equivalences.getSize();
     }
     equivalences[numLabels] = numLabels;

@@ -317,6 +317,7 @@ void Thresholding0<T>::extractCurve([[maybe_unused]] Curve<T>& curve,
             state = {state.position + next.step, next.nextDirection};
             goesOn = vertices.advance(next.step, state.position) && !roundTrip.closes(state);
         }
+        // What the curve held before, an open flag too, goes: the trace is one closed curve.
         curve = closedCurve<T>(vertices.vertices());
     }
 }

@@ -151,6 +151,7 @@ void MosaicGrid<Item>::place(int row, int col, std::unique_ptr<Item> item)
     const std::size_t cell = index(row, col);
     const int rowHeight = rowHeights_[row] == 0 ? heightOf(*item) : rowHeights_[row];
     const int colWidth = colWidths_[col] == 0 ? widthOf(*item) : colWidths_[col];
+    // An item that is refused leaves no size behind in an empty row or column.
     if (heightOf(*item) != rowHeight || widthOf(*item) != colWidth) {
         raise<SizeError>(where_, "Incompatible image dimensions");
     }

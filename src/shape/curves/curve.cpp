@@ -163,6 +163,7 @@ void Curve<T>::resamplingError([[maybe_unused]] const Curve& resampled,
         for (int i = 0; i + 1 < this->getSize(); ++i) {
             const Vector<T>& vertex = (*this)[i + 1];
             walked += vertexDistance((*this)[i], vertex);
+            // The walk stays on the closing segment, when it gets there, for all further vertices.
             while (walked > reached && b != 0) {
                 a = b;
                 b = b + 1 < r.getSize() ? b + 1 : 0;

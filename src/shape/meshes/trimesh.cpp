@@ -429,7 +429,9 @@ void TriMesh<T>::setVertexColors(TriMesh<int>* colors)
         raise<SizeError>("void TriMesh<T>::setVertexColors(TriMesh<int>*)",
                          "The number of colors differs from the number of vertices");
     }
-    vertexColors.reset(colors);
+    if (colors != vertexColors.get()) {
+        vertexColors.reset(colors);
+    }
 }
 
 template class TriMesh<int>;

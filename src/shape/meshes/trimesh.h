@@ -80,7 +80,7 @@ public:
     void addTriangle(int i, int j, int k);
     void addTriangle(const Vector<int>& vertices);
 
-    /// Replaces all triangles. Raises as `addTriangle`, after which those before stand.
+    /// Replaces all triangles, with their numbers and stars. Raises as `addTriangle`, after which those before stand.
     void setTriangles(const std::vector<Vector<int>>& list);
 
     /// Removed ones included.

@@ -103,7 +103,7 @@ void TriMesh<T>::readNormals(std::istream& stream)
     for (int i = 0; i < this->getSize() && stream; ++i) {
         Vector<T>& normal = normals_[i];
         for (int c = 0; c < normal.getSize(); ++c) {
-            stream >> normal[c];
+            readNumber(stream, normal[c]);
         }
         if constexpr (!std::is_integral_v<T>) {
             normal.normalize();

@@ -33,8 +33,8 @@ void registerPoints(const std::vector<const Vector<T>*>& points,
     const Vector<T> values = covariance.svd(&u, &v);
     SquareMatrix<T> best = v * u;
     if (best.det() < 0) {
-        // The direction of the least singular value is the one that a reflection costs least; a
-        // plane shape has no extent along it.
+        // The direction of the least singular value, which `svd` does not sort to the end, is the one
+        // that a reflection costs least; a plane shape has no extent along it.
         const int least = values.minPos();
         SquareMatrix<T> mirror;
         mirror.setIdentity(space);

@@ -3,6 +3,7 @@
 #include "system/exception.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -43,6 +44,41 @@ bool readHeaderLine(std::istream& stream, int& number)
     char mark = 0;
     return static_cast<bool>(stream >> mark >> number);
 }
+
+template <class T>
+void readNumber(std::istream& stream, T& number)
+{
+    using Limits = std::numeric_limits<T>;
+    if constexpr (Limits::has_infinity) {
+        const auto next = (stream >> std::ws).peek();
+        const bool isSigned = next == '-' || next == '+';
+        if (isSigned) {
+            stream.get();
+        }
+        const auto first = stream.peek();
+        if (first == 'n' || first == 'i') {
+            char word[4] = {};
+            stream.read(word, 3);
+            const bool isInfinite = std::string(word) == "inf";
+            if (!isInfinite && std::string(word) != "nan") {
+                stream.setstate(std::ios::failbit);
+                return;
+            }
+            number = isInfinite ? Limits::infinity() : Limits::quiet_NaN();
+            number = next == '-' ? -number : number;
+            return;
+        }
+        if (isSigned) {
+            stream.unget();
+        }
+    }
+    stream >> number;
+}
+
+template void readNumber(std::istream&, int&);
+template void readNumber(std::istream&, float&);
+template void readNumber(std::istream&, double&);
+template void readNumber(std::istream&, long double&);
 
 bool canHold(std::istream& stream, int space, int size)
 {

@@ -25,6 +25,16 @@ private:
 /// Reads "# " and a number, whatever the mark is; false if there is no such thing.
 bool readHeaderLine(std::istream& stream, int& number);
 
+/// Reads a number as `>>` does, and besides the "nan" and "inf" of either sign that a shape of
+/// floating numbers is written with.
+template <class T>
+void readNumber(std::istream& stream, T& number);
+
+extern template void readNumber(std::istream&, int&);
+extern template void readNumber(std::istream&, float&);
+extern template void readNumber(std::istream&, double&);
+extern template void readNumber(std::istream&, long double&);
+
 /// Whether the rest of the stream can hold `size` vertices: each number takes two bytes at least, a
 /// digit and a separator. A small shape may be announced by any stream, a moderate one by a stream
 /// that can't tell its length.

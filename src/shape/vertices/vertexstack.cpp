@@ -186,7 +186,7 @@ int VertexStack<T>::read(std::istream& stream)
         for (int i = 0; i < size; ++i) {
             level.setIndex(i, first + i);
             for (int c = 0; c < space && stream; ++c) {
-                stream >> level[i][c];
+                readNumber(stream, level[i][c]);
             }
         }
     }

@@ -127,7 +127,7 @@ int Vertices<T>::read(std::istream& stream)
         Vector<T>& vertex = fresh[i];
         vertex.setZeros();
         for (int c = 0; c < space && stream; ++c) {
-            stream >> vertex[c];
+            readNumber(stream, vertex[c]);
         }
     }
     this->setServer(*fresh.server_);
