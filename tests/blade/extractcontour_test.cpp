@@ -1,4 +1,5 @@
 #include "blade/contour/extractcontour.h"
+#include "blade/contour/lpetransform.h"
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "image/sources/imagesourcefile.h"
@@ -8,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <random>
 #include <tuple>
 
 using leaf::Point;
@@ -31,18 +34,30 @@ leaf::Outline smallLeaf(double degrees = 0.0)
 /// The contour of an image; empty if there is none.
 std::vector<Point> extract(const PixelMatrix<float>& image,
                            BackgroundValue background = DarkBackground,
-                           bool binary = false)
+                           bool binary = false,
+                           int fidelity = 100)
 {
     const auto stack = leaf::emptyStack(1);
     ExtractContour process;
     process.setStack(*stack);
     process.setBackground(background);
     process.setBinaryImage(binary);
+    process.setFidelity(fidelity);
     process.createModels();
     process.process(image, 0);
     const std::vector<Point> contour = leaf::vertices(*stack, "Contour", 0);
     EXPECT_TRUE(contour.empty() || stack->getLastSegmentedSlice() == "leaf0");
     return contour;
+}
+
+/// The vertices of a contour as a slice holds them.
+std::vector<Point> stored(const Curve<int>& outline)
+{
+    const auto stack = leaf::emptyStack(1);
+    ModelItem& item = leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, 0, {});
+    item.setVertices(outline);
+    item.setClockwise(false);
+    return leaf::pointsOf(item);
 }
 
 PixelMatrix<float> plain(int rows, int columns, float value = 0.0f)
@@ -177,6 +192,64 @@ TEST(ExtractContour, RampsShowTheThresholdAndTheWidthOfTheGradient)
         process.gradient(work);
         EXPECT_NEAR(work[20][100], answer / sum, 1.0) << fidelity;
     }
+}
+
+TEST(ExtractContour, EveryPictureGivesTheOutlineOfTheStepsOnMatrices)
+{
+    std::mt19937 generator(5);
+    const auto between = [&](int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(generator);
+    };
+    int outlines = 0;
+    for (int k = 0; k < 400; ++k) {
+        // Flat, two values, few values, bytes, values beyond bytes; a disc or none; noise or none.
+        const int highest = std::vector<int>{0, 1, 3, 255, 700}[static_cast<std::size_t>(k % 5)];
+        PixelMatrix<float> image = plain(between(10, 160), between(10, 200));
+        drawDisc(image, between(40, 110), between(40, 100), between(5, 60),
+                 static_cast<float>(between(highest / 2, highest)));
+        const auto light = static_cast<BackgroundValue>(between(0, 1));
+        const int noise = between(0, highest) / between(1, 20);
+        const float shift = k % 10 == 8 ? -2.5f : 0.0f;
+        for (int i = 0; i < image.getSize1(); ++i) {
+            for (int j = 0; j < image.getSize2(); ++j) {
+                const float value = std::min(image[i][j] + static_cast<float>(between(0, noise)),
+                                             static_cast<float>(highest)) +
+                                    shift;
+                image[i][j] =
+                    light == LightBackground ? static_cast<float>(highest) - value : value;
+            }
+        }
+        const bool binary = between(0, 3) == 0;
+        const int fidelity = between(0, 1) == 0 ? 100 : between(10, 99);
+
+        ExtractContour steps;
+        steps.setFidelity(fidelity);
+        PixelMatrix<int> work = steps.convertPixelMatrixToInt(image);
+        if (light == LightBackground) {
+            steps.invertPixelMatrix(work);
+        }
+        if (!binary) {
+            PixelMatrix<int> marker = work;
+            steps.makeMarkerLPE(marker);
+            steps.gradient(work);
+            LPETransform watershed;
+            watershed.setMarker(marker);
+            watershed.apply(work);
+        }
+        Curve<int> outline = steps.extractContour(work);
+        std::vector<Point> expected;
+        if (outline.getSize() > image.getSize1() / 5) {
+            steps.curveResampling(outline);
+            steps.curveResamplingInverse(outline);
+            expected = stored(outline);
+        }
+        const std::vector<Point> contour = extract(image, light, binary, fidelity);
+        outlines += contour.empty() ? 0 : 1;
+        ASSERT_TRUE(std::equal(contour.begin(), contour.end(), expected.begin(), expected.end(),
+                               [](Point a, Point b) { return a.x == b.x && a.y == b.y; }))
+            << "picture " << k;
+    }
+    EXPECT_GT(outlines, 60);
 }
 
 TEST(ExtractContour, OfSeveralBrightRegionsTheLargestIsTheLeaf)

@@ -1,11 +1,17 @@
 #include "blade/contour/extractcontour.h"
 
 #include "blade/contour/lpetransform.h"
+#include "image/filters/biterosion.h"
+#include "image/filters/bytegradient.h"
 #include "image/filters/gaussiangradient0.h"
 #include "image/filters/minfilter0.h"
+#include "image/pixels/bitplane.h"
+#include "image/pixels/byteplane.h"
 #include "image/pixels/voxelmatrix.h"
+#include "image/regions/bitoutline.h"
 #include "image/regions/componentlabelling0.h"
 #include "image/regions/otsuthresholding0.h"
+#include "image/regions/runlabelling.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
@@ -41,6 +47,46 @@ void drawFrame(PixelMatrix<int>& image)
             line[columns - 1 - k] = white;
         }
     }
+}
+
+void drawFrame(BitPlane& image)
+{
+    const int rows = image.rows();
+    const int columns = image.columns();
+    for (int k = frameBegin; k < frameEnd; ++k) {
+        image.set(k, 0, columns);
+        image.set(rows - 1 - k, 0, columns);
+    }
+    for (int i = 0; i < rows; ++i) {
+        image.set(i, frameBegin, frameEnd);
+        image.set(i, columns - frameEnd, columns - frameBegin);
+    }
+}
+
+/// A tenth below Otsu's value, a little generous to the leaf.
+int generous(int threshold)
+{
+    return static_cast<int>(static_cast<float>(threshold) - static_cast<float>(threshold) / 10.0f);
+}
+
+/// The largest bright region, eroded, and the frame. Without a bright pixel left all are markers.
+BitPlane markersOf(const BytePlane& image, int threshold)
+{
+    BitPlane mask = BitPlane::notBelow(image, generous(threshold));
+    erodeSquare(mask, coreErosion);
+    const RunLabelling labelling(mask, RunLabelling::Corners::Apart);
+    const int largest = labelling.largestRegion();
+    BitPlane markers(image.rows(), image.columns());
+    if (largest < 0) {
+        markers.fill();
+    }
+    for (const RunLabelling::Run& run : labelling.runs()) {
+        if (run.region == largest) {
+            markers.set(run.row, run.begin, run.end);
+        }
+    }
+    drawFrame(markers);
+    return markers;
 }
 
 /// Replaces a closed curve by its resampling to `size` vertices, each truncated; vertices that
@@ -107,21 +153,9 @@ void ExtractContour::process(const PixelMatrix<float>& image, int slice)
     if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
         return;
     }
-    PixelMatrix<int> work = convertPixelMatrixToInt(image);
-    if (background == LightBackground) {
-        invertPixelMatrix(work);
-    }
-    if (!binaryImage) {
-        LPETransform watershed;
-        {
-            PixelMatrix<int> marker = work;
-            makeMarkerLPE(marker);
-            watershed.setMarker(marker);
-        }
-        gradient(work);
-        watershed.apply(work);
-    }
-    Curve<int> outline = extractContour(work);
+    BytePlane bytes;
+    Curve<int> outline =
+        bytes.convert(image) ? traceBytes(bytes) : traceInts(convertPixelMatrixToInt(image));
     if (outline.getSize() <= image.getSize1() / 5) {
         return;
     }
@@ -138,6 +172,43 @@ void ExtractContour::process(const PixelMatrix<float>& image, int slice)
     contourItem->attach();
     LMXModelItemCreateEvent event(*contourItem);
     LMXEventServer::notifyEvent(event);
+}
+
+Curve<int> ExtractContour::traceInts(PixelMatrix<int> work) const
+{
+    if (background == LightBackground) {
+        invertPixelMatrix(work);
+    }
+    if (!binaryImage) {
+        LPETransform watershed;
+        {
+            PixelMatrix<int> marker = work;
+            makeMarkerLPE(marker);
+            watershed.setMarker(marker);
+        }
+        gradient(work);
+        watershed.apply(work);
+    }
+    return extractContour(work);
+}
+
+Curve<int> ExtractContour::traceBytes(BytePlane& work) const
+{
+    if (background == LightBackground) {
+        work.invert();
+    }
+    const int threshold = OtsuThresholding0<int>().computeThreshold(work.histogram());
+    if (binaryImage) {
+        return outlineOf(BitPlane::notBelow(work, threshold));
+    }
+    const BitPlane markers = markersOf(work, threshold);
+    work = ByteGradient(gradientSigma()).apply(work);
+    BitPlane leaf = LPETransform().applyBeyondFirst(markers, work);
+    // Otsu's threshold parts two labels. Of one alone it makes all bright.
+    if (leaf.count() == 0) {
+        leaf.fill();
+    }
+    return outlineOf(leaf);
 }
 
 PixelMatrix<int> ExtractContour::convertPixelMatrixToInt(const PixelMatrix<float>& image) const
@@ -165,11 +236,8 @@ void ExtractContour::invertPixelMatrix(PixelMatrix<int>& image) const
 
 PixelMatrix<int> ExtractContour::threshoding(PixelMatrix<int>& image) const
 {
-    const int threshold = OtsuThresholding0<int>().computeThreshold(image);
     Thresholding0<int> thresholding;
-    // A tenth below Otsu's value, a little generous to the leaf.
-    thresholding.setThreshold(
-        static_cast<int>(static_cast<float>(threshold) - static_cast<float>(threshold) / 10.0f));
+    thresholding.setThreshold(generous(OtsuThresholding0<int>().computeThreshold(image)));
     thresholding.setForeground(0);
     thresholding.setBackground(white);
     thresholding.setForegroundIsAbove(false);
@@ -208,7 +276,7 @@ void ExtractContour::gradient(PixelMatrix<int>& image) const
             to[j] = static_cast<float>(from[j]);
         }
     }
-    GaussianGradient0<float> filter(fidelity < 1.0f ? 3.5f : 1.0f);
+    GaussianGradient0<float> filter(gradientSigma());
     filter.apply(norm);
     image = convertPixelMatrixToInt(norm);
 }

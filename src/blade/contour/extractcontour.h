@@ -5,6 +5,8 @@
 #include "image/pixels/pixelmatrix.h"
 #include "image/values/imagecolorcontent.h"
 
+class BytePlane;
+
 /// First stage: turns the image of each slice into the outline of its leaf, a closed polygon in the
 /// model "Contour".
 ///
@@ -73,6 +75,15 @@ public:
     void curveResamplingInverse(Curve<int>& curve) const;
 
 private:
+    /// The pixels' outline by way of the operations above, for any values.
+    Curve<int> traceInts(PixelMatrix<int> work) const;
+
+    /// The same outline for values from 0 to 255, on bytes and bits: several times faster, in a
+    /// fraction of the memory. Uses up the image.
+    Curve<int> traceBytes(BytePlane& work) const;
+
+    float gradientSigma() const { return fidelity < 1.0f ? 3.5f : 1.0f; }
+
     float fidelity = 1.0f;
     ImageColorContent channel = ImageColorContent::Red;
     BackgroundValue background = DarkBackground;

@@ -3,50 +3,59 @@
 #include "system/exception.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iostream>
+#include <utility>
 
 namespace {
 
-constexpr int collision = -1;
-constexpr int markerPixel = 6000;
-// Even, so that a visit passes it by, and no label of a basin.
-constexpr int border = -2;
-
-LPETransform::Labels markerPixels(const PixelMatrix<int>& marker)
+/// Labels become 0.
+template <class Word>
+void setLevels(FloodPlane<Word>& pixels, const BytePlane& levels)
 {
-    LPETransform::Labels labels(marker.getSize1(), marker.getSize2(), 0, border);
-    for (int i = 0; i < labels.rows(); ++i) {
-        const int* from = marker[i].data();
-        int* to = labels.row(i);
-        for (int j = 0; j < labels.columns(); ++j) {
-            to[j] = from[j] > 0 ? markerPixel : 0;
+    for (int i = 0; i < pixels.rows(); ++i) {
+        const std::uint8_t* from = levels.row(i);
+        Word* to = &pixels[pixels.place(i, 0)];
+        for (int j = 0; j < pixels.columns(); ++j) {
+            to[j * pixels.columnStep] = from[j];
         }
     }
-    return labels;
 }
 
-LPETransform::Levels levelsOf(const PixelMatrix<int>& gradient)
+/// The first label other than a collision in the 3 x 3 neighbourhood, down each column, the columns
+/// from left to right.
+template <class Word>
+Word labelBeside(const FloodPlane<Word>& pixels, int place)
 {
-    LPETransform::Levels levels(gradient.getSize1(), gradient.getSize2(), 0, 0);
-    for (int i = 0; i < levels.rows(); ++i) {
-        const int* from = gradient[i].data();
-        short* to = levels.row(i);
-        for (int j = 0; j < levels.columns(); ++j) {
-            to[j] = static_cast<short>(std::clamp(from[j], 0, 255));
+    for (int column = -1; column <= 1; ++column) {
+        const int middle = place + column * pixels.columnStep;
+        for (const int beside : {pixels.above(middle), middle, pixels.below(middle)}) {
+            if (pixels.label(beside) != pixels.blocked) {
+                return pixels.label(beside);
+            }
         }
     }
-    return levels;
+    return pixels.blocked;
 }
 
-template <class T>
-void copyTo(PixelMatrix<int>& image, const BorderedPlane<T>& plane)
+/// Those of a row's marker pixels, in its word k, that have a neighbour which is none.
+BitPlane::Word marginOf(const BitPlane& markers, int i, int k)
 {
-    for (int i = 0; i < plane.rows(); ++i) {
-        std::copy(plane.row(i), plane.row(i) + plane.columns(), image[i].data());
-    }
+    const BitPlane::Word* row = markers.row(i);
+    const BitPlane::Word before = k > 0 ? row[k - 1] : 0;
+    const BitPlane::Word after = k + 1 < markers.width() ? row[k + 1] : 0;
+    const BitPlane::Word above = i > 0 ? markers.row(i - 1)[k] : 0;
+    const BitPlane::Word below = i + 1 < markers.rows() ? markers.row(i + 1)[k] : 0;
+    const BitPlane::Word inner =
+        above & below & (row[k] << 1 | before >> 63) & (row[k] >> 1 | after << 63);
+    return row[k] & ~inner;
 }
 
 } // namespace
+
+LPETransform::LPETransform()
+    : queues(deferred + 1)
+{}
 
 void LPETransform::apply(PixelMatrix<int>& gradient)
 {
@@ -54,183 +63,208 @@ void LPETransform::apply(PixelMatrix<int>& gradient)
         raise<SizeError>("void LPETransform::apply(PixelMatrix<int>&)",
                          "The marker image and the gradient image differ in size");
     }
-    Labels labels = markerPixels(marker);
-    Levels levels = levelsOf(gradient);
+    const BitPlane markers = BitPlane::positive(marker);
+    const RunLabelling labelling(markers, RunLabelling::Corners::Joined);
+    const std::uint64_t basins = static_cast<std::uint64_t>(labelling.numRegions());
+    if (basins <= FloodPlane<std::uint16_t>::capacity) {
+        applyWith<std::uint16_t>(markers, labelling, gradient);
+    } else if (basins <= FloodPlane<std::uint32_t>::capacity) {
+        applyWith<std::uint32_t>(markers, labelling, gradient);
+    } else {
+        applyWith<std::uint64_t>(markers, labelling, gradient);
+    }
+}
+
+template <class Word>
+void LPETransform::applyWith(const BitPlane& markers,
+                             const RunLabelling& labelling,
+                             PixelMatrix<int>& gradient)
+{
+    BytePlane bytes;
+    bytes.clamp(gradient);
+    const FloodPlane<Word> pixels = flood<Word>(markers, labelling, bytes);
+    for (int i = 0; i < pixels.rows(); ++i) {
+        for (int j = 0; j < pixels.columns(); ++j) {
+            const int place = pixels.place(i, j);
+            const Word label = pixels.label(place);
+            gradient[i][j] = label == pixels.blocked ? -1 : static_cast<int>(label);
+            marker[i][j] = pixels.level(place);
+        }
+    }
+}
+
+BitPlane LPETransform::applyBeyondFirst(const BitPlane& markers, const BytePlane& gradient)
+{
+    using Word = std::uint16_t;
+    const RunLabelling labelling(markers, RunLabelling::Corners::Joined);
+    if (labelling.numRegions() > FloodPlane<Word>::capacity) {
+        raise<ValueError>("BitPlane LPETransform::applyBeyondFirst(...)", "Too many markers");
+    }
+    const FloodPlane<Word> pixels = flood<Word>(markers, labelling, gradient);
+    BitPlane beyond(pixels.rows(), pixels.columns());
+    std::uint8_t flags[BitPlane::wordBits];
+    for (int i = 0; i < pixels.rows(); ++i) {
+        for (int begin = 0; begin < pixels.columns(); begin += BitPlane::wordBits) {
+            const Word* words = &pixels[pixels.place(i, begin)];
+            const int count = std::min(pixels.columns() - begin, BitPlane::wordBits);
+            for (int j = 0; j < count; ++j) {
+                flags[j] = words[j * pixels.columnStep] >= 3 * pixels.oneLabel;
+            }
+            beyond.row(i)[begin / BitPlane::wordBits] = BitPlane::pack(flags, count);
+        }
+    }
+    return beyond;
+}
+
+template <class Word>
+FloodPlane<Word> LPETransform::flood(const BitPlane& markers,
+                                     const RunLabelling& labelling,
+                                     const BytePlane& gradient)
+{
+    FloodPlane<Word> pixels(gradient.rows(), gradient.columns());
+    setLevels(pixels, gradient);
     currentLevel = 0;
-    LPE2DInit(labels);
-    initQueue(labels, levels);
-    LpeApply(labels, levels);
-    pixelCollision(labels);
-    copyTo(gradient, labels);
-    copyTo(marker, levels);
+    LPE2DInit(pixels, labelling);
+    initQueue(pixels, markers);
+    LpeApply(pixels);
+    pixelCollision(pixels);
+    return pixels;
 }
 
-void LPETransform::LPE2DInit(Labels& labels)
+template <class Word>
+void LPETransform::LPE2DInit(FloodPlane<Word>& pixels, const RunLabelling& markers)
 {
-    int label = 1;
-    for (int i = 0; i < labels.rows(); ++i) {
-        for (int j = 0; j < labels.columns(); ++j) {
-            if (labels.row(i)[j] == markerPixel) {
-                labelProcessing2D(labels, i, j, label);
-                label += 2;
-            }
-        }
+    for (const RunLabelling::Run& run : markers.runs()) {
+        labelProcessing2D(pixels, run);
     }
 }
 
-void LPETransform::labelProcessing2D(Labels& labels, int row, int column, int label)
+template <class Word>
+void LPETransform::labelProcessing2D(FloodPlane<Word>& pixels, const RunLabelling::Run& run)
 {
-    push(0, labels.place(row, column));
-    while (!isEmptyFah2D(0)) {
-        int first = pop(0);
-        if (labels[first] != markerPixel) {
-            continue;
-        }
-        int last = first;
-        while (labels[first - 1] == markerPixel) {
-            --first;
-        }
-        while (labels[last + 1] == markerPixel) {
-            ++last;
-        }
-        std::fill(&labels[first], &labels[last] + 1, label);
-        for (const int shift : {-labels.stride(), labels.stride()}) {
-            bool inRun = false;
-            for (int place = first - 1 + shift; place <= last + 1 + shift; ++place) {
-                const bool isMarker = labels[place] == markerPixel;
-                if (isMarker && !inRun) {
-                    push(0, place);
+    const Word label = static_cast<Word>(2 * static_cast<Word>(run.region) + 1);
+    Word* words = &pixels[pixels.place(run.row, 0)];
+    for (int j = run.begin; j < run.end; ++j) {
+        Word& word = words[j * pixels.columnStep];
+        word = static_cast<Word>(word | label << pixels.levelBits);
+    }
+}
+
+template <class Word>
+void LPETransform::initQueue(FloodPlane<Word>& pixels, const BitPlane& markers)
+{
+    for (int i = 0; i < markers.rows(); ++i) {
+        for (int k = 0; k < markers.width(); ++k) {
+            const BitPlane::Word margin = marginOf(markers, i, k);
+            for (BitPlane::Word rest = markers.row(i)[k]; rest != 0; rest &= rest - 1) {
+                const int bit = __builtin_ctzll(rest);
+                const int place = pixels.place(i, k * BitPlane::wordBits + bit);
+                if ((margin >> bit & 1) != 0) {
+                    queues.push(pixels.level(place), place);
+                } else {
+                    pixels[place] = static_cast<Word>(pixels[place] + pixels.oneLabel);
                 }
-                inRun = isMarker;
             }
         }
     }
 }
 
-void LPETransform::initQueue(Labels& labels, const Levels& levels)
+template <int round, class Word>
+inline void LPETransform::neighborProcess(
+    FloodPlane<Word>& pixels, int neighbour, Word word, Word own, int level)
 {
-    const int stride = labels.stride();
-    for (int i = 0; i < labels.rows(); ++i) {
-        const int begin = labels.place(i, 0);
-        for (int place = begin; place < begin + labels.columns(); ++place) {
-            const int label = labels[place];
-            if (label == 0) {
-                continue;
-            }
-            const auto isOwn = [&](int neighbour) {
-                return labels[neighbour] == label || labels[neighbour] == label + 1;
-            };
-            if (isOwn(place - stride) && isOwn(place - 1) && isOwn(place + 1) &&
-                isOwn(place + stride)) {
-                labels[place] = label + 1;
-            } else {
-                push(levels[place], place);
-            }
-        }
-    }
-}
-
-inline void LPETransform::neighborProcess(Labels& labels, Levels& levels, int neighbour, int round)
-{
-    const int label = labels[neighbour];
-    if (label == 0) {
-        labels[neighbour] = labels[currentPixel] - 1;
-        const int level = levels[neighbour];
-        if (currentLevel >= level) {
-            push(deferred, neighbour);
-            levels[neighbour] = static_cast<short>(round + 256);
+    constexpr Word levelMask = FloodPlane<Word>::levelMask;
+    const Word reached = static_cast<Word>(own & ~levelMask);
+    if (word <= levelMask) {
+        if (level >= static_cast<int>(word)) {
+            pixels[neighbour] = static_cast<Word>(reached | (round + 256));
+            queues.push(deferred, neighbour);
         } else {
-            push(level, neighbour);
+            pixels[neighbour] = static_cast<Word>(reached | word);
+            queues.push(static_cast<int>(word), neighbour);
         }
-    } else if ((label & 1) != 0 && label != collision && label != labels[currentPixel] - 1 &&
-               levels[neighbour] != levels[currentPixel]) {
-        labels[neighbour] = collision;
-        push(collisions, neighbour);
+    } else if ((word & FloodPlane<Word>::oneLabel) != 0 && (word & ~levelMask) != reached &&
+               ((word ^ own) & levelMask) != 0) {
+        pixels.setLabel(neighbour, FloodPlane<Word>::blocked);
+        collisions.push_back(neighbour);
     }
 }
 
-inline void LPETransform::findNeigbor(Labels& labels, Levels& levels, int round)
+template <int round, class Word>
+inline void LPETransform::findNeigbor(FloodPlane<Word>& pixels, int place, Word own, int level)
 {
-    const int stride = labels.stride();
-    neighborProcess(labels, levels, currentPixel - stride, round);
-    neighborProcess(labels, levels, currentPixel - 1, round);
-    neighborProcess(labels, levels, currentPixel + 1, round);
-    neighborProcess(labels, levels, currentPixel + stride, round);
+    const int above = pixels.above(place);
+    const int left = place - pixels.columnStep;
+    const int right = place + pixels.columnStep;
+    const int below = pixels.below(place);
+    const Word words[] = {pixels[above], pixels[left], pixels[right], pixels[below]};
+    neighborProcess<round>(pixels, above, words[0], own, level);
+    neighborProcess<round>(pixels, left, words[1], own, level);
+    neighborProcess<round>(pixels, right, words[2], own, level);
+    neighborProcess<round>(pixels, below, words[3], own, level);
 }
 
-inline void LPETransform::pixelProcess(Labels& labels, Levels& levels, int round)
+template <int round, class Word>
+inline void LPETransform::pixelProcess(FloodPlane<Word>& pixels, int place, int level)
 {
-    if (labels[currentPixel] == collision) {
-        levels[currentPixel] = static_cast<short>(currentLevel);
+    const Word own = pixels[place];
+    if (pixels.label(place) == pixels.blocked) {
+        pixels.setLevel(place, level);
         return;
     }
-    ++labels[currentPixel];
-    findNeigbor(labels, levels, round);
+    findNeigbor<round>(pixels, place, own, level);
+    pixels[place] = static_cast<Word>(own + pixels.oneLabel);
     if (round > 1) {
-        levels[currentPixel] = static_cast<short>(currentLevel);
+        pixels.setLevel(place, level);
     }
 }
 
-void LPETransform::LpeApply(Labels& labels, Levels& levels)
+template <int round, class Word>
+void LPETransform::serve(FloodPlane<Word>& pixels, int queue)
+{
+    const int level = currentLevel;
+    queues.drain(
+        queue, [&](int place) { pixelProcess<round>(pixels, place, level); },
+        [&](int place) { __builtin_prefetch(&pixels[place], 1); });
+}
+
+template <class Word>
+void LPETransform::LpeApply(FloodPlane<Word>& pixels)
 {
     if (isEmptyFah2D()) {
         std::cout << "fonction LPE : pas de pixel empiler lors de l'initialisation\n";
         return;
     }
     currentLevel = selectNextQueue();
-    int queue = currentLevel;
-    int round = 1;
-    while (queue >= 0) {
-        while (!isEmptyFah2D(queue)) {
-            currentPixel = pop(queue);
-            pixelProcess(labels, levels, round);
-        }
-        if (queue != deferred && !isEmptyFah2D(deferred)) {
-            ++round;
+    while (currentLevel >= 0) {
+        serve<1>(pixels, currentLevel);
+        if (!isEmptyFah2D(deferred)) {
             ++currentLevel;
-            queue = deferred;
-        } else {
-            round = 1;
-            currentLevel = selectNextQueue();
-            queue = currentLevel;
+            serve<2>(pixels, deferred);
         }
+        currentLevel = selectNextQueue();
     }
 }
 
-void LPETransform::pixelCollision(Labels& labels)
+template <class Word>
+void LPETransform::pixelCollision(FloodPlane<Word>& pixels)
 {
     bool settled = true;
-    while (settled && !isEmptyFah2D(collisions)) {
+    while (settled && !collisions.empty()) {
         settled = false;
-        PixelQueue pass;
-        std::swap(pass, queues[collisions]);
-        while (!pass.isEmpty()) {
-            const int place = pass.pop(store);
-            const int label =
-                labelBeside(labels, {place / labels.stride() - 1, place % labels.stride() - 1});
-            labels[place] = label;
-            if (label == collision) {
-                push(collisions, place);
+        std::vector<int> pass;
+        std::swap(pass, collisions);
+        for (const int place : pass) {
+            const Word label = labelBeside(pixels, place);
+            if (label == pixels.blocked) {
+                collisions.push_back(place);
             } else {
+                pixels.setLabel(place, label);
                 settled = true;
             }
         }
     }
-}
-
-/// The first label other than a collision in the 3 x 3 neighbourhood, down each column, the columns
-/// from left to right; the border is no label.
-int LPETransform::labelBeside(const Labels& labels, PixelRecord pixel) const
-{
-    for (int j = pixel.column - 1; j <= pixel.column + 1; ++j) {
-        for (int i = pixel.row - 1; i <= pixel.row + 1; ++i) {
-            const bool inside = i >= 0 && i < labels.rows() && j >= 0 && j < labels.columns();
-            if (inside && labels[labels.place(i, j)] != collision) {
-                return labels[labels.place(i, j)];
-            }
-        }
-    }
-    return collision;
+    collisions.clear();
 }
 
 int LPETransform::selectNextQueue() const
@@ -245,6 +279,10 @@ int LPETransform::selectNextQueue() const
 
 bool LPETransform::isEmptyFah2D() const
 {
-    return std::all_of(queues.begin(), queues.begin() + levelCount,
-                       [](const PixelQueue& queue) { return queue.isEmpty(); });
+    for (int level = 0; level < levelCount; ++level) {
+        if (!isEmptyFah2D(level)) {
+            return false;
+        }
+    }
+    return true;
 }

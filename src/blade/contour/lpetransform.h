@@ -1,11 +1,14 @@
 #pragma once
 
-#include "blade/contour/borderedplane.h"
-#include "blade/contour/pixelqueue.h"
+#include "blade/contour/floodplane.h"
+#include "blade/contour/pixelqueues.h"
 #include "image/filters/pixelmatrixprocessing.h"
+#include "image/pixels/bitplane.h"
+#include "image/pixels/byteplane.h"
 #include "image/pixels/pixelmatrix.h"
+#include "image/regions/runlabelling.h"
 
-#include <array>
+#include <vector>
 
 /// Marker-controlled watershed by hierarchical queues, one per grey level: floods a gradient image
 /// from the markers in order of rising gradient and gives each pixel the label of its basin. Pixels
@@ -13,13 +16,12 @@
 ///
 /// F. Meyer, "Un algorithme optimal de ligne de partage des eaux", 8th congress AFCET, 1991.
 ///
-/// Values in the label image:
+/// Labels:
 ///
 ///     0          not reached
 ///     odd L      reached by the basin L, waiting in a queue
 ///     L + 1      processed, in the basin L; these values remain
 ///     -1         two basins meet
-///     6000       marker pixel without a label yet
 ///
 /// The connected markers (8 neighbours) are labelled 1, 3, 5 and so on in scan order, so basin k
 /// ends as the value 2 k + 2. The order of service is part of the result: every queue is first in,
@@ -29,20 +31,13 @@
 ///     watershed.setMarker(marker);
 ///     watershed.apply(gradient); // now the label image
 ///
-/// Takes 10 bytes a pixel beside the two images, and up to 4 more for the queues.
+/// Takes 3 bytes a pixel beside the images, for up to 62 basins, and up to 4 more for the queues.
+/// Label and level of a pixel share a word, see `FloodPlane`; -1 is its `blocked`. A level stays in
+/// 0 to 255 until the flooding marks the pixel.
 class LPETransform : public PixelMatrixProcessing<int>
 {
 public:
-    /// Labels, and levels of the gradient, while the flooding is under way. A level stays in 0 to
-    /// 255 until the flooding marks the pixel.
-    using Labels = BorderedPlane<int>;
-    using Levels = BorderedPlane<short>;
-
-    struct PixelRecord
-    {
-        int row;
-        int column;
-    };
+    LPETransform();
 
     /// Copies the marker image: every pixel above 0 is a marker, any other value is none.
     void setMarker(PixelMatrix<int>& image) { marker = image; }
@@ -52,36 +47,47 @@ public:
     /// is 0. A marker image of another size raises `SizeError`.
     void apply(PixelMatrix<int>& gradient) override;
 
-    // The steps of `apply`, in their order.
+    /// The same on a byte image, from the markers given: the pixels that do not end in the first
+    /// basin.
+    BitPlane applyBeyondFirst(const BitPlane& markers, const BytePlane& gradient);
+
+    // The steps of `apply`, in their order. `Word` is that of a plane whose labels are wide enough.
 
     /// Gives every connected set of marker pixels its label.
-    void LPE2DInit(Labels& labels);
+    template <class Word>
+    void LPE2DInit(FloodPlane<Word>& pixels, const RunLabelling& markers);
 
-    /// Fills the marker that a pixel belongs to, run by run; queue 0 is the work list and holds a
-    /// pixel of each run to come.
-    void labelProcessing2D(Labels& labels, int row, int column, int label);
+    /// Labels a run of marker pixels.
+    template <class Word>
+    void labelProcessing2D(FloodPlane<Word>& pixels, const RunLabelling::Run& run);
 
     /// Puts every marker pixel, in scan order, into the queue of its level. A pixel whose
-    /// neighbours all belong to its own marker would do nothing when its turn comes, and no other
-    /// basin can reach it: it counts as processed at once.
-    void initQueue(Labels& labels, const Levels& levels);
+    /// neighbours are all markers would do nothing when its turn comes, and no other basin can
+    /// reach it: it counts as processed at once.
+    template <class Word>
+    void initQueue(FloodPlane<Word>& pixels, const BitPlane& markers);
 
     /// Floods level by level. Pixels reached at a level that is not below theirs are deferred and
     /// served, as round 2, before the next level.
-    void LpeApply(Labels& labels, Levels& levels);
+    template <class Word>
+    void LpeApply(FloodPlane<Word>& pixels);
 
-    /// Works on the pixel in hand.
-    void pixelProcess(Labels& labels, Levels& levels, int round);
+    /// Works on a pixel whose turn has come.
+    template <int round, class Word>
+    void pixelProcess(FloodPlane<Word>& pixels, int place, int level);
 
-    /// Visits the four neighbours of the pixel in hand.
-    void findNeigbor(Labels& labels, Levels& levels, int round);
+    /// Visits the four neighbours of a pixel, whose word was `own` before it was processed.
+    template <int round, class Word>
+    void findNeigbor(FloodPlane<Word>& pixels, int place, Word own, int level);
 
     /// Claims a neighbour that no basin has reached; marks one that another basin has reached.
-    void neighborProcess(Labels& labels, Levels& levels, int neighbour, int round);
+    template <int round, class Word>
+    void neighborProcess(FloodPlane<Word>& pixels, int neighbour, Word word, Word own, int level);
 
     /// Gives each collision pixel the label of a neighbour. One amid others like it waits for them;
     /// ends when a whole pass settles none.
-    void pixelCollision(Labels& labels);
+    template <class Word>
+    void pixelCollision(FloodPlane<Word>& pixels);
 
     /// The first non-empty queue from the current level on, or -1.
     int selectNextQueue() const;
@@ -89,23 +95,26 @@ public:
     /// The queues of all levels are empty, or one queue is.
     bool isEmptyFah2D() const;
 
-    bool isEmptyFah2D(int queue) const { return queues[static_cast<std::size_t>(queue)].isEmpty(); }
+    bool isEmptyFah2D(int queue) const { return queues.isEmpty(queue); }
 
 private:
     static constexpr int levelCount = 256;
     static constexpr int deferred = 256;
-    static constexpr int collisions = 257;
 
-    int labelBeside(const Labels& labels, PixelRecord pixel) const;
+    template <class Word>
+    FloodPlane<Word>
+    flood(const BitPlane& markers, const RunLabelling& labelling, const BytePlane& gradient);
 
-    void push(int queue, int place) { queues[static_cast<std::size_t>(queue)].push(place, store); }
+    template <class Word>
+    void
+    applyWith(const BitPlane& markers, const RunLabelling& labelling, PixelMatrix<int>& gradient);
 
-    int pop(int queue) { return queues[static_cast<std::size_t>(queue)].pop(store); }
+    template <int round, class Word>
+    void serve(FloodPlane<Word>& pixels, int queue);
 
     int currentLevel = 0;
     PixelMatrix<int> marker;
-    int currentPixel = 0;
-    // One a level, then the deferred pixels, then the collisions.
-    std::array<PixelQueue, 258> queues;
-    PixelQueue::Store store;
+    // One a level, then the deferred pixels.
+    PixelQueues queues;
+    std::vector<int> collisions;
 };
