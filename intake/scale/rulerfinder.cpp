@@ -88,29 +88,38 @@ public:
 
     double contrast() const { return contrast_; }
 
-    /// Between ticks it is equally light over their whole length: no finer ticks, which would be too
-    /// fine to be seen one by one, and no patches. Two rows at each end are left out.
+    /// Thin lines on one ground that goes on beyond one of their ends: no patches of different
+    /// colours, whose borders end at other borders, and no ticks between that are too fine to be
+    /// seen one by one. Two rows at each end are left out.
     bool isClear() const
     {
-        std::vector<double> rows;
-        const int top = static_cast<int>(medianOf(tops_)) + 2;
-        const int end = static_cast<int>(medianOf(ends_)) - 2;
-        for (int row = top; row <= end; ++row) {
-            std::vector<double> values;
-            for (std::size_t k = 0; k + 1 < comb_.places.size(); ++k) {
-                if (comb_.numbers[k + 1] == comb_.numbers[k] + 1) {
-                    const double from = comb_.places[k] + 0.25 * comb_.period;
-                    const double to = comb_.places[k + 1] - 0.25 * comb_.period;
-                    values.push_back(least(row, from, to));
-                }
+        const int top = static_cast<int>(medianOf(tops_));
+        const int end = static_cast<int>(medianOf(ends_));
+        const int beyond = 3 + (end - top) / 3;
+        std::vector<double> lengthwise;
+        for (int row = top + 2; row <= end - 2; ++row) {
+            std::vector<double> values = between(row);
+            lengthwise.push_back(medianOf(values));
+            std::sort(values.begin(), values.end());
+            const std::size_t tenth = values.size() / 10;
+            if (values.empty() ||
+                values[values.size() - 1 - tenth] - values[tenth] > 0.4 * contrast_) {
+                return false;
             }
-            rows.push_back(medianOf(values));
         }
-        if (rows.size() < 3) {
+        if (lengthwise.size() < 3 || comb_.tickWidth > 0.35) {
             return false;
         }
-        const auto [lowest, highest] = std::minmax_element(rows.begin(), rows.end());
-        return *highest - *lowest <= 0.12 * contrast_ && comb_.tickWidth <= 0.35;
+        const auto [lowest, highest] = std::minmax_element(lengthwise.begin(), lengthwise.end());
+        const auto goesOn = [&](int from, int to) {
+            double darkest = 255.0;
+            for (int row = from; row <= to; ++row) {
+                darkest = std::min(darkest, medianOf(between(row)));
+            }
+            return darkest >= *lowest - 0.15 * contrast_;
+        };
+        return *highest - *lowest <= 0.12 * contrast_ &&
+               (goesOn(top - beyond, top) || goesOn(end, end + beyond));
     }
 
 private:
@@ -120,6 +129,19 @@ private:
     {
         const int column = std::clamp(cvRound(2.0 * place), 0, pixels_.cols - 1);
         return pixels_.at<float>(std::clamp(row, 0, pixels_.rows - 1), column);
+    }
+
+    /// How light it is between neighbouring ticks.
+    std::vector<double> between(int row) const
+    {
+        std::vector<double> values;
+        for (std::size_t k = 0; k + 1 < comb_.places.size(); ++k) {
+            if (comb_.numbers[k + 1] == comb_.numbers[k] + 1) {
+                values.push_back(least(row, comb_.places[k] + 0.25 * comb_.period,
+                                       comb_.places[k + 1] - 0.25 * comb_.period));
+            }
+        }
+        return values;
     }
 
     double least(int row, double from, double to) const

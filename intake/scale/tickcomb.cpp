@@ -268,7 +268,8 @@ bool isDecimal(const TickComb& comb, const std::vector<double>& lengths)
            share(others, 1.12 * base) <= 0.15;
 }
 
-/// The number of ticks between the longest, if each halving has longer ticks; else 1.
+/// The number of ticks between the longest, if each halving has longer ticks; else 1. A stretch too
+/// short to tell whether the longest are alike gives 1, too.
 int binaryDivision(const TickComb& comb, const std::vector<double>& lengths)
 {
     int division = 1;
@@ -276,7 +277,7 @@ int binaryDivision(const TickComb& comb, const std::vector<double>& lengths)
     while (division < 64) {
         const int next = 2 * division;
         if (comb.span() < 2 * next) {
-            break;
+            return 1;
         }
         const std::vector<double> one = ofClass(comb, lengths, next, remainder);
         const std::vector<double> other = ofClass(comb, lengths, next, remainder + division);
@@ -287,12 +288,12 @@ int binaryDivision(const TickComb& comb, const std::vector<double>& lengths)
         const auto& below = a > b ? other : one;
         if (std::max(a, b) < 1.12 * lower || share(upper, 1.06 * lower) < 0.8 ||
             share(below, 1.12 * lower) > 0.2) {
-            break;
+            return division;
         }
         remainder = a > b ? remainder : remainder + division;
         division = next;
     }
-    return division;
+    return 1;
 }
 
 bool isEven(const TickComb& comb, const std::vector<double>& lengths)

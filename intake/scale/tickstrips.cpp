@@ -9,7 +9,9 @@ namespace {
 
 constexpr int blockSide = 8;
 constexpr int angleCount = 180;
-constexpr std::size_t mostStrips = 12;
+/// The squares of a colour card alone give dozens.
+constexpr std::size_t mostStrips = 80;
+constexpr int mostLines = 200;
 constexpr int leastBlocks = 8;
 /// Blocks without lines that a strip may bridge.
 constexpr double mostGap = 7.0;
@@ -178,7 +180,7 @@ std::vector<TickStrip> findTickStrips(const cv::Mat& grey)
     for (const LinedBlock& block : blocks) {
         votes.add(block, 1);
     }
-    for (int round = 0; round < 60 && strips.size() < mostStrips; ++round) {
+    for (int round = 0; round < mostLines && strips.size() < mostStrips; ++round) {
         double angle = 0.0;
         double distance = 0.0;
         if (votes.best(angle, distance) < leastBlocks) {
