@@ -91,14 +91,14 @@ ScanPlan planScan(const ScanOptions& options, int index, long seed)
     scan.pixelsPerMillimetre = options.resolution / 25.4;
     scan.factor = options.resolution / 300.0;
     scan.paper = colourOf(options.paper);
-    const int columns = static_cast<int>(std::ceil(std::sqrt(1.2 * options.leaves)));
+    const int columns = std::max(1, static_cast<int>(std::ceil(std::sqrt(1.2 * options.leaves))));
     const int rows = (options.leaves + columns - 1) / columns;
     const double width = rulerStrip + cardStrip + columns * cellWidth * millimetresPerCellPixel;
     const double height =
         std::max(leastHeight, (rows * cellHeight + 100) * millimetresPerCellPixel);
     scan.width = static_cast<int>(width * scan.pixelsPerMillimetre);
     scan.height = static_cast<int>(height * scan.pixelsPerMillimetre);
-    addLeaves(scan, options, index, seed, std::max(columns, 1));
+    addLeaves(scan, options, index, seed, columns);
     addObjects(scan, options, random);
     scan.seed = random.uniformL(1, 1000000000L);
     return scan;

@@ -8,8 +8,6 @@
 namespace {
 
 constexpr double mostMisfit = 5.0;
-/// By how much two things of the same size may differ as they are measured.
-constexpr double alike = 0.02;
 constexpr double leastDisc = 24.0;
 constexpr double leastDot = 6.0;
 constexpr std::size_t mostDots = 300;
@@ -71,8 +69,7 @@ std::string nameOf(ScaleRequest::Kind kind)
                                               : "square of four dots";
 }
 
-/// The printed ones if there are any. Of others only one alone is taken: the patches of a colour
-/// card are squares of one size, too.
+/// The printed ones if there are any, else all.
 std::vector<FlatShape> candidates(std::vector<FlatShape> shapes)
 {
     std::vector<FlatShape> printed;
@@ -101,23 +98,17 @@ FoundScale findMarker(const cv::Mat& photograph, const ScaleRequest& request)
     if (shapes.empty()) {
         return FoundScale::none("no " + nameOf(request.kind));
     }
-    const auto best =
-        std::min_element(shapes.begin(), shapes.end(), [](const FlatShape& a, const FlatShape& b) {
-            return a.misfit < b.misfit;
-        });
-    for (const FlatShape& shape : shapes) {
-        const bool printed = best->isPrinted();
-        if (std::abs(shape.size / best->size - 1.0) > alike || (!printed && shapes.size() > 1)) {
-            return FoundScale::none("more than one " + nameOf(request.kind));
-        }
+    if (shapes.size() > 1) {
+        return FoundScale::none("more than one " + nameOf(request.kind));
     }
-    if (best->misfit > mostMisfit) {
+    const FlatShape& best = shapes.front();
+    if (best.misfit > mostMisfit) {
         return FoundScale::none("the " + nameOf(request.kind) + " is seen too much from the side");
     }
     FoundScale result;
     result.found = true;
-    result.pixelSize = request.length / best->size;
-    result.misfit = best->misfit;
-    result.place = best->corners;
+    result.pixelSize = request.length / best.size;
+    result.misfit = best.misfit;
+    result.place = best.corners;
     return result;
 }

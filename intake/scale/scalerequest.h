@@ -40,7 +40,7 @@ struct FoundScale
     double misfit = 0.0;
     /// Around what was found, in pixels of the photograph (0 at the middle of the upper left one).
     std::vector<cv::Point2d> place;
-    /// Why nothing was found: "no square", "squares of different sizes".
+    /// Why nothing was found: "no square", "more than one disc".
     std::string reason;
 
     static FoundScale none(const std::string& why)
@@ -52,6 +52,6 @@ struct FoundScale
 };
 
 /// Looks for what is requested on a photograph of red, green and blue (CV_8UC3), upright. Gives
-/// "not found" rather than a guess: nothing of that kind, several of different sizes, or one that is
-/// too far from its shape. Keeps nothing; may be called from several threads.
+/// "not found" rather than a guess: nothing of that kind, more than one, or one that is too far from
+/// its shape. Keeps nothing; may be called from several threads.
 FoundScale findScale(const cv::Mat& photograph, const ScaleRequest& request);
