@@ -1,44 +1,17 @@
 #include "samples/leafpicture.h"
 
-#include "samples/canvas.h"
 #include "system/randomgenerator.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace {
 
-using Colour = std::array<double, 3>;
-
-Colour mixed(const Colour& a, const Colour& b, double share)
-{
-    Colour colour;
-    for (std::size_t c = 0; c < colour.size(); ++c) {
-        colour[c] = a[c] + (b[c] - a[c]) * share;
-    }
-    return colour;
-}
-
-Colour scaled(const Colour& a, double factor)
-{
-    return {a[0] * factor, a[1] * factor, a[2] * factor};
-}
-
-/// The colours of one photograph.
-struct Palette
-{
-    Colour paper;
-    Colour blade;
-    Colour vein;
-    Colour stalk;
-};
-
-Palette choosePalette(const LeafPlan& plan, RandomGenerator& random)
+LeafPalette choosePalette(const LeafPlan& plan, RandomGenerator& random)
 {
     const double tone = random.uniformLF(0.92, 1.08);
     const double yellow = random.uniformLF(-8.0, 18.0);
-    Palette palette;
+    LeafPalette palette;
     if (plan.lightBackground) {
         palette.paper = {228.0, 227.0, 222.0};
         palette.blade = scaled({58.0 + yellow, 98.0, 42.0}, tone);
@@ -52,84 +25,12 @@ Palette choosePalette(const LeafPlan& plan, RandomGenerator& random)
     return palette;
 }
 
-/// Smooth random field: random values on a grid of about 64 cells a side, repeated.
-class CloudField
+Polyline scaledLine(Polyline line, double factor)
 {
-public:
-    explicit CloudField(RandomGenerator& random)
-    {
-        for (double& value : grid_) {
-            value = random.uniformLF(-1.0, 1.0);
-        }
+    for (Point& point : line) {
+        point = point * factor;
     }
-
-    /// In [-1, 1]; features are about `size` pixels wide.
-    double at(double x, double y, double size) const
-    {
-        const double column = std::floor(x / size);
-        const double row = std::floor(y / size);
-        const double fx = smooth(x / size - column);
-        const double fy = smooth(y / size - row);
-        const double upper = node(column, row) * (1 - fx) + node(column + 1, row) * fx;
-        const double lower = node(column, row + 1) * (1 - fx) + node(column + 1, row + 1) * fx;
-        return upper * (1 - fy) + lower * fy;
-    }
-
-private:
-    static double smooth(double t) { return t * t * (3.0 - 2.0 * t); }
-
-    double node(double column, double row) const
-    {
-        const auto wrap = [](double value) {
-            return static_cast<std::size_t>(static_cast<long>(value) & 63);
-        };
-        return grid_[wrap(row) * 64 + wrap(column)];
-    }
-
-    std::array<double, 64 * 64> grid_{};
-};
-
-/// The masks of which a picture is composed, 0 to 1 each.
-struct Masks
-{
-    Plane leaf;
-    Plane shadow;
-    Plane veins;
-    Plane spots;
-
-    Masks(int width, int height)
-        : leaf(width, height)
-        , shadow(width, height)
-        , veins(width, height)
-        , spots(width, height)
-    {}
-};
-
-Masks drawMasks(const LeafOutline& leaf, int width, int height, RandomGenerator& random)
-{
-    Masks masks(width, height);
-    addCoverage(masks.leaf, leaf.outline);
-    Polyline fallen = leaf.outline;
-    for (Point& point : fallen) {
-        point = point + Point{5.0, 7.0};
-    }
-    addCoverage(masks.shadow, fallen);
-    blur(masks.shadow, 7.0);
-    for (const Vein& vein : leaf.veins) {
-        addCoverage(masks.veins, stroke(vein.line, vein.firstWidth, vein.lastWidth));
-    }
-    blur(masks.veins, 0.9);
-    for (int i = 0; i < 40; ++i) {
-        const Point middle{random.uniformLF(width), random.uniformLF(height)};
-        const double radius = random.uniformLF(1.5, 4.0);
-        Polyline spot;
-        for (int k = 0; k < 12; ++k) {
-            const double angle = k * 3.141592653589793 / 6.0;
-            spot.push_back(middle + Point{std::cos(angle), std::sin(angle)} * radius);
-        }
-        addCoverage(masks.spots, spot);
-    }
-    return masks;
+    return line;
 }
 
 /// Brightness of the blade at a place given across and along it: a fold on either side of the
@@ -146,43 +47,11 @@ double relief(const LeafPlan& plan, const Point& onLeaf)
     return 1.0 + fold + 0.06 * cushion * std::min(1.0, std::abs(onLeaf.x) / 50.0);
 }
 
-/// The colour of each pixel before the lens and the sensor, as three planes.
-std::vector<Plane>
-compose(const LeafPlan& plan, const LeafOutline& leaf, const Masks& masks, RandomGenerator& random)
+void lookThroughLens(std::vector<Plane>& planes)
 {
-    const Palette palette = choosePalette(plan, random);
-    const CloudField clouds(random);
-    const double shadowDepth = plan.lightBackground ? 0.16 : 0.35;
-    const double lightX = random.uniformLF(-0.05, 0.05);
-    const double lightY = random.uniformLF(-0.05, 0.05);
-    const int width = masks.leaf.width;
-    const int height = masks.leaf.height;
-    std::vector<Plane> planes(3, Plane(width, height));
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const Point onLeaf = leaf.frame.toLeaf({x + 0.5, y + 0.5});
-            const double light =
-                1.0 + lightX * (2.0 * x / width - 1.0) + lightY * (2.0 * y / height - 1.0);
-            const double grain = 1.0 + 0.02 * clouds.at(x, y, 90.0) + 0.01 * clouds.at(x, y, 9.0);
-            const Colour paper =
-                scaled(palette.paper, light * grain * (1.0 - shadowDepth * masks.shadow.at(x, y)));
-            const double patches = 1.0 + 0.06 * clouds.at(x + 500, y, 120.0) +
-                                   0.05 * clouds.at(x, y + 300, 14.0) +
-                                   0.03 * clouds.at(x + 90, y, 4.0);
-            Colour blade = scaled(palette.blade, relief(plan, onLeaf) * patches);
-            blade = mixed(blade, palette.vein, std::min(1.0F, masks.veins.at(x, y)));
-            blade = mixed(blade, scaled(blade, 0.8), std::min(1.0F, masks.spots.at(x, y)));
-            const double stalkShare = std::clamp(0.5 - (onLeaf.y + 4.0) / 30.0, 0.0, 1.0) *
-                                      std::clamp((34.0 - std::abs(onLeaf.x)) / 14.0, 0.0, 1.0);
-            const double round = 1.0 - 0.25 * std::min(1.0, std::pow(onLeaf.x / 12.0, 2.0));
-            blade = mixed(blade, scaled(palette.stalk, round), stalkShare);
-            const Colour seen = mixed(paper, scaled(blade, light), masks.leaf.at(x, y));
-            for (std::size_t c = 0; c < planes.size(); ++c) {
-                planes[c].at(x, y) = static_cast<float>(seen[c]);
-            }
-        }
+    for (Plane& plane : planes) {
+        blur(plane, 0.8);
     }
-    return planes;
 }
 
 std::uint8_t toByte(double value)
@@ -192,25 +61,106 @@ std::uint8_t toByte(double value)
 
 } // namespace
 
-Picture drawLeaf(const LeafPlan& plan, const LeafOutline& leaf, int width, int height)
+LeafPainter::LeafPainter(const LeafPlan& plan,
+                         const LeafOutline& leaf,
+                         int width,
+                         int height,
+                         double factor,
+                         RandomGenerator& random)
+    : plan_(plan)
+    , frame_(leaf.frame)
+    , factor_(factor)
+    , coverage_(width, height)
+    , shadow_(width, height)
+    , veins_(width, height)
+    , spots_(width, height)
 {
-    RandomGenerator random;
-    random.init(plan.seed + 1);
-    const Masks masks = drawMasks(leaf, width, height, random);
-    std::vector<Plane> planes = compose(plan, leaf, masks, random);
-    if (!plan.colour) {
-        for (std::size_t i = 0; i < planes[0].values.size(); ++i) {
-            planes[0].values[i] = 0.299F * planes[0].values[i] + 0.587F * planes[1].values[i] +
-                                  0.114F * planes[2].values[i];
+    drawMasks(leaf, random);
+    palette_ = choosePalette(plan, random);
+    clouds_ = CloudField(random);
+}
+
+void LeafPainter::drawMasks(const LeafOutline& leaf, RandomGenerator& random)
+{
+    addCoverage(coverage_, scaledLine(leaf.outline, factor_));
+    Polyline fallen = leaf.outline;
+    for (Point& point : fallen) {
+        point = point + Point{5.0, 7.0};
+    }
+    addCoverage(shadow_, scaledLine(fallen, factor_));
+    blur(shadow_, 7.0 * factor_);
+    for (const Vein& vein : leaf.veins) {
+        addCoverage(veins_,
+                    scaledLine(stroke(vein.line, vein.firstWidth, vein.lastWidth), factor_));
+    }
+    blur(veins_, 0.9 * factor_);
+    const double width = coverage_.width / factor_;
+    const double height = coverage_.height / factor_;
+    for (int i = 0; i < 40; ++i) {
+        const Point middle{random.uniformLF(width), random.uniformLF(height)};
+        const double radius = random.uniformLF(1.5, 4.0);
+        Polyline spot;
+        for (int k = 0; k < 12; ++k) {
+            const double angle = k * 3.141592653589793 / 6.0;
+            spot.push_back(middle + Point{std::cos(angle), std::sin(angle)} * radius);
         }
-        planes.resize(1, Plane(0, 0));
+        addCoverage(spots_, scaledLine(spot, factor_));
     }
-    for (Plane& plane : planes) {
-        blur(plane, 0.8);
+}
+
+Colour LeafPainter::colourAt(int column, int row) const
+{
+    const Point onLeaf = frame_.toLeaf({(column + 0.5) / factor_, (row + 0.5) / factor_});
+    const double x = column / factor_;
+    const double y = row / factor_;
+    const double patches = 1.0 + 0.06 * clouds_.at(x + 500, y, 120.0) +
+                           0.05 * clouds_.at(x, y + 300, 14.0) + 0.03 * clouds_.at(x + 90, y, 4.0);
+    Colour blade = scaled(palette_.blade, relief(plan_, onLeaf) * patches);
+    blade = mixed(blade, palette_.vein, std::min(1.0F, veins_.at(column, row)));
+    blade = mixed(blade, scaled(blade, 0.8), std::min(1.0F, spots_.at(column, row)));
+    const double stalkShare = std::clamp(0.5 - (onLeaf.y + 4.0) / 30.0, 0.0, 1.0) *
+                              std::clamp((34.0 - std::abs(onLeaf.x)) / 14.0, 0.0, 1.0);
+    const double round = 1.0 - 0.25 * std::min(1.0, std::pow(onLeaf.x / 12.0, 2.0));
+    return mixed(blade, scaled(palette_.stalk, round), stalkShare);
+}
+
+namespace {
+
+/// The colour of each pixel before the lens and the sensor, as three planes.
+std::vector<Plane> compose(const LeafPlan& plan, const LeafPainter& leaf, RandomGenerator& random)
+{
+    const double shadowDepth = plan.lightBackground ? 0.16 : 0.35;
+    const double lightX = random.uniformLF(-0.05, 0.05);
+    const double lightY = random.uniformLF(-0.05, 0.05);
+    const int width = leaf.coverage().width;
+    const int height = leaf.coverage().height;
+    std::vector<Plane> planes(3, Plane(width, height));
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const double light =
+                1.0 + lightX * (2.0 * x / width - 1.0) + lightY * (2.0 * y / height - 1.0);
+            const double grain =
+                1.0 + 0.02 * leaf.clouds().at(x, y, 90.0) + 0.01 * leaf.clouds().at(x, y, 9.0);
+            const Colour paper = scaled(
+                leaf.palette().paper, light * grain * (1.0 - shadowDepth * leaf.shadow().at(x, y)));
+            const Colour seen =
+                mixed(paper, scaled(leaf.colourAt(x, y), light), leaf.coverage().at(x, y));
+            for (std::size_t c = 0; c < planes.size(); ++c) {
+                planes[c].at(x, y) = static_cast<float>(seen[c]);
+            }
+        }
     }
+    return planes;
+}
+
+} // namespace
+
+Picture exposed(std::vector<Plane> planes, RandomGenerator& random)
+{
+    lookThroughLens(planes);
     Picture picture;
-    picture.width = width;
-    picture.height = height;
+    picture.width = planes.front().width;
+    picture.height = planes.front().height;
     picture.samples = static_cast<int>(planes.size());
     picture.bytes.reserve(planes.size() * planes[0].values.size());
     for (std::size_t i = 0; i < planes[0].values.size(); ++i) {
@@ -220,4 +170,21 @@ Picture drawLeaf(const LeafPlan& plan, const LeafOutline& leaf, int width, int h
         }
     }
     return picture;
+}
+
+Picture
+drawLeaf(const LeafPlan& plan, const LeafOutline& leaf, int width, int height, double factor)
+{
+    RandomGenerator random;
+    random.init(plan.seed + 1);
+    std::vector<Plane> planes =
+        compose(plan, LeafPainter(plan, leaf, width, height, factor, random), random);
+    if (!plan.colour) {
+        for (std::size_t i = 0; i < planes[0].values.size(); ++i) {
+            planes[0].values[i] = 0.299F * planes[0].values[i] + 0.587F * planes[1].values[i] +
+                                  0.114F * planes[2].values[i];
+        }
+        planes.resize(1, Plane(0, 0));
+    }
+    return exposed(std::move(planes), random);
 }

@@ -1,5 +1,7 @@
 #include "samples/labelcomparison.h"
 #include "samples/samplefiles.h"
+#include "samples/scanfiles.h"
+#include "samples/scanoptions.h"
 #include "system/exception.h"
 #include "system/stringtools.h"
 
@@ -17,6 +19,12 @@ const char* const usage =
     "tables junctions.tsv (where blade and stalk meet), truth.tsv (what was drawn) and labels.tsv\n"
     "(each notch and tip of a tooth). With --growing all leaves are of one kind, each larger than\n"
     "the one before.\n"
+    "       crenara-samples OUTDIR --scan [--leaves N] [--count N] [--seed S] [--dpi D]\n"
+    "         [--stated-dpi D] [--paper white|grey|blue|black] [--ruler mm|cm|inch|none]\n"
+    "         [--marker square:20mm|disc:25mm|dots:70mm|none]\n"
+    "Draws scans (1) with N (5) leaves each, a ruler, cards, a label and a marker, at D (300) "
+    "pixels\n"
+    "an inch, with what was drawn in tables; in its folder 'alone' the same leaves one by one.\n"
     "       crenara-samples compare LABELS.tsv LANDMARKS.tsv [--distal] [--reach PIXELS]\n"
     "Compares the landmarks that 'crenara landmarks' writes with those drawn, one by one; one\n"
     "without a counterpart within PIXELS (15) was not found. Exit status 1 if they differ.\n";
@@ -24,10 +32,12 @@ const char* const usage =
 struct Options
 {
     std::vector<std::string> paths;
-    int count = 14;
+    int count = 0;
     int seed = 1;
     int reach = 15;
     bool growing = false;
+    bool scan = false;
+    ScanOptions scans;
     bool distal = false;
     bool help = false;
 
@@ -50,6 +60,7 @@ int positive(const std::string& option, const std::vector<std::string>& argument
 Options parse(const std::vector<std::string>& arguments)
 {
     Options options;
+    std::string scanOption;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         if (argument == "--help") {
@@ -66,6 +77,12 @@ Options parse(const std::vector<std::string>& arguments)
             options.growing = true;
         } else if (argument == "--distal") {
             options.distal = true;
+        } else if (argument == "--scan") {
+            options.scan = true;
+        } else if (i + 1 < arguments.size() &&
+                   setScanOption(options.scans, argument, arguments[i + 1])) {
+            scanOption = argument;
+            ++i;
         } else if (argument.empty() || argument.front() == '-') {
             raise<UsageError>("Options parse(...)", "unexpected argument '" + argument + "'");
         } else {
@@ -77,6 +94,12 @@ Options parse(const std::vector<std::string>& arguments)
     }
     if (options.paths.size() != (options.isComparison() ? 3U : 1U)) {
         raise<UsageError>("Options parse(...)", "wrong number of arguments");
+    }
+    if (!options.scan && !scanOption.empty()) {
+        raise<UsageError>("Options parse(...)", scanOption + " goes with --scan alone");
+    }
+    if (options.count == 0) {
+        options.count = options.scan ? 1 : 14;
     }
     return options;
 }
@@ -91,6 +114,10 @@ int run(const Options& options)
                    : 1;
     }
     TIFFSetErrorHandler(nullptr); // failures come back as errors of ours
+    if (options.scan) {
+        writeScans(options.paths.front(), options.count, options.seed, options.scans);
+        return 0;
+    }
     writeSamples(options.paths.front(), options.count, options.seed,
                  options.growing ? Series::Growing : Series::AllKinds);
     return 0;

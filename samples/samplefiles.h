@@ -4,9 +4,12 @@
 
 #include <string>
 
-/// Writes a picture as an uncompressed TIFF of 300 pixels an inch. Raises `FileWriteError`; a file
-/// that was there stays whole.
-void writeTiff(const Picture& picture, const std::string& filename);
+/// Writes a picture as an uncompressed TIFF of so many pixels an inch, 0 for no resolution. Raises
+/// `FileWriteError`; a file that was there stays whole.
+void writeTiff(const Picture& picture, const std::string& filename, double resolution = 300.0);
+
+/// Makes a folder unless it is there. Raises `FileWriteError`.
+void makeFolder(const std::string& folder);
 
 /// What leaves a series has.
 enum class Series { AllKinds, Growing };

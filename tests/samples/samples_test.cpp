@@ -4,6 +4,8 @@
 #include "samples/leafoutline.h"
 #include "samples/leafpicture.h"
 #include "samples/samplefiles.h"
+#include "samples/scanfiles.h"
+#include "samples/scanpicture.h"
 #include "support/stages.h"
 #include "support/temporaryfolder.h"
 #include "system/dataset.h"
@@ -203,6 +205,60 @@ TEST(WriteSamples, TheSameSeriesGivesTheSameFilesHoweverManyAreDrawn)
     EXPECT_EQ(truth.getValue<std::string>("Slice_Name", 2), "plain-02");
     EXPECT_EQ(truth.getValue<int>("Upper_Teeth", 2), planLeaf(2, 5).upperTeeth);
     EXPECT_EQ(DataSet(folder.file("three/junctions.tsv")).columnTypes(), "%s%d%d%d%d");
+}
+
+TEST(DrawScan, ShowsEachLeafWhereThePlanSaysAndObjectsBesideThem)
+{
+    ScanOptions options;
+    options.leaves = 20;
+    options.resolution = 75.0;
+    options.marker = {MarkerKind::Dots, 70.0};
+    const ScanPlan scan = planScan(options, 0, 3);
+    const Picture picture = drawScan(scan);
+    const auto greenness = [&](const Point& at) {
+        const auto pixel = static_cast<std::size_t>(at.y) * static_cast<std::size_t>(scan.width) +
+                           static_cast<std::size_t>(at.x);
+        const std::uint8_t* rgb = picture.bytes.data() + 3 * pixel;
+        return rgb[1] - (rgb[0] + rgb[2]) / 2;
+    };
+    Point last{-1.0, -1.0};
+    for (const ScanLeaf& leaf : scan.leaves) {
+        const Point apex = onScan(scan, leaf, leaf.outline.apex);
+        const Point base =
+            onScan(scan, leaf, (leaf.outline.leftJunction + leaf.outline.rightJunction) * 0.5);
+        const Point middle = base * 0.4 + apex * 0.6;
+        EXPECT_GT(greenness(middle), 15) << leaf.name;
+        EXPECT_LT(greenness(apex + (apex - base) * 0.05), 15) << leaf.name;
+        const double row = 0.5 * cellHeight * scan.factor;
+        EXPECT_TRUE(middle.x > last.x || middle.y > last.y + row) << leaf.name;
+        last = middle;
+        for (const ScanObject& object : scan.objects) {
+            const double reach = length(object.edge[2] - object.edge[0]) / 2.0;
+            EXPECT_GT(length((object.edge[2] + object.edge[0]) * 0.5 - middle), reach / 2.0);
+        }
+    }
+}
+
+TEST(WriteScans, LeavesOnTheScanHaveTheTruthOfThoseAlone)
+{
+    const TemporaryFolder folder;
+    ScanOptions options;
+    options.leaves = 2;
+    options.resolution = 100.0;
+    options.stated = 0.0;
+    writeScans(folder.file("scans"), 2, 4, options);
+    EXPECT_TRUE(folder.read("scans/alone/scan-02-2.tif").size() > 300 * 433 * 3);
+    DataSet there(folder.file("scans/truth.tsv"));
+    DataSet alone(folder.file("scans/alone/truth.tsv"));
+    ASSERT_EQ(there.numRows(), 4);
+    for (int row = 0; row < 4; ++row) {
+        for (const char* column : {"Blade_Length", "Blade_Area"}) {
+            const float truth = alone.getValue<float>(column, row);
+            EXPECT_NEAR(there.getValue<float>(column, row), truth, 1e-4F * truth);
+        }
+    }
+    EXPECT_NEAR(DataSet(folder.file("scans/scans.tsv")).getValue<float>("Pixel_Size", 1), 0.254F,
+                1e-5F);
 }
 
 TEST(WriteTiff, PicturesComeBackWithTheirResolution)

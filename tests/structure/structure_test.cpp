@@ -43,7 +43,7 @@ RoomTable allowedIncludes()
         process + in("blade", {"contour", "landmarks", "hierarchy", "measures", "averages"});
     const Rooms pages = blade + in("shell", {"settings", "widgets"});
     const Rooms shell = pages + in("shell", {"project", "pages", "window"});
-    const Rooms desk = shell + Rooms{"intake", "findings", "host/document"};
+    const Rooms desk = shell + Rooms{"intake", "intake/scale", "findings", "host/document"};
     return {
         {"system", {{"numerics"}, none}},
         {"numerics", {{"system"}, {"fftw3"}}},
@@ -80,7 +80,8 @@ RoomTable allowedIncludes()
         {"shell/window", {shell, qt}},
         {"shell/plugin", {shell, qt}},
 
-        {"intake", {blade, {"Q", "opencv2"}}},
+        {"intake/scale", {foundation, {"Q", "opencv2"}}},
+        {"intake", {blade + Rooms{"intake/scale"}, {"Q", "opencv2"}}},
         {"findings", {blade, qt}},
         {"host/document", {desk, qt}},
         {"host/panels", {desk, qt}},
@@ -89,7 +90,7 @@ RoomTable allowedIncludes()
         {"host/results", {desk, qt}},
         {"host",
          {desk + Rooms{"shell/plugin"} + in("host", {"panels", "editing", "view", "results"}), qt}},
-        {"cli", {shell + Rooms{"intake", "findings"}, qt}},
+        {"cli", {shell + Rooms{"intake", "intake/scale", "findings"}, qt}},
         {"samples", {foundation, {"tiff"}}},
     };
 }
