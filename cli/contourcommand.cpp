@@ -23,7 +23,7 @@ int runContour(const QStringList& arguments, Report& report)
     StackFile file(line.argument(0), report);
     checkWritable(output);
     extractContours(file.stack(), options, report);
-    writeStack(file.stack(), output);
+    file.write(output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (contourSize(slice) == 0) {

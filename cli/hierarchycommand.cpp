@@ -131,6 +131,6 @@ int runHierarchy(const QStringList& arguments, Report& report)
     checkWritable(output);
     requireGate(GatedStage::Hierarchy, file.stack(), report);
     sortStructures(file, options, report);
-    writeStack(file.stack(), output);
+    file.write(output);
     return report.exitStatus();
 }

@@ -43,6 +43,7 @@ int runMeasure(const QStringList& arguments, Report& report)
     line.addOption("out", "Folder of the tables (the project's, else the stack file's).", "DIR");
     line.addOption("prefix", "Begin of their names (the project's name, else the stack file's).",
                    "PREFIX");
+    StackFile::declareReplace(line);
     line.parse(arguments, 1, 1);
     const ProjectOptions project(line, report);
     if (line.isSet("quiet")) {
@@ -53,7 +54,7 @@ int runMeasure(const QStringList& arguments, Report& report)
     checkPrefix(target);
     StackFile file(line.argument(0), report);
     requireGate(GatedStage::LeafMeasures, file.stack(), report);
-    prepareTarget(target);
+    prepareTarget(target, line.isSet("replace"));
     for (const std::string& note : StackBuilder::calibrationNotes(file.stack())) {
         report.note(note);
     }

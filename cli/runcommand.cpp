@@ -5,6 +5,7 @@
 #include "cli/junctiontable.h"
 #include "cli/measures.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
@@ -71,6 +72,7 @@ void declare(CommandLine& line)
     TipsOptions::declare(line);
     ProjectOptions::declareVenation(line);
     ProjectOptions::declareGrowth(line);
+    StackFile::declareReplace(line);
 }
 
 RunRecord beginRecord(const Plan& plan)
@@ -196,7 +198,8 @@ int runRun(const QStringList& arguments, Report& report)
     }
     checkPrefix(plan.target);
 
-    prepareTarget(plan.target);
+    OwnFiles::requireReplaceable(plan.stackPath(), OwnFiles::isStack, line.isSet("replace"));
+    prepareTarget(plan.target, line.isSet("replace"));
     checkWritable(plan.stackPath());
     std::optional<JunctionTable> table;
     if (!plan.junctions.empty()) {

@@ -23,6 +23,6 @@ int runSinus(const QStringList& arguments, Report& report)
     checkWritable(output);
     requireGate(GatedStage::ExtractSinus, file.stack(), report);
     extractSinuses(file.stack(), options, report);
-    writeStack(file.stack(), output);
+    file.write(output);
     return report.exitStatus();
 }

@@ -3,6 +3,7 @@
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "image/sources/imagesourcefile.h"
 #include "image/sources/imagesourcefilemosaic.h"
@@ -15,12 +16,22 @@
 #include "system/fileinfo.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 
 void StackFile::declareOutput(CommandLine& line)
 {
     line.addOption("o", "Writes the stack to this file, and leaves the one read as it is.",
                    "OUT.sdf");
+    if (!line.declares("replace")) {
+        declareReplace(line);
+    }
+}
+
+void StackFile::declareReplace(CommandLine& line)
+{
+    line.addFlag("replace", "Writes over files that have changes by hand, or that crenara did not "
+                            "write at all.");
 }
 
 std::string StackFile::outputOf(const CommandLine& line)
@@ -30,13 +41,23 @@ std::string StackFile::outputOf(const CommandLine& line)
     }
     const std::string output = line.required("o");
     requireSuffix(output, "sdf");
+    std::error_code missing;
+    if (!std::filesystem::equivalent(output, line.argument(0), missing)) {
+        OwnFiles::requireReplaceable(output, OwnFiles::isStack, line.isSet("replace"));
+    }
     return output;
 }
 
 StackFile::StackFile(const std::string& path, Report& report)
     : path_(path)
+    , own_(OwnFiles::isStack(path))
 {
     read(report);
+}
+
+void StackFile::write(const std::string& output)
+{
+    writeStack(stack_, output, own_);
 }
 
 void StackFile::read(Report& report)
@@ -59,7 +80,7 @@ void StackFile::read(Report& report)
     stack_.setModified(false);
 }
 
-void writeStack(LMXStack& stack, const std::string& path)
+void writeStack(LMXStack& stack, const std::string& path, bool own)
 {
     checkWritable(path);
     try {
@@ -71,6 +92,7 @@ void writeStack(LMXStack& stack, const std::string& path)
     } catch (const Exception& error) {
         throw Failure(path + ": the stack can't be written: " + error.getWhat());
     }
+    OwnFiles::noteStack(path, own);
 }
 
 void checkStorable(const LMXStack& stack, const std::string& path)

@@ -25,6 +25,6 @@ int runTips(const QStringList& arguments, Report& report)
     checkWritable(output);
     requireGate(GatedStage::ExtractPeaks, file.stack(), report);
     extractTips(file.stack(), options, project.config.getVenationType(), report);
-    writeStack(file.stack(), output);
+    file.write(output);
     return report.exitStatus();
 }
