@@ -119,6 +119,7 @@ int runJunctions(const QStringList& arguments, Report& report)
         placeAll(file.stack(), *table, report);
     }
     if (propose) {
+        checkTableNames(file.stack());
         proposeAll(file.stack(), table ? &*table : nullptr, line.isSet("replace"));
     }
     file.write(output);

@@ -68,6 +68,7 @@ int runLandmarks(const QStringList& arguments, Report& report)
     }
 
     StackFile file(line.argument(0), report);
+    checkTableNames(file.stack());
     if (!landmarksOf(file.stack()).save(filename, true)) {
         throw Failure(filename + ": the table can't be written");
     }

@@ -10,7 +10,6 @@
 #include "interface/itempainter.h"
 #include "interface/qimageconversion.h"
 #include "stack/stackslice.h"
-#include "system/exception.h"
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
 
@@ -77,10 +76,11 @@ void drawSlices(StackFile& file, const std::string& folder, bool replace, Report
     prepareFolder(folder);
     const int slices = file.stack().getNumSlices();
     for (int i = 0; i < slices; ++i) {
-        try {
-            save(draw(file.stack().getSlice(i)), files[static_cast<std::size_t>(i)]);
-        } catch (const FileError& error) {
-            report.fault(describe(error, file.stack()));
+        const StackSlice& slice = file.stack().getSlice(i);
+        const std::string fault =
+            faultOn(slice, [&] { save(draw(slice), files[static_cast<std::size_t>(i)]); });
+        if (!fault.empty()) {
+            report.fault(fault);
         }
         report.progress("picture", i + 1, slices);
     }
@@ -99,10 +99,10 @@ void drawSheet(StackFile& file, const std::string& path, Report& report)
 {
     ContactSheet sheet(file.stack().getLengthUnit());
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
-        try {
-            sheet.addSlice(file.stack().getSlice(i));
-        } catch (const FileError& error) {
-            report.fault(describe(error, file.stack()));
+        const StackSlice& slice = file.stack().getSlice(i);
+        const std::string fault = faultOn(slice, [&] { sheet.addSlice(slice); });
+        if (!fault.empty()) {
+            report.fault(fault);
         }
     }
     saveSheet(sheet, path);
@@ -129,7 +129,12 @@ void drawCurves(const std::vector<std::string>& files, const std::string& path)
     ContactSheet sheet;
     const std::vector<std::string> names = curveNames(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        sheet.addCurve(names[i], Curve<float>(files[i]));
+        const Curve<float> curve(files[i]);
+        if (curve.getSpace() < 2) {
+            throw Failure(files[i] + ": a curve of " + std::to_string(curve.getSpace()) +
+                          " dimensions can't be drawn");
+        }
+        sheet.addCurve(names[i], curve);
     }
     saveSheet(sheet, path);
 }

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <new>
 #include <sstream>
 
 void StackFile::declareOutput(CommandLine& line)
@@ -64,7 +65,12 @@ void StackFile::read(Report& report)
 {
     constexpr int shown = 5;
     StackReader reader;
-    const bool whole = reader.read(stack_, path_);
+    bool whole = false;
+    try {
+        whole = reader.read(stack_, path_);
+    } catch (const std::bad_alloc&) {
+        throw Failure(path_ + ": the stack can't be read: there is not enough memory");
+    }
     const std::vector<std::string>& log = reader.getLog();
     const int lines =
         whole ? static_cast<int>(log.size()) : std::min(shown, static_cast<int>(log.size()));
@@ -107,6 +113,17 @@ void checkStorable(const LMXStack& stack, const std::string& path)
     }
 }
 
+void checkTableNames(const LMXStack& stack)
+{
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const std::string& name = stack.getSlice(i).getName();
+        if (name.find_first_of("\t\r\n") != std::string::npos) {
+            throw Failure(stack.getFilename() + ": slice '" + name +
+                          "': tables can't hold a name with a TAB or a line break");
+        }
+    }
+}
+
 std::vector<std::string> imageFiles(const StackSlice& slice)
 {
     std::vector<std::string> files;
@@ -143,4 +160,21 @@ std::string describe(const FileError& error, const Stack& stack)
         }
     }
     return filename + ": " + error.getWhat();
+}
+
+std::string faultOn(const StackSlice& slice, const std::function<void()>& work)
+{
+    const std::vector<std::string> files = imageFiles(slice);
+    const std::string named = ": slice " + slice.getName() + ": ";
+    const std::string own = (files.empty() ? slice.getStack()->getName() : files.front()) + named;
+    try {
+        work();
+    } catch (const FileError& error) {
+        return error.getFilename() + named + error.getWhat();
+    } catch (const Exception& error) {
+        return own + error.getWhat();
+    } catch (const std::bad_alloc&) {
+        return own + "there is not enough memory";
+    }
+    return "";
 }

@@ -2,6 +2,7 @@
 
 #include "interface/lmxstack.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,8 +52,14 @@ void writeStack(LMXStack& stack, const std::string& path, bool own = true);
 /// double quote for one; so that long work is not lost at its end.
 void checkStorable(const LMXStack& stack, const std::string& path);
 
+/// Throws `Failure` if a slice has a name that a table has no form for, with a TAB or a line break.
+void checkTableNames(const LMXStack& stack);
+
 /// The files from which the image of a slice comes.
 std::vector<std::string> imageFiles(const StackSlice& slice);
+
+/// Does work on a slice, and gives what stood in its way, with file and slice; empty for nothing.
+std::string faultOn(const StackSlice& slice, const std::function<void()>& work);
 
 /// The message of an error with the file and the slice whose image that is, if one is.
 std::string describe(const FileError& error, const Stack& stack);
