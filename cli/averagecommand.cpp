@@ -1,7 +1,9 @@
 #include "blade/averages/averagingprocess.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/completeslices.h"
 #include "cli/failure.h"
+#include "cli/ownfiles.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
@@ -43,6 +45,8 @@ void declare(CommandLine& line)
     line.addFlag("kinetic", "By age, not by blade length (as the project says, else by length).");
     ProjectOptions::declareVenation(line);
     ProjectOptions::declareGrowth(line);
+    CompleteSlices::declare(line);
+    StackFile::declareReplace(line);
 }
 
 Method methodOf(const CommandLine& line)
@@ -131,7 +135,11 @@ int runAverage(const QStringList& arguments, Report& report)
     }
 
     StackFile file(line.argument(0), report);
+    const CompleteSlices complete(file.stack(), GatedStage::Averaging, line, report);
     requireGate(GatedStage::Averaging, file.stack(), report);
+    const std::string trajectory =
+        line.required("out") + "/" + file.stack().getName() + "-trajectory.sdf";
+    OwnFiles::requireReplaceable(trajectory, OwnFiles::isStack, line.isSet("replace"));
     process.setStack(file.stack());
     process.setProgressListener([&report](int percent) {
         if (percent >= 0) {
@@ -143,5 +151,6 @@ int runAverage(const QStringList& arguments, Report& report)
     process.setMeasurement(measures);
     setRange(process, line);
     average(process, file.stack(), method, line.isSet("targets"));
+    OwnFiles::noteStack(trajectory, true);
     return report.exitStatus();
 }

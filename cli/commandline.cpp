@@ -32,6 +32,7 @@ CommandLine::CommandLine(const QString& command,
 
 void CommandLine::addFlag(const QString& name, const QString& description)
 {
+    declared_.append(name);
     parser_.addOption(QCommandLineOption(name, description));
 }
 
@@ -40,6 +41,7 @@ void CommandLine::addOption(const QString& name,
                             const QString& valueName,
                             const QString& defaultText)
 {
+    declared_.append(name);
     parser_.addOption(QCommandLineOption(
         name, defaultText.isEmpty() ? description : description + " (" + defaultText + ")",
         valueName, defaultText));

@@ -29,6 +29,8 @@ public:
                    const QString& valueName,
                    const QString& defaultText = QString());
 
+    bool declares(const QString& name) const { return declared_.contains(name); }
+
     /// Takes from `least` to `most` positional arguments; `most` -1 is without limit. Throws
     /// `HelpRequest` if the user asked for it.
     void parse(const QStringList& arguments, int least, int most);
@@ -68,5 +70,6 @@ private:
 
     QString command_;
     QString arguments_;
+    QStringList declared_;
     QCommandLineParser parser_;
 };

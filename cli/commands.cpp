@@ -15,6 +15,7 @@ const std::vector<Command>& commands()
         {"landmarks", "writes the places of the landmarks as a table", runLandmarks},
         {"project", "writes a project file", runProject},
         {"run", "does all of this on a set of photographs", runRun},
+        {"remove", "takes slices off a stack", runRemove},
         {"picture", "draws the landmarks on the photographs", runPicture},
     };
     return table;

@@ -30,4 +30,5 @@ int runTeeth(const QStringList& arguments, Report& report);
 int runLandmarks(const QStringList& arguments, Report& report);
 int runProject(const QStringList& arguments, Report& report);
 int runRun(const QStringList& arguments, Report& report);
+int runRemove(const QStringList& arguments, Report& report);
 int runPicture(const QStringList& arguments, Report& report);

@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/failure.h"
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
@@ -22,8 +23,12 @@ int runContour(const QStringList& arguments, Report& report)
     const std::string output = StackFile::outputOf(line);
     StackFile file(line.argument(0), report);
     checkWritable(output);
-    extractContours(file.stack(), options, report);
-    writeStack(file.stack(), output);
+    if (!extractContours(file.stack(), options, report).empty()) {
+        throw Failure(file.path() +
+                      ": the slices told above have no contour; the stack stays as it "
+                      "was");
+    }
+    file.write(output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (contourSize(slice) == 0) {

@@ -3,6 +3,7 @@
 #include "blade/hierarchy/nohierarchyprocess.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/completeslices.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
 #include "cli/report.h"
@@ -119,6 +120,7 @@ int runHierarchy(const QStringList& arguments, Report& report)
         "Sorts sinuses and tips into primary, secondary and distal ones, or makes all "
         "of them primary again; can be run any number of times. Needs the tips stage.");
     HierarchyOptions::declare(line);
+    CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 2, 2);
     const HierarchyOptions options(line);
@@ -129,8 +131,11 @@ int runHierarchy(const QStringList& arguments, Report& report)
     const std::string output = StackFile::outputOf(line);
     StackFile file(line.argument(0), report);
     checkWritable(output);
-    requireGate(GatedStage::Hierarchy, file.stack(), report);
-    sortStructures(file, options, report);
-    writeStack(file.stack(), output);
+    {
+        const CompleteSlices complete(file.stack(), GatedStage::Hierarchy, line, report);
+        requireGate(GatedStage::Hierarchy, file.stack(), report);
+        sortStructures(file, options, report);
+    }
+    file.write(output);
     return report.exitStatus();
 }

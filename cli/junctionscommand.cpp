@@ -95,15 +95,16 @@ int runJunctions(const QStringList& arguments, Report& report)
                      "no row, junctions can be proposed from the contour.");
     line.addFlag("propose", "Proposes junctions for slices that have a contour and lack them. "
                             "Prints what it proposes, or none.");
-    line.addFlag("replace", "Lets the proposals replace junctions that a slice has.");
+    line.addFlag("replace", "Lets the proposals replace junctions that a slice has, and the result "
+                            "another stack that crenara did not write.");
     StackFile::declareOutput(line);
     line.parse(arguments, 1, 2);
     const bool propose = line.isSet("propose");
     if (line.argumentCount() < 2 && !propose) {
         throw UsageFailure("a junction table or the option 'propose' is missing");
     }
-    if (line.isSet("replace") && !propose) {
-        throw UsageFailure("the option 'replace' goes with 'propose'");
+    if (line.isSet("replace") && !propose && !line.isSet("o")) {
+        throw UsageFailure("the option 'replace' goes with 'propose' or 'o'");
     }
     if (line.isSet("quiet")) {
         report.setQuiet();
@@ -118,9 +119,10 @@ int runJunctions(const QStringList& arguments, Report& report)
         placeAll(file.stack(), *table, report);
     }
     if (propose) {
+        checkTableNames(file.stack());
         proposeAll(file.stack(), table ? &*table : nullptr, line.isSet("replace"));
     }
-    writeStack(file.stack(), output);
+    file.write(output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
         if (!hasJunctions(slice)) {

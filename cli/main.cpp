@@ -6,11 +6,13 @@
 #include "cli/failure.h"
 #include "cli/report.h"
 #include "system/exception.h"
+#include "system/filereplacement.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QTextCodec>
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <iostream>
@@ -56,7 +58,7 @@ int runCommand(const Command& command, const QStringList& arguments)
     try {
         return command.run(arguments, report);
     } catch (const HelpRequest& help) {
-        std::cout << help.text << std::flush;
+        std::cout << help.text;
         return Done;
     } catch (const UsageFailure& failure) {
         report.fault(std::string(command.name) + ": " + failure.what() + "\nSee 'crenara " +
@@ -72,6 +74,18 @@ int runCommand(const Command& command, const QStringList& arguments)
     return NotDone;
 }
 
+/// The status, or that of work not done where something that was said could not be written.
+int statusOf(int status)
+{
+    errno = 0;
+    std::cout.flush();
+    if (!std::cout) {
+        const std::string reason = errno == 0 ? "" : std::string(": ") + std::strerror(errno);
+        std::cerr << "crenara: the standard output can't be written" << reason << std::endl;
+    }
+    return status == Done && !(std::cout && std::cerr) ? NotDone : status;
+}
+
 /// Lets nothing but errors of the start through: on a cluster there is no folder for the sockets of a
 /// session, which none of ours needs.
 void dropWarnings(QtMsgType type, const QMessageLogContext&, const QString& text)
@@ -79,6 +93,34 @@ void dropWarnings(QtMsgType type, const QMessageLogContext&, const QString& text
     if (type == QtCriticalMsg || type == QtFatalMsg) {
         std::cerr << text.toStdString() << std::endl;
     }
+}
+
+int run(int argc, char* argv[])
+{
+    if (argc < 2) {
+        printUsage(std::cerr);
+        return WrongUsage;
+    }
+    const std::string first = argv[1];
+    if (first == "--help" || first == "-h") {
+        printUsage(std::cout);
+        return Done;
+    }
+    if (first == "--version") {
+        std::cout << "crenara " << CRENARA_VERSION << "\n";
+        return Done;
+    }
+    const Command* command = findCommand(argv[1]);
+    if (!command) {
+        std::cerr << "crenara: there is no subcommand '" << first << "'\n";
+        printUsage(std::cerr);
+        return WrongUsage;
+    }
+    QStringList arguments;
+    for (int i = 2; i < argc; ++i) {
+        arguments.append(QString::fromUtf8(argv[i]));
+    }
+    return runCommand(*command, arguments);
 }
 
 } // namespace
@@ -99,29 +141,8 @@ int main(int argc, char* argv[])
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     // A file beyond the limit of the process is then an error like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
-
-    if (argc < 2) {
-        printUsage(std::cerr);
-        return WrongUsage;
-    }
-    const std::string first = argv[1];
-    if (first == "--help" || first == "-h") {
-        printUsage(std::cout);
-        return Done;
-    }
-    if (first == "--version") {
-        std::cout << "crenara " << CRENARA_VERSION << std::endl;
-        return Done;
-    }
-    const Command* command = findCommand(argv[1]);
-    if (!command) {
-        std::cerr << "crenara: there is no subcommand '" << first << "'\n";
-        printUsage(std::cerr);
-        return WrongUsage;
-    }
-    QStringList arguments;
-    for (int i = 2; i < argc; ++i) {
-        arguments.append(QString::fromUtf8(argv[i]));
-    }
-    return runCommand(*command, arguments);
+    // Likewise a reader of the output that has gone.
+    std::signal(SIGPIPE, SIG_IGN);
+    FileReplacement::removeAtSignals();
+    return statusOf(run(argc, argv));
 }

@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/completeslices.h"
 #include "cli/measures.h"
 #include "cli/outputs.h"
 #include "cli/projectoptions.h"
@@ -43,6 +44,8 @@ int runMeasure(const QStringList& arguments, Report& report)
     line.addOption("out", "Folder of the tables (the project's, else the stack file's).", "DIR");
     line.addOption("prefix", "Begin of their names (the project's name, else the stack file's).",
                    "PREFIX");
+    CompleteSlices::declare(line);
+    StackFile::declareReplace(line);
     line.parse(arguments, 1, 1);
     const ProjectOptions project(line, report);
     if (line.isSet("quiet")) {
@@ -52,8 +55,10 @@ int runMeasure(const QStringList& arguments, Report& report)
     const MeasureTarget target = targetOf(line, project.config);
     checkPrefix(target);
     StackFile file(line.argument(0), report);
+    const CompleteSlices complete(file.stack(), GatedStage::LeafMeasures, line, report);
+    checkTableNames(file.stack());
     requireGate(GatedStage::LeafMeasures, file.stack(), report);
-    prepareTarget(target);
+    prepareTarget(target, line.isSet("replace"));
     for (const std::string& note : StackBuilder::calibrationNotes(file.stack())) {
         report.note(note);
     }
@@ -62,6 +67,9 @@ int runMeasure(const QStringList& arguments, Report& report)
     record.addInput(file.path());
     if (!project.path.empty()) {
         record.addInput(project.path);
+    }
+    for (const CompleteSlices::Omission& omission : complete.omissions()) {
+        record.addLeftOut(omission.slice, omission.reason);
     }
     measureLeaves(file.stack(), target, project.config, record, report);
     return report.exitStatus();

@@ -3,9 +3,11 @@
 #include "blade/measures/leafanalysis.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
 #include "shell/settings/projectconfig.h"
+#include "stack/stackslice.h"
 
 namespace {
 
@@ -32,11 +34,15 @@ void checkPrefix(const MeasureTarget& target)
     }
 }
 
-void prepareTarget(const MeasureTarget& target)
+void prepareTarget(const MeasureTarget& target, bool replace)
 {
-    prepareFolder(target.folder);
     LeafAnalysis analysis;
     configure(analysis, target, ProjectConfig());
+    for (const std::string& table : {analysis.leafTablePath(), analysis.peakTablePath()}) {
+        OwnFiles::requireReplaceable(table, OwnFiles::isMeasureTable, replace);
+    }
+    OwnFiles::requireReplaceable(target.recordPath(), OwnFiles::isRecord, replace);
+    prepareFolder(target.folder);
     for (const std::string& file :
          {analysis.leafTablePath(), analysis.peakTablePath(), target.recordPath()}) {
         checkWritable(file);
@@ -58,6 +64,15 @@ void measureLeaves(LMXStack& stack,
         }
     });
     analysis.run();
+    for (const int i : analysis.getLeftOut()) {
+        const std::string& slice = stack.getSlice(i).getName();
+        if (!record.isLeftOut(slice)) {
+            const std::string reason = "it lacks contour, junctions or apex";
+            report.fault(stack.getFilename() + ": slice " + slice + ": " + reason +
+                         "; the slice is left out");
+            record.addLeftOut(slice, reason);
+        }
+    }
     if (!analysis.isSaved()) {
         throw Failure(analysis.leafTablePath() + ", " + analysis.peakTablePath() +
                       ": the tables can't be written");

@@ -20,8 +20,9 @@ struct MeasureTarget
 /// Throws `UsageFailure` for a prefix that is no part of a file name.
 void checkPrefix(const MeasureTarget& target);
 
-/// Makes the folder. Throws `Failure` if that can't be done or one of the files can't be written.
-void prepareTarget(const MeasureTarget& target);
+/// Makes the folder. Throws `Failure` if that can't be done or one of the files can't be written,
+/// `UsageFailure` if one is no table or record of ours and may not be replaced.
+void prepareTarget(const MeasureTarget& target, bool replace);
 
 /// Measures the leaves and writes the two tables and the record. Throws `Failure` naming the table
 /// that can't be written.

@@ -5,10 +5,6 @@
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
 
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 void prepareFolder(const std::string& folder)
@@ -17,9 +13,6 @@ void prepareFolder(const std::string& folder)
     std::filesystem::create_directories(folder, error);
     if (error) {
         throw Failure(folder + ": the folder can't be made: " + error.message());
-    }
-    if (access(folder.c_str(), W_OK | X_OK) != 0) {
-        throw Failure(folder + ": the folder can't be written: " + std::strerror(errno));
     }
 }
 

@@ -4,8 +4,8 @@
 
 /// What the subcommands ask of the places that they write to, before they begin.
 
-/// Makes the folder, with those above it, unless it is there. Throws `Failure` if that can't be done
-/// or nothing can be written into it.
+/// Makes the folder, with those above it, unless it is there. Throws `Failure` if that can't be done.
+/// Whether a file of it can be written is told by `checkWritable`.
 void prepareFolder(const std::string& folder);
 
 /// Throws `Failure` if the file can't be created, or replaced where it stands.

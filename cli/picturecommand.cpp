@@ -3,18 +3,19 @@
 #include "cli/contactsheet.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
 #include "image/pixels/image0.h"
 #include "interface/itempainter.h"
 #include "interface/qimageconversion.h"
 #include "stack/stackslice.h"
-#include "system/exception.h"
 #include "system/fileinfo.h"
+#include "system/filereplacement.h"
 
+#include <QBuffer>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 
 #include <set>
 
@@ -32,15 +33,18 @@ QImage draw(const StackSlice& slice)
     return picture;
 }
 
-void save(const QImage& picture, const std::string& path)
+void save(QImage picture, const std::string& path)
 {
-    QSaveFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
-        throw Failure(path + ": the picture can't be written: " + file.errorString().toStdString());
+    picture.setText("Software", OwnFiles::program);
+    QBuffer bytes;
+    if (!bytes.open(QIODevice::WriteOnly) || !picture.save(&bytes, "PNG")) {
+        throw Failure(path + ": the picture can't be made");
     }
+    FileReplacement::write("void save(const QImage&, const string&)", path,
+                           bytes.data().toStdString());
 }
 
-/// The slice's name as a file's name that no earlier slice has.
+/// The slice's name as a file's name that no earlier slice has, and that is none of a photograph.
 std::string fileName(const std::string& slice, std::set<std::string>& taken)
 {
     std::string base = slice;
@@ -51,21 +55,32 @@ std::string fileName(const std::string& slice, std::set<std::string>& taken)
     for (int number = 2; !taken.insert(name).second; ++number) {
         name = base + "-" + std::to_string(number);
     }
-    return name + ".png";
+    return name + "_landmarks.png";
 }
 
-void drawSlices(StackFile& file, const std::string& folder, Report& report)
+/// The files of the slices' pictures. Throws `UsageFailure` for one that may not be replaced.
+std::vector<std::string> pictureFiles(const Stack& stack, const std::string& folder, bool replace)
 {
-    prepareFolder(folder);
     std::set<std::string> taken;
+    std::vector<std::string> files;
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        files.push_back(folder + "/" + fileName(stack.getSlice(i).getName(), taken));
+        OwnFiles::requireReplaceable(files.back(), OwnFiles::isPicture, replace);
+    }
+    return files;
+}
+
+void drawSlices(StackFile& file, const std::string& folder, bool replace, Report& report)
+{
+    const std::vector<std::string> files = pictureFiles(file.stack(), folder, replace);
+    prepareFolder(folder);
     const int slices = file.stack().getNumSlices();
     for (int i = 0; i < slices; ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
-        const std::string path = folder + "/" + fileName(slice.getName(), taken);
-        try {
-            save(draw(slice), path);
-        } catch (const FileError& error) {
-            report.fault(describe(error, file.stack()));
+        const std::string fault =
+            faultOn(slice, [&] { save(draw(slice), files[static_cast<std::size_t>(i)]); });
+        if (!fault.empty()) {
+            report.fault(fault);
         }
         report.progress("picture", i + 1, slices);
     }
@@ -84,10 +99,10 @@ void drawSheet(StackFile& file, const std::string& path, Report& report)
 {
     ContactSheet sheet(file.stack().getLengthUnit());
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
-        try {
-            sheet.addSlice(file.stack().getSlice(i));
-        } catch (const FileError& error) {
-            report.fault(describe(error, file.stack()));
+        const StackSlice& slice = file.stack().getSlice(i);
+        const std::string fault = faultOn(slice, [&] { sheet.addSlice(slice); });
+        if (!fault.empty()) {
+            report.fault(fault);
         }
     }
     saveSheet(sheet, path);
@@ -114,7 +129,12 @@ void drawCurves(const std::vector<std::string>& files, const std::string& path)
     ContactSheet sheet;
     const std::vector<std::string> names = curveNames(files);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        sheet.addCurve(names[i], Curve<float>(files[i]));
+        const Curve<float> curve(files[i]);
+        if (curve.getSpace() < 2) {
+            throw Failure(files[i] + ": a curve of " + std::to_string(curve.getSpace()) +
+                          " dimensions can't be drawn");
+        }
+        sheet.addCurve(names[i], curve);
     }
     saveSheet(sheet, path);
 }
@@ -123,22 +143,24 @@ void drawCurves(const std::vector<std::string>& files, const std::string& path)
 
 int runPicture(const QStringList& arguments, Report& report)
 {
-    CommandLine line(
-        "picture", "STACK.sdf|CURVE.cv...",
-        "Draws the landmarks of each slice on its photograph, one PNG file per slice, or all "
-        "slices, or curves, side by side at one scale.");
+    CommandLine line("picture", "STACK.sdf|CURVE.cv...",
+                     "Draws the landmarks of each slice on its photograph, one PNG file per slice, "
+                     "SLICE_landmarks.png, or all slices, or curves, side by side at one scale.");
     line.addOption("out", "Folder of the pictures.", "DIR");
     line.addOption("sheet",
                    "One picture of all slices, at one scale and with their names. Curve files, as "
                    "averages and teeth are, have this one alone.",
                    "FILE.png");
+    StackFile::declareReplace(line);
     line.parse(arguments, 1, -1);
     const bool curves = FileInfo::suffixName(line.argument(0)) == "cv";
     if (!curves && line.argumentCount() > 1) {
         throw UsageFailure("one stack at a time");
     }
+    const bool replace = line.isSet("replace");
     if (line.isSet("sheet")) {
         requireSuffix(line.required("sheet"), "png");
+        OwnFiles::requireReplaceable(line.bytes("sheet"), OwnFiles::isPicture, replace);
     }
     const std::string folder =
         curves || line.isSet("sheet") ? line.bytes("out") : line.required("out");
@@ -152,7 +174,7 @@ int runPicture(const QStringList& arguments, Report& report)
     }
     StackFile file(line.argument(0), report);
     if (!folder.empty()) {
-        drawSlices(file, folder, report);
+        drawSlices(file, folder, replace, report);
     }
     if (line.isSet("sheet")) {
         drawSheet(file, line.required("sheet"), report);

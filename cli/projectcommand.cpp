@@ -2,8 +2,10 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
+#include "cli/stackfile.h"
 #include "shell/project/projectfile.h"
 #include "system/fileinfo.h"
 
@@ -61,10 +63,12 @@ int runProject(const QStringList& arguments, Report& report)
     line.addOption("strength", "Exponent of the growth curve.", "S", "1");
     line.addOption("inflection", "Days at which a leaf has half its final length.", "I", "1");
     line.addOption("scaling", "Final length of a leaf in the stack's unit.", "C", "1");
+    StackFile::declareReplace(line);
     line.parse(arguments, 1, 1);
 
     const std::string path = line.argument(0);
     requireSuffix(path, "crp");
+    OwnFiles::requireReplaceable(path, OwnFiles::isProject, line.isSet("replace"));
     const ProjectConfig project = readFacts(line, path);
     prepareFolder(folderOf(path));
     checkWritable(path);

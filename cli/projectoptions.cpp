@@ -5,9 +5,60 @@
 #include "cli/report.h"
 #include "shell/project/projectfile.h"
 
+#include <QFile>
+#include <QMap>
+
+#include <cmath>
+#include <utility>
+
 namespace {
 
 const QStringList venationNames = {"pinnate", "palmate"};
+
+/// The values of the file's lines, without quotes.
+QMap<QString, QString> valuesOf(const std::string& path)
+{
+    QMap<QString, QString> values;
+    QFile file(QString::fromStdString(path));
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        for (const QString& text : QString::fromUtf8(file.readAll()).split('\n')) {
+            const QStringList pieces = text.split('\t');
+            if (pieces.size() >= 2) {
+                values[pieces[0]] = QString(pieces[1]).remove('"');
+            }
+        }
+    }
+    return values;
+}
+
+[[noreturn]] void refuse(const std::string& path, const QString& text)
+{
+    throw UsageFailure(path + ": " + text.toStdString());
+}
+
+/// Holds the file's values to what the options are held to, where no option takes their place: the
+/// reader passes over what it doesn't understand.
+void checkValues(const std::string& path, const CommandLine& line)
+{
+    const QMap<QString, QString> values = valuesOf(path);
+    const QString venation = values.value("VenationType", "PINNATE");
+    if (!line.isSet("venation") && venation != "PINNATE" && venation != "PALMATE") {
+        refuse(path, "'VenationType' needs one of PINNATE, PALMATE, not '" + venation + "'");
+    }
+    const std::pair<const char*, const char*> numbers[] = {
+        {"StrengthFactor", "strength"}, {"InflectionPoint", "inflection"}, {"Scaling", "scaling"}};
+    for (const auto& [key, option] : numbers) {
+        const float value = values.value(key).toFloat();
+        if (line.declares(option) && !line.isSet(option) &&
+            !(value > 0.0F && std::isfinite(value))) {
+            refuse(
+                path,
+                values.contains(key)
+                    ? QString("'%1' needs a number above 0, not '%2'").arg(key, values.value(key))
+                    : QString("'%1' is missing, a number above 0").arg(key));
+        }
+    }
+}
 
 } // namespace
 
@@ -38,6 +89,7 @@ ProjectOptions::ProjectOptions(const CommandLine& line, Report& report)
         if (!ProjectFile::read(config, QString::fromStdString(path))) {
             throw Failure(path + ": Project Loader: The file crp is unreadable");
         }
+        checkValues(path, line);
         if (config.getProjectName().isEmpty()) {
             report.note(path + ": the project has no name; is this a project file?");
         }

@@ -5,6 +5,7 @@
 #include "cli/junctiontable.h"
 #include "cli/measures.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
@@ -14,10 +15,12 @@
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
+#include "system/fileinfo.h"
 
 #include <QDir>
 #include <QJsonArray>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -71,6 +74,7 @@ void declare(CommandLine& line)
     TipsOptions::declare(line);
     ProjectOptions::declareVenation(line);
     ProjectOptions::declareGrowth(line);
+    StackFile::declareReplace(line);
 }
 
 RunRecord beginRecord(const Plan& plan)
@@ -84,10 +88,21 @@ RunRecord beginRecord(const Plan& plan)
     return record;
 }
 
-void recordInputs(RunRecord& record, const Plan& plan)
+/// The inputs that the stack was made of, and what could not be taken.
+void recordInputs(RunRecord& record,
+                  const Plan& plan,
+                  const std::vector<StackBuilder::Refusal>& refused)
 {
-    for (const std::string& photograph : plan.photographs) {
-        record.addInput(photograph);
+    const auto tiles = static_cast<std::size_t>(plan.stack.rows * plan.stack.columns);
+    for (std::size_t i = 0; i < plan.photographs.size(); ++i) {
+        const std::string& first = plan.photographs[i - i % tiles];
+        const auto isIt = [&](const auto& refusal) { return refusal.photograph == first; };
+        const auto found = std::find_if(refused.begin(), refused.end(), isIt);
+        if (found == refused.end()) {
+            record.addInput(plan.photographs[i]);
+        } else if (i % tiles == 0) {
+            record.addLeftOut(FileInfo::baseName(first), found->reason);
+        }
     }
     if (!plan.junctions.empty()) {
         record.addInput(plan.junctions);
@@ -155,6 +170,10 @@ void placeJunctions(
     QJsonArray proposed;
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         StackSlice& slice = stack.getSlice(i);
+        if (record.isLeftOut(slice.getName())) {
+            dropContour(slice);
+            continue;
+        }
         const Placement placement = placementOf(slice, table, proposes);
         if (!placement.fault.empty()) {
             report.fault(placement.place + ": " + placement.fault + "; the slice is left out");
@@ -183,8 +202,9 @@ int runRun(const QStringList& arguments, Report& report)
     CommandLine line("run", "--out DIR --junctions TABLE.tsv|--propose-junctions IMAGE...",
                      "Does the whole work on photographs: stack, contours, junctions, apex and "
                      "sinuses, tips, measures. Leaves the stack DIR/NAME.sdf, the two tables and "
-                     "their record. Slices that can't be worked on stay in the stack and are left "
-                     "out of the tables; the exit status is 1 then.");
+                     "their record. Photographs that can't be read are left out, slices that can't "
+                     "be worked on stay in the stack and are left out of the tables; the exit "
+                     "status is 1 then.");
     declare(line);
     line.parse(arguments, 1, -1);
     const Plan plan(line, report);
@@ -196,7 +216,8 @@ int runRun(const QStringList& arguments, Report& report)
     }
     checkPrefix(plan.target);
 
-    prepareTarget(plan.target);
+    OwnFiles::requireReplaceable(plan.stackPath(), OwnFiles::isStack, line.isSet("replace"));
+    prepareTarget(plan.target, line.isSet("replace"));
     checkWritable(plan.stackPath());
     std::optional<JunctionTable> table;
     if (!plan.junctions.empty()) {
@@ -205,10 +226,12 @@ int runRun(const QStringList& arguments, Report& report)
     RunRecord record = beginRecord(plan);
     LMXStack stack;
     stack.setName(plan.name);
-    buildStack(stack, plan.stackPath(), plan.photographs, plan.stack, report);
-    recordInputs(record, plan);
+    recordInputs(record, plan,
+                 buildStack(stack, plan.stackPath(), plan.photographs, plan.stack, report));
     checkStorable(stack, plan.stackPath());
-    extractContours(stack, plan.contour, report);
+    for (const auto& [slice, reason] : extractContours(stack, plan.contour, report)) {
+        record.addLeftOut(slice, reason);
+    }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, report);
     extractTips(stack, plan.tips, plan.project.config.getVenationType(), report);

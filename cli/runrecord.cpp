@@ -3,13 +3,14 @@
 #include "blade/geometry/measureunit.h"
 #include "blade/measures/leafanalysis.h"
 #include "cli/failure.h"
+#include "cli/ownfiles.h"
 #include "interface/stackbuilder.h"
 #include "stack/stackslice.h"
+#include "system/filereplacement.h"
 
-#include <QCryptographicHash>
-#include <QFile>
 #include <QJsonDocument>
-#include <QSaveFile>
+
+#include <algorithm>
 
 namespace {
 
@@ -39,13 +40,12 @@ void RunRecord::addParameters(const std::string& stage, const QJsonObject& param
 
 void RunRecord::addInput(const std::string& path)
 {
-    QFile file(QString::fromStdString(path));
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+    const std::string sum = OwnFiles::checksum(path);
+    if (sum.empty()) {
         throw Failure(path + ": the file can't be read");
     }
     inputs_.append(QJsonObject{{"file", QString::fromStdString(path)},
-                               {"sha256", QString::fromLatin1(hash.result().toHex())}});
+                               {"sha256", QString::fromStdString(sum)}});
 }
 
 void RunRecord::setProject(const QJsonObject& facts)
@@ -57,6 +57,14 @@ void RunRecord::addLeftOut(const std::string& slice, const std::string& reason)
 {
     leftOut_.append(QJsonObject{{"slice", QString::fromStdString(slice)},
                                 {"reason", QString::fromStdString(reason)}});
+}
+
+bool RunRecord::isLeftOut(const std::string& slice) const
+{
+    const QString name = QString::fromStdString(slice);
+    return std::any_of(leftOut_.begin(), leftOut_.end(), [&name](const QJsonValue& entry) {
+        return entry.toObject()["slice"].toString() == name;
+    });
 }
 
 void RunRecord::setTables(const LeafAnalysis& analysis, const LMXStack& stack)
@@ -81,9 +89,6 @@ void RunRecord::save(const std::string& path) const
     whole["parameters"] = parameters_;
     whole["inputs"] = inputs_;
     whole["slices left out"] = leftOut_;
-    QSaveFile file(QString::fromStdString(path));
-    const QByteArray text = QJsonDocument(whole).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        throw Failure(path + ": the file can't be written: " + file.errorString().toStdString());
-    }
+    FileReplacement::write("void RunRecord::save(const string&) const", path,
+                           QJsonDocument(whole).toJson().toStdString());
 }

@@ -28,10 +28,12 @@ public:
 
     void addLeftOut(const std::string& slice, const std::string& reason);
 
+    bool isLeftOut(const std::string& slice) const;
+
     /// The columns of the tables with their units, as the stack's calibration has them.
     void setTables(const LeafAnalysis& analysis, const LMXStack& stack);
 
-    /// Throws `Failure` if the file can't be written; one that was there then stays whole.
+    /// Raises `FileWriteError` if the file can't be written; one that was there then stays whole.
     void save(const std::string& path) const;
 
 private:

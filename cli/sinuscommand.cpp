@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/completeslices.h"
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
@@ -11,6 +12,7 @@ int runSinus(const QStringList& arguments, Report& report)
                      "Finds the apex and the sinuses of each leaf, and gives the contour its "
                      "working form. Needs contours and junctions on all slices; deletes the tips.");
     SinusOptions::declare(line);
+    CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 1, 1);
     const SinusOptions options(line);
@@ -21,8 +23,11 @@ int runSinus(const QStringList& arguments, Report& report)
     const std::string output = StackFile::outputOf(line);
     StackFile file(line.argument(0), report);
     checkWritable(output);
-    requireGate(GatedStage::ExtractSinus, file.stack(), report);
-    extractSinuses(file.stack(), options, report);
-    writeStack(file.stack(), output);
+    {
+        const CompleteSlices complete(file.stack(), GatedStage::ExtractSinus, line, report);
+        requireGate(GatedStage::ExtractSinus, file.stack(), report);
+        extractSinuses(file.stack(), options, report);
+    }
+    file.write(output);
     return report.exitStatus();
 }

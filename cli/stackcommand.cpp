@@ -1,6 +1,7 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
 #include "cli/stackoptions.h"
@@ -15,6 +16,7 @@ int runStack(const QStringList& arguments, Report& report)
                      "BigTIFF files, and TIFF files of numbers that a slice can't show, are "
                      "converted to TIFF beside the stack.");
     StackOptions::declare(line);
+    StackFile::declareReplace(line);
     line.addOption("name", "Name of the stack (that of the file).", "NAME");
     line.parse(arguments, 2, -1);
     const StackOptions options(line);
@@ -24,6 +26,7 @@ int runStack(const QStringList& arguments, Report& report)
 
     const std::string path = line.argument(0);
     requireSuffix(path, "sdf");
+    OwnFiles::requireReplaceable(path, OwnFiles::isStack, line.isSet("replace"));
     prepareFolder(folderOf(path));
     checkWritable(path);
     LMXStack stack;

@@ -3,6 +3,7 @@
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "image/sources/imagesourcefile.h"
 #include "image/sources/imagesourcefilemosaic.h"
@@ -15,12 +16,23 @@
 #include "system/fileinfo.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <new>
 #include <sstream>
 
 void StackFile::declareOutput(CommandLine& line)
 {
     line.addOption("o", "Writes the stack to this file, and leaves the one read as it is.",
                    "OUT.sdf");
+    if (!line.declares("replace")) {
+        declareReplace(line);
+    }
+}
+
+void StackFile::declareReplace(CommandLine& line)
+{
+    line.addFlag("replace", "Writes over files that have changes by hand, or that crenara did not "
+                            "write at all.");
 }
 
 std::string StackFile::outputOf(const CommandLine& line)
@@ -30,20 +42,35 @@ std::string StackFile::outputOf(const CommandLine& line)
     }
     const std::string output = line.required("o");
     requireSuffix(output, "sdf");
+    std::error_code missing;
+    if (!std::filesystem::equivalent(output, line.argument(0), missing)) {
+        OwnFiles::requireReplaceable(output, OwnFiles::isStack, line.isSet("replace"));
+    }
     return output;
 }
 
 StackFile::StackFile(const std::string& path, Report& report)
     : path_(path)
+    , own_(OwnFiles::isStack(path))
 {
     read(report);
+}
+
+void StackFile::write(const std::string& output)
+{
+    writeStack(stack_, output, own_);
 }
 
 void StackFile::read(Report& report)
 {
     constexpr int shown = 5;
     StackReader reader;
-    const bool whole = reader.read(stack_, path_);
+    bool whole = false;
+    try {
+        whole = reader.read(stack_, path_);
+    } catch (const std::bad_alloc&) {
+        throw Failure(path_ + ": the stack can't be read: there is not enough memory");
+    }
     const std::vector<std::string>& log = reader.getLog();
     const int lines =
         whole ? static_cast<int>(log.size()) : std::min(shown, static_cast<int>(log.size()));
@@ -59,7 +86,7 @@ void StackFile::read(Report& report)
     stack_.setModified(false);
 }
 
-void writeStack(LMXStack& stack, const std::string& path)
+void writeStack(LMXStack& stack, const std::string& path, bool own)
 {
     checkWritable(path);
     try {
@@ -71,6 +98,7 @@ void writeStack(LMXStack& stack, const std::string& path)
     } catch (const Exception& error) {
         throw Failure(path + ": the stack can't be written: " + error.getWhat());
     }
+    OwnFiles::noteStack(path, own);
 }
 
 void checkStorable(const LMXStack& stack, const std::string& path)
@@ -82,6 +110,17 @@ void checkStorable(const LMXStack& stack, const std::string& path)
         throw;
     } catch (const Exception& error) {
         throw Failure(path + ": the stack can't be written: " + error.getWhat());
+    }
+}
+
+void checkTableNames(const LMXStack& stack)
+{
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const std::string& name = stack.getSlice(i).getName();
+        if (name.find_first_of("\t\r\n") != std::string::npos) {
+            throw Failure(stack.getFilename() + ": slice '" + name +
+                          "': tables can't hold a name with a TAB or a line break");
+        }
     }
 }
 
@@ -121,4 +160,21 @@ std::string describe(const FileError& error, const Stack& stack)
         }
     }
     return filename + ": " + error.getWhat();
+}
+
+std::string faultOn(const StackSlice& slice, const std::function<void()>& work)
+{
+    const std::vector<std::string> files = imageFiles(slice);
+    const std::string named = ": slice " + slice.getName() + ": ";
+    const std::string own = (files.empty() ? slice.getStack()->getName() : files.front()) + named;
+    try {
+        work();
+    } catch (const FileError& error) {
+        return error.getFilename() + named + error.getWhat();
+    } catch (const Exception& error) {
+        return own + error.getWhat();
+    } catch (const std::bad_alloc&) {
+        return own + "there is not enough memory";
+    }
+    return "";
 }

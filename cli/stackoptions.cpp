@@ -3,7 +3,6 @@
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/report.h"
-#include "interface/stackbuilder.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
 
@@ -62,11 +61,11 @@ QJsonObject StackOptions::toJson() const
     return json;
 }
 
-void buildStack(LMXStack& stack,
-                const std::string& path,
-                const std::vector<std::string>& photographs,
-                const StackOptions& options,
-                Report& report)
+std::vector<StackBuilder::Refusal> buildStack(LMXStack& stack,
+                                              const std::string& path,
+                                              const std::vector<std::string>& photographs,
+                                              const StackOptions& options,
+                                              Report& report)
 {
     StackBuilder builder;
     builder.setLengthUnit(options.unit);
@@ -75,11 +74,14 @@ void buildStack(LMXStack& stack,
     }
     builder.setFolder(FileInfo::dirName(path));
     builder.setMosaic(options.rows, options.columns);
-    try {
-        builder.build(stack, photographs);
-    } catch (const FileError& error) {
-        throw Failure(error.getFilename() + ": slice " +
-                      FileInfo::baseName(builder.getCurrentPhotograph()) + ": " + error.getWhat());
+    builder.setGoesOn(true);
+    builder.build(stack, photographs);
+    for (const StackBuilder::Refusal& refusal : builder.getRefused()) {
+        report.fault(refusal.file + ": slice " + FileInfo::baseName(refusal.photograph) + ": " +
+                     refusal.reason + "; the photograph is left out");
+    }
+    if (stack.getNumSlices() == 0) {
+        throw Failure(path + ": there is no photograph to make the stack of");
     }
     for (const std::string& note : builder.getNotes()) {
         report.note(note);
@@ -87,4 +89,5 @@ void buildStack(LMXStack& stack,
     for (const std::string& note : StackBuilder::calibrationNotes(stack)) {
         report.note(note);
     }
+    return builder.getRefused();
 }

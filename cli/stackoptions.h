@@ -2,6 +2,7 @@
 
 #include "image/values/lengthunit.h"
 #include "interface/lmxstack.h"
+#include "interface/stackbuilder.h"
 
 #include <QJsonObject>
 
@@ -28,10 +29,10 @@ struct StackOptions
 };
 
 /// Fills a stack with a slice per photograph; `path` is the stack's file, beside which conversions
-/// go. Notes what a user should know about the pixel sizes. Throws `Failure` with the name of the
-/// photograph that can't be taken.
-void buildStack(LMXStack& stack,
-                const std::string& path,
-                const std::vector<std::string>& photographs,
-                const StackOptions& options,
-                Report& report);
+/// go. Notes what a user should know about the pixel sizes. A photograph that can't be taken is told
+/// as a fault, and given back; throws `Failure` if none is left.
+std::vector<StackBuilder::Refusal> buildStack(LMXStack& stack,
+                                              const std::string& path,
+                                              const std::vector<std::string>& photographs,
+                                              const StackOptions& options,
+                                              Report& report);

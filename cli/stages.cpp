@@ -33,16 +33,13 @@ int ownChannel(const LMXStack& stack)
     }
 }
 
-/// Throws `Failure` with the name of the slice for any error of `work`.
+/// Throws `Failure` with the names of file and slice for any error of `work`.
 template <class Work>
 void onSlice(const StackSlice& slice, Work work)
 {
-    try {
-        work();
-    } catch (const FileError& error) {
-        throw Failure(error.getFilename() + ": slice " + slice.getName() + ": " + error.getWhat());
-    } catch (const Exception& error) {
-        throw Failure("slice " + slice.getName() + ": " + error.getWhat());
+    const std::string fault = faultOn(slice, work);
+    if (!fault.empty()) {
+        throw Failure(fault);
     }
 }
 
@@ -107,7 +104,8 @@ QJsonObject TipsOptions::toJson() const
     return {{"method", methodNames[method]}, {"exclude", exclude}};
 }
 
-void extractContours(LMXStack& stack, const ContourOptions& options, Report& report)
+std::vector<std::pair<std::string, std::string>>
+extractContours(LMXStack& stack, const ContourOptions& options, Report& report)
 {
     const int channel = options.channel < 0 ? ownChannel(stack) : options.channel;
     ExtractContour process;
@@ -118,15 +116,22 @@ void extractContours(LMXStack& stack, const ContourOptions& options, Report& rep
     process.setBinaryImage(options.binary);
     process.createModels();
     // The process's own run would hold the images of all slices at once.
+    std::vector<std::pair<std::string, std::string>> faults;
     const int slices = stack.getNumSlices();
     for (int i = 0; i < slices; ++i) {
-        onSlice(stack.getSlice(i), [&] {
-            PixelMatrix<float> plane;
-            loadPlane(stack.getSlice(i), plane, channel);
-            process.process(plane, i);
-        });
+        try {
+            onSlice(stack.getSlice(i), [&] {
+                PixelMatrix<float> plane;
+                loadPlane(stack.getSlice(i), plane, channel);
+                process.process(plane, i);
+            });
+        } catch (const Failure& failure) {
+            report.fault(failure.what());
+            faults.emplace_back(stack.getSlice(i).getName(), failure.what());
+        }
         report.progress("contour", i + 1, slices);
     }
+    return faults;
 }
 
 int contourSize(const StackSlice& slice)

@@ -9,6 +9,8 @@
 #include <QJsonObject>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 class CommandLine;
 class Report;
@@ -49,8 +51,9 @@ struct TipsOptions
 };
 
 /// Finds the contours; all earlier ones and all junctions go. One slice's image is in memory at a
-/// time. Throws `Failure` with file and slice for an image that can't be read.
-void extractContours(LMXStack& stack, const ContourOptions& options, Report& report);
+/// time. Slices whose image can't be read are told as faults; gives them with the reasons.
+std::vector<std::pair<std::string, std::string>>
+extractContours(LMXStack& stack, const ContourOptions& options, Report& report);
 
 /// The number of vertices of the slice's contour, 0 without one.
 int contourSize(const StackSlice& slice);

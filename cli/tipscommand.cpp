@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 #include "cli/commands.h"
+#include "cli/completeslices.h"
 #include "cli/outputs.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
@@ -12,6 +13,7 @@ int runTips(const QStringList& arguments, Report& report)
                      "Finds the tip of each tooth between two sinuses. Needs the sinus stage.");
     TipsOptions::declare(line);
     ProjectOptions::declareVenation(line);
+    CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 1, 1);
     const TipsOptions options(line);
@@ -23,8 +25,11 @@ int runTips(const QStringList& arguments, Report& report)
     const std::string output = StackFile::outputOf(line);
     StackFile file(line.argument(0), report);
     checkWritable(output);
-    requireGate(GatedStage::ExtractPeaks, file.stack(), report);
-    extractTips(file.stack(), options, project.config.getVenationType(), report);
-    writeStack(file.stack(), output);
+    {
+        const CompleteSlices complete(file.stack(), GatedStage::ExtractPeaks, line, report);
+        requireGate(GatedStage::ExtractPeaks, file.stack(), report);
+        extractTips(file.stack(), options, project.config.getVenationType(), report);
+    }
+    file.write(output);
     return report.exitStatus();
 }

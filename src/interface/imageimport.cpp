@@ -5,6 +5,7 @@
 #include "image/files/tifffile.h"
 #include "image/pixels/image2.h"
 #include "image/values/imageheader.h"
+#include "interface/conversion.h"
 #include "interface/photographimport.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -13,7 +14,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <locale>
@@ -106,11 +106,14 @@ bool pagesAlike(const std::string& path)
     return true;
 }
 
-bool isNewer(const std::string& file, const std::string& than)
+/// The file can be read and has these pixels.
+bool holds(const std::string& path, const Image2& image)
 {
-    std::error_code missing;
-    const auto own = std::filesystem::last_write_time(file, missing);
-    return !missing && own > std::filesystem::last_write_time(than, missing) && !missing;
+    try {
+        return Image2(path) == image;
+    } catch (const FileError&) {
+        return false;
+    }
 }
 
 } // namespace
@@ -177,17 +180,16 @@ ImageImport::convert(const std::string& path, const std::string& folder, std::st
     }
     const bool shown = image.getValueType() == ValueType::UnsignedChar ||
                        (image.getValueType() == ValueType::UnsignedShort && samples == 1);
-    const std::string converted = PhotographImport::convertedName(path, folder);
-    if (!shown) {
-        note = path + ": " + makeBytes(image) + " in " + converted;
+    const std::string scaling = shown ? "" : makeBytes(image);
+    Conversion conversion(path, folder);
+    while (conversion.isMade() && !holds(conversion.path(), image)) {
+        conversion.next();
     }
-    if (isNewer(converted, path)) {
-        if (!(Image2(converted) == image)) {
-            note = converted + " is newer than " + path +
-                   " and holds other pixels; it is used as it stands";
-        }
-        return converted;
+    note = shown ? conversion.note() : path + ": " + scaling + " in " + conversion.path();
+    if (!conversion.isMade()) {
+        ImageWriter writer;
+        writer.setOrigin(conversion.origin());
+        writer.write(image, conversion.path(), false, false);
     }
-    ImageWriter().write(image, converted, false, true);
-    return converted;
+    return conversion.path();
 }

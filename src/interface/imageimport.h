@@ -25,8 +25,9 @@ public:
 
     /// Writes the file's planes, and gives the name of the TIFF file: the full file name and ".tif",
     /// in `folder`. Samples that are not unsigned with 8 or 16 bits become bytes, the least value of
-    /// the file 0 and the largest 255, of which `note` tells; it is empty otherwise. A conversion that
-    /// is newer than the file is used as it stands; `note` then tells if it holds other pixels.
+    /// the file 0 and the largest 255, of which `note` tells. A conversion of the same file that is
+    /// there is used; where a file of anything else has the name, another one is taken (see
+    /// `Conversion`), and `note` tells that.
     ///
     /// Raises the errors of `ImageReader`, `FileFormatError` for elements of other than 1, 3 or 4
     /// samples, `FileWriteError` for a conversion that can't be written.

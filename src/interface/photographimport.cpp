@@ -3,6 +3,7 @@
 #include "image/files/imagereader.h"
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
+#include "interface/conversion.h"
 #include "interface/qimageconversion.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -12,10 +13,7 @@
 #include <QString>
 
 #include <cstring>
-#include <filesystem>
 #include <string>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -110,15 +108,16 @@ bool samePixels(const Image0& a, const Image0& b)
            std::memcmp(a.getData(), b.getData(), a.dataLength()) == 0;
 }
 
-bool isNewer(const std::string& file, const std::string& than)
+/// The file can be read and has these pixels.
+bool holds(const std::string& path, const Image0& image)
 {
-    std::error_code missing;
-    const auto own = fs::last_write_time(file, missing);
-    if (missing) {
+    try {
+        Image0 present;
+        ImageReader().read(present, path);
+        return samePixels(image, present);
+    } catch (const FileError&) {
         return false;
     }
-    const auto other = fs::last_write_time(than, missing);
-    return !missing && own > other;
 }
 
 } // namespace
@@ -129,34 +128,24 @@ bool PhotographImport::isTiff(const std::string& path)
     return suffix == "tif" || suffix == "tiff";
 }
 
-std::string PhotographImport::convertedName(const std::string& photograph,
-                                            const std::string& folder)
-{
-    const std::string name = FileInfo::fileName(photograph) + ".tif";
-    const bool separated = folder.empty() || folder.back() == '/';
-    return folder + (separated ? "" : "/") + name;
-}
-
 std::string PhotographImport::convert(const std::string& photograph,
                                       const std::string& folder,
                                       std::string& note)
 {
-    note.clear();
     const QImage picture = decode(photograph);
     Image0 image = toImage0(picture);
-    const std::string path = convertedName(photograph, folder);
-    if (isNewer(path, photograph)) {
-        Image0 present;
-        ImageReader().read(present, path);
-        if (!samePixels(image, present)) {
-            note = path + " is newer than " + photograph +
-                   " and holds another picture; it is used as it stands";
-        }
-        return path;
+    Conversion conversion(photograph, folder);
+    while (conversion.isMade() && !holds(conversion.path(), image)) {
+        conversion.next();
     }
-    ImageHeader header = image.getHeader();
-    header.setPixelCalibration(statedCalibration(picture));
-    image.setHeader(header);
-    ImageWriter().write(image, path, true);
-    return path;
+    note = conversion.note();
+    if (!conversion.isMade()) {
+        ImageHeader header = image.getHeader();
+        header.setPixelCalibration(statedCalibration(picture));
+        image.setHeader(header);
+        ImageWriter writer;
+        writer.setOrigin(conversion.origin());
+        writer.write(image, conversion.path(), false);
+    }
+    return conversion.path();
 }

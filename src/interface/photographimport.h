@@ -10,14 +10,13 @@ public:
     /// The file has a TIFF file's suffix, "tif" or "tiff" in either case, and is used where it lies.
     static bool isTiff(const std::string& path);
 
-    /// Where the conversion of a photograph goes: its full file name and ".tif", in `folder`.
-    static std::string convertedName(const std::string& photograph, const std::string& folder);
-
-    /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file.
-    /// A resolution that the photograph states becomes the TIFF file's calibration, in centimetres.
+    /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file: its
+    /// full file name and ".tif", in `folder`. A resolution that the photograph states becomes the
+    /// TIFF file's calibration, in centimetres.
     ///
-    /// A conversion that is newer than the photograph is used as it stands; `note` then tells if it
-    /// holds another picture, and is empty in all other cases. Raises `FileReadError` for a file
+    /// A conversion of the same photograph that is there is used; where a file of anything else has
+    /// the name, another one is taken (see `Conversion`), of which `note` tells; it is empty
+    /// otherwise. Raises `FileReadError` for a file
     /// that can't be read, `FileFormatError` for one that is damaged or neither PNG nor JPEG,
     /// `FileWriteError` for a conversion that can't be written.
     static std::string

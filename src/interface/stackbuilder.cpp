@@ -16,6 +16,7 @@
 #include <charconv>
 #include <cmath>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -68,6 +69,9 @@ void checkName(const std::string& name, const std::string& photograph)
         raise<ValueError>(where, photograph + ": a stack file can't hold a name with a double "
                                               "quote or a line break");
     }
+    if (name.find('\t') != std::string::npos) {
+        raise<ValueError>(where, photograph + ": tables can't hold a name with a TAB");
+    }
 }
 
 } // namespace
@@ -80,6 +84,7 @@ StackBuilder::StackBuilder()
 void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photographs)
 {
     notes_.clear();
+    refused_.clear();
     stack.setLengthUnit(unit_);
     const std::size_t tiles = std::size_t(rows_) * std::size_t(columns_);
     if (photographs.size() % tiles != 0) {
@@ -88,10 +93,25 @@ void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photog
                                      " by " + std::to_string(columns_));
     }
     for (auto first = photographs.begin(); first != photographs.end(); first += long(tiles)) {
-        if (tiles == 1) {
-            append(stack, *first);
-        } else {
-            appendMosaic(stack, {first, first + long(tiles)});
+        current_ = *first;
+        const std::vector<std::string> files(first, first + long(tiles));
+        try {
+            append(stack, files);
+        } catch (const NameError&) {
+            throw;
+        } catch (const ValueError&) {
+            throw;
+        } catch (const Exception& error) {
+            if (!goesOn_) {
+                throw;
+            }
+            const auto* file = dynamic_cast<const FileError*>(&error);
+            refused_.push_back({*first, file ? file->getFilename() : current_, error.getWhat()});
+        } catch (const std::bad_alloc&) {
+            if (!goesOn_) {
+                throw;
+            }
+            refused_.push_back({*first, current_, "there is not enough memory"});
         }
     }
     // What the slices have in common is the default of the stack.
@@ -135,6 +155,15 @@ std::string StackBuilder::imageFile(const std::string& photograph)
         notes_.push_back(note);
     }
     return file;
+}
+
+void StackBuilder::append(LMXStack& stack, const std::vector<std::string>& tiles)
+{
+    if (tiles.size() == 1) {
+        append(stack, tiles.front());
+    } else {
+        appendMosaic(stack, tiles);
+    }
 }
 
 void StackBuilder::append(LMXStack& stack, const std::string& photograph)

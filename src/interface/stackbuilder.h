@@ -41,6 +41,21 @@ public:
     /// the last one.
     void setMosaic(int rows, int columns);
 
+    /// A photograph that could not be taken, and why.
+    struct Refusal
+    {
+        std::string photograph;
+        std::string file; ///< the one that is at fault, a tile or a conversion
+        std::string reason;
+    };
+
+    /// Leaves out photographs that can't be taken, with the mosaics that they are tiles of, where
+    /// `build` would end with an error of a reader or for lack of memory.
+    void setGoesOn(bool enabled) { goesOn_ = enabled; }
+
+    /// What the last `build` left out.
+    const std::vector<Refusal>& getRefused() const { return refused_; }
+
     /// Appends the slices to the stack. Raises `NameError` for two photographs of one name,
     /// `ValueError` for a name that a stack file can't hold, and the errors of the image readers; the
     /// stack then has the slices up to there.
@@ -66,6 +81,7 @@ public:
     static void setPixelWidth(StackSlice& slice, float width);
 
 private:
+    void append(LMXStack& stack, const std::vector<std::string>& tiles);
     void append(LMXStack& stack, const std::string& photograph);
     void appendMosaic(LMXStack& stack, const std::vector<std::string>& tiles);
     void appendPages(LMXStack& stack, const std::string& name, const std::string& file) const;
@@ -80,6 +96,8 @@ private:
     LengthUnit unit_;
     std::optional<float> pixelWidth_;
     std::string folder_;
+    bool goesOn_ = false;
+    std::vector<Refusal> refused_;
     int rows_ = 1;
     int columns_ = 1;
     std::string current_;

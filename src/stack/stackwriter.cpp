@@ -188,6 +188,7 @@ bool StackWriter::write(const Stack& stack, const std::string& path)
     } catch (const FileWriteError&) {
         return false;
     }
+    replacement->setOnlyCopy();
     std::ofstream stream(replacement->temporaryName(), std::ios_base::binary);
     if (!stream) {
         return false;

@@ -1,5 +1,6 @@
 #include "image/files/imagereader.h"
 #include "image/files/imagewriter.h"
+#include "image/files/tifforigin.h"
 #include "image/pixels/image0.h"
 #include "image/sources/imagesourcefile.h"
 #include "interface/photographimport.h"
@@ -68,8 +69,6 @@ TEST(PhotographImport, TellsTiffFilesByTheirSuffix)
     for (const char* name : {"a.png", "a.tif.jpg", "tif", "a.tif/b", ""}) {
         EXPECT_FALSE(PhotographImport::isTiff(name)) << name;
     }
-    EXPECT_EQ(PhotographImport::convertedName("in/leaf.jpg", "out"), "out/leaf.jpg.tif");
-    EXPECT_EQ(PhotographImport::convertedName("leaf.jpg", ""), "leaf.jpg.tif");
 }
 
 TEST(PhotographImport, TurnsPhotographsUprightAsTheirExifRecordSays)
@@ -112,28 +111,35 @@ TEST(PhotographImport, KeepsAResolutionThatTheFileStates)
     EXPECT_EQ(ImageSourceFile(plain + ".tif").getPixelCalibration().getLengthUnit().getScale(), 0);
 }
 
-TEST(PhotographImport, UsesANewerConversionAndTellsIfItShowsSomethingElse)
+TEST(PhotographImport, KnowsAConversionByWhatItWasMadeFrom)
 {
     const TemporaryFolder folder;
+    fs::create_directories(folder.path() / "other");
     const std::string path = save(folder, "p.png", markedPicture(20, 20));
-    const Image0 first = converted(folder, path);
+    const std::string other = save(folder, "other/p.png", markedPicture(30, 20));
     const fs::path tiff = path + ".tif";
-    const auto later = fs::last_write_time(path) + std::chrono::hours(1);
-    fs::last_write_time(tiff, later);
+    const Image0 first = converted(folder, path);
+    // Used again whatever its age, and never by a photograph of the same name.
+    const auto earlier = fs::last_write_time(path) - std::chrono::hours(1);
+    fs::last_write_time(tiff, earlier);
     converted(folder, path);
-    EXPECT_EQ(fs::last_write_time(tiff), later) << "written again without need";
+    EXPECT_EQ(fs::last_write_time(tiff), earlier) << "written again without need";
+    std::string note;
+    const std::string second = PhotographImport::convert(other, folder.path().string(), note);
+    EXPECT_EQ(second, folder.file("p.png-2.tif"));
+    EXPECT_NE(note.find("another picture has the name"), std::string::npos) << note;
+    EXPECT_EQ(Image0(second, "").getWidth(), 30);
+    EXPECT_EQ(Image0(tiff.string(), "").getWidth(), 20);
 
+    // One that was changed is neither used nor lost.
     Image0 retouched = first;
     retouched.clear();
-    ImageWriter().write(retouched, tiff.string(), true);
-    fs::last_write_time(tiff, later);
-    std::string note;
-    PhotographImport::convert(path, folder.path().string(), note);
-    EXPECT_NE(note.find("holds another picture"), std::string::npos) << note;
-
-    fs::last_write_time(path, later + std::chrono::hours(1));
-    const Image0 again = converted(folder, path);
-    EXPECT_EQ(again.getData()[0], first.getData()[0]);
+    ImageWriter writer;
+    writer.setOrigin(tiffOrigin(tiff.string()));
+    writer.write(retouched, tiff.string(), true);
+    EXPECT_EQ(PhotographImport::convert(path, folder.path().string(), note),
+              folder.file("p.png-3.tif"));
+    EXPECT_EQ(Image0(tiff.string(), "").getData()[0], 0);
 }
 
 TEST(PhotographImport, RefusesWhatIsNoPhotograph)

@@ -24,6 +24,9 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <set>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -136,6 +139,14 @@ Teeth teethOf(const Curve<float>& curve,
     return teeth;
 }
 
+/// The name is `start` and a label, which has a digit at each end.
+bool isAverageOf(const std::string& start, const std::string& name)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return name.size() > start.size() && name.compare(0, start.size(), start) == 0 &&
+           isDigit(name[start.size()]) && isDigit(name.back());
+}
+
 } // namespace
 
 std::string AveragingProcess::prefix() const
@@ -157,10 +168,10 @@ void AveragingProcess::prepareOutput(const char* where)
     }
     std::error_code error;
     // The new stack names its images by absolute paths.
-    outPath = std::filesystem::absolute(outPath, error).lexically_normal().string();
+    outPath = fs::absolute(outPath, error).lexically_normal().string();
     outPath += outPath.empty() || outPath.back() != '/' ? "/" : "";
-    std::filesystem::create_directories(outPath, error);
-    if (!std::filesystem::is_directory(outPath)) {
+    fs::create_directories(outPath, error);
+    if (!fs::is_directory(outPath)) {
         raiseFile<FileWriteError>(where, "The output folder can't be made: " + error.message(),
                                   outPath);
     }
@@ -224,6 +235,27 @@ void AveragingProcess::fillTarget(Stack& target)
     }
 }
 
+/// Removes the averages of an earlier run of the same set that this one did not write again.
+void AveragingProcess::removeFormer(const std::string& start,
+                                    const std::set<std::string>& written) const
+{
+    std::vector<std::string> former;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(outPath, error)) {
+        const std::string name = entry.path().stem().string();
+        if (entry.path().extension() == ".cv" && isAverageOf(start, name) &&
+            written.count(name) == 0 && fs::exists(outPath + name + "-sampled.cv", error) &&
+            fs::exists(outPath + name + ".tif", error)) {
+            former.push_back(name);
+        }
+    }
+    for (const std::string& name : former) {
+        for (const char* ending : {".cv", "-sampled.cv", ".tif"}) {
+            fs::remove(outPath + name + ending, error);
+        }
+    }
+}
+
 void AveragingProcess::writeAverages(const AverageSeries& series,
                                      Curves& shapes,
                                      const Vector<int>& O)
@@ -241,6 +273,7 @@ void AveragingProcess::writeAverages(const AverageSeries& series,
     // The label of an empty bin may be that of no centre.
     const std::vector<std::string> numbers = numberLabels(number);
     std::string leftOut;
+    std::set<std::string> written;
     int index = 0;
     for (int i = 0; i < number; ++i) {
         showProgress(i, number);
@@ -250,6 +283,7 @@ void AveragingProcess::writeAverages(const AverageSeries& series,
             continue;
         }
         const std::string name = names.next(series.labels[static_cast<std::size_t>(i)]);
+        written.insert(name);
         shape.save(outPath + name, true);
         createTiff(index++, name, series.positions[i], O, target, shape, calibration);
     }
@@ -258,6 +292,7 @@ void AveragingProcess::writeAverages(const AverageSeries& series,
         raiseFile<FileWriteError>("void AveragingProcess::writeAverages(...)",
                                   "Cannot write the stack of the averages", filename);
     }
+    removeFormer(prefix() + series.infix, written);
     std::string warning = leavesWithoutAge();
     if (!leftOut.empty()) {
         warning += (warning.empty() ? "" : "\n") +

@@ -4,6 +4,7 @@
 #include "blade/process/modelsmanager.h"
 #include "numerics/matrix.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -228,6 +229,7 @@ private:
     // Outputs, averageoutputs.cpp
     std::string prefix() const;
     void prepareOutput(const char* where);
+    void removeFormer(const std::string& start, const std::set<std::string>& written) const;
     void writeAverages(const AverageSeries& series, Curves& shapes, const Vector<int>& O);
     void fillTarget(Stack& target);
     void drawLandmarks(Stack& target,

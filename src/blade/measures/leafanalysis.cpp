@@ -8,6 +8,7 @@
 #include "stack/stackslice.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <limits>
 
 namespace {
@@ -37,10 +38,66 @@ void LeafAnalysis::run()
         showProgress(i, slices);
         process(i);
     }
-    const bool leavesSaved = leafTable.save(leafTablePath(), true);
-    const bool peaksSaved = peakTable.save(peakTablePath(), true);
-    saved = leavesSaved && peaksSaved;
-    tell("Analysis is complete");
+    if (slices > 0) {
+        declareColumns();
+    }
+    std::string unsaved;
+    if (!leafTable.save(leafTablePath(), true)) {
+        unsaved = leafTablePath();
+    }
+    if (!peakTable.save(peakTablePath(), true)) {
+        unsaved += (unsaved.empty() ? "" : ", ") + peakTablePath();
+    }
+    saved = unsaved.empty();
+    tell(saved ? "Analysis is complete" : unsaved + ": the table can't be written");
+}
+
+/// Gives a table without rows its columns all the same.
+void LeafAnalysis::declareColumns()
+{
+    const auto declare = [](DataSet& table, std::initializer_list<const char*> names) {
+        for (const char* name : names) {
+            table.getValue<float>(name, 0);
+        }
+    };
+    if (leafTable.isEmpty()) {
+        declare(leafTable, {"Slice_Name", "Calibration", "Blade_Length", "Age(day)", "Age(hours)",
+                            "Blade_Width(BB)", "Blade_Area", "Blade_Perimeter", "HullPerimeter",
+                            "HullArea", "Petiole_Width", "LeafDI", "aHullDI", "DI",
+                            "Upper_Peak_Number", "Lower_Peak_Number", "Blade_Width(IS)"});
+        if (venation == PALMATE) {
+            declare(leafTable, {"Terminal_Peak_Number"});
+        }
+        declare(leafTable, {"Total_Peak_Number"});
+    }
+    if (peakTable.isEmpty()) {
+        declare(peakTable, {"Slice_Name",
+                            "Calibration",
+                            "Blade_Length",
+                            "Age(day)",
+                            "Age(hours)",
+                            "Blade_Width(BB)",
+                            "Blade_Width(IS)",
+                            "Blade_Area",
+                            "Blade_Perimeter",
+                            "Petiole_Width",
+                            "Upper_Peak_Number",
+                            "Lower_Peak_Number",
+                            "Terminal_Peak_Number",
+                            "Total_Peak_Number",
+                            "Tooth_Position",
+                            "Side",
+                            "Tooth_Width",
+                            "Tooth_Height (altitude)",
+                            "Tooth_Height (median)",
+                            "Tooth_Height/Tooth_Width",
+                            "Tooth_Area",
+                            "Tooth_Skewness",
+                            "Tooth_Asymmetry",
+                            "Tooth_Perimeter",
+                            "Tooth_Position_From_The_Tip",
+                            "Tooth_Position_From_The_Base"});
+    }
 }
 
 std::string LeafAnalysis::process(int slice)
@@ -49,6 +106,7 @@ std::string LeafAnalysis::process(int slice)
     const int firstToothRow = peakTable.numRows();
     getModels(slice);
     if (!contour || !petiole || petiole->getSize() != 2 || !apex || apex->getSize() == 0) {
+        leftOut.push_back(slice);
         return "";
     }
     const int apexPosition = apexIndex();

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <string>
+#include <vector>
 
 /// Measures every leaf of the stack and writes the two tables `<prefix>_LeafMeasures.data` (a row
 /// a slice) and `<prefix>_PeakMeasures.data` (a row a tooth).
@@ -57,7 +58,7 @@ public:
     void setScaling(float length) { scaling = length; }
 
     /// Measures all slices, saves both tables over those of an earlier run, and tells "Analysis is
-    /// complete". A table that can't be written is not reported here: `isSaved` tells.
+    /// complete", or which table can't be written; `isSaved` tells the same to a caller.
     void run() override;
 
     /// Appends the measures of one slice to the tables; always returns the empty text. The slice
@@ -69,6 +70,9 @@ public:
 
     /// Both tables of the last run stand on the disk, whole.
     bool isSaved() const { return saved; }
+
+    /// The slices that got no row.
+    const std::vector<int>& getLeftOut() const { return leftOut; }
 
     const DataSet& getLeafTable() const { return leafTable; }
 
@@ -139,6 +143,7 @@ private:
         int lowerTeeth;
     };
 
+    void declareColumns();
     Curve<float> bladeCurve(const Vector<int>& petiole, const Curve<float>& contour) const;
     Curve<float> bladeHull(const Vector<int>& petiole, const Curve<float>& contour) const;
     Leaf measureLeaf(int row, int slice, const Vector<int>& petiole, int apex);
@@ -176,4 +181,5 @@ private:
     DataSet leafTable;
     DataSet peakTable;
     bool saved = false;
+    std::vector<int> leftOut;
 };

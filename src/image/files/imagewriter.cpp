@@ -58,12 +58,16 @@ std::unique_ptr<FileReplacement> openReplacement(const std::string& path)
 
 /// Lets `fill` write a TIFF in the place of the file `path`.
 template <class Fill>
-void replaceTiff(const std::string& path, const char* mode, bool overwrite, Fill fill)
+void replaceTiff(
+    const std::string& path, const char* mode, bool overwrite, bool onlyCopy, Fill fill)
 {
     if (!overwrite && FileInfo::fileExists(path)) {
         raiseFile<FileWriteError>(writeWhere, "File already exists", path);
     }
     const std::unique_ptr<FileReplacement> replacement = openReplacement(path);
+    if (onlyCopy) {
+        replacement->setOnlyCopy();
+    }
     try {
         TiffFile file(replacement->temporaryName(), mode);
         if (file.get() == nullptr) {
@@ -151,6 +155,13 @@ void setPosition(TIFF* tif, const Vector<float>& position)
     }
 }
 
+void setOriginTag(TIFF* tif, const std::string& origin)
+{
+    if (!origin.empty()) {
+        setField(tif, TIFFTAG_DOCUMENTNAME, origin.c_str());
+    }
+}
+
 /// The tags of a directory, the same for all planes.
 void setTags(TIFF* tif, const Image2& image, const std::string& text, bool compress)
 {
@@ -187,13 +198,14 @@ ImageWriter::ImageWriter() = default;
 
 void ImageWriter::write(const Image0& image, const std::string& path, bool overwrite)
 {
-    replaceTiff(path, "w", overwrite, [&](TIFF* tif) { writeTIFF(image, tif); });
+    replaceTiff(path, "w", overwrite, !origin_.empty(), [&](TIFF* tif) { writeTIFF(image, tif); });
 }
 
 void ImageWriter::write(const Image2& image, const std::string& path, bool compress, bool overwrite)
 {
     const char* const mode = image.bytes() >= 0x80000000U ? "w8" : "w";
-    replaceTiff(path, mode, overwrite, [&](TIFF* tif) { writeTIFF(image, tif, compress); });
+    replaceTiff(path, mode, overwrite, !origin_.empty(),
+                [&](TIFF* tif) { writeTIFF(image, tif, compress); });
 }
 
 void ImageWriter::writeTIFF(const Image0& image, TIFF* tif)
@@ -204,6 +216,7 @@ void ImageWriter::writeTIFF(const Image0& image, TIFF* tif)
         writeTIFFColormap(image.getHeader(), tif);
     }
     writeTiffCalibration(image.getHeader(), tif);
+    setOriginTag(tif, origin_);
     if (!TIFFWriteDirectory(tif)) {
         raiseWriteError(tif);
     }
@@ -292,6 +305,7 @@ void ImageWriter::writeTiffData(const Image2& image, TIFF* tif, bool compress)
         for (int k = 0; k < image.getSize3(); ++k) {
             for (int c = 0; c < image.getNumChannels(); ++c) {
                 setTags(tif, image, text, compress);
+                setOriginTag(tif, origin_);
                 const unsigned char* source =
                     image.frame(c, t) + static_cast<std::size_t>(k) * image.bytesPerPlane();
                 for (int i = 0; i < image.getSize1(); ++i, source += lineLength) {

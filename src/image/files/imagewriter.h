@@ -18,6 +18,10 @@ class ImageWriter : public virtual AbstractImageIO
 public:
     ImageWriter();
 
+    /// What the images are made from: the pages state it, and their file is brought to the disk at
+    /// once, as the only copy of it. See `tiffOrigin`.
+    void setOrigin(const std::string& text) { origin_ = text; }
+
     /// One page. A 16-bit image is written as two 8-bit samples and does not read back as one.
     void write(const Image0& image, const std::string& path, bool overwrite);
 
@@ -33,4 +37,7 @@ protected:
     void writeTIFF(const Image0& image, TIFF* tif);
     void writeTIFF(const Image2& image, TIFF* tif, bool compress);
     void writeTiffData(const Image2& image, TIFF* tif, bool compress);
+
+private:
+    std::string origin_;
 };

@@ -16,7 +16,8 @@ void NewProject::newProject()
         return;
     }
     takeValues(dialog);
-    ProjectFile::write(*config, dialog.getOutputPath() + "/" + dialog.getProjectName() + ".crp");
+    const QString file = dialog.getOutputPath() + "/" + dialog.getProjectName() + ".crp";
+    unwritten = ProjectFile::write(*config, file) ? "" : file;
 }
 
 void NewProject::takeValues(const NewProjectDialog& dialog)

@@ -1,7 +1,9 @@
 #include "shell/project/projectfile.h"
 
+#include "system/exception.h"
+#include "system/filereplacement.h"
+
 #include <QFile>
-#include <QSaveFile>
 #include <QStringList>
 #include <QTextStream>
 
@@ -61,13 +63,10 @@ void assign(ProjectConfig& project, const QString& key, const QString& value)
 
 } // namespace
 
-bool ProjectFile::write(const ProjectConfig& project, const QString& filename)
+QByteArray ProjectFile::text(const ProjectConfig& project)
 {
-    QSaveFile file(filename);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        return false;
-    }
-    QTextStream stream(&file);
+    QByteArray bytes;
+    QTextStream stream(&bytes);
     stream.setCodec("UTF-8");
     writeText(stream, "ProjectName", project.getProjectName());
     writeText(stream, "ProjectPath", project.getProjectPath());
@@ -80,7 +79,19 @@ bool ProjectFile::write(const ProjectConfig& project, const QString& filename)
     writeNumber(stream, "InflectionPoint", project.getInflectionPoint());
     writeNumber(stream, "Scaling", project.getScaling());
     writeNumber(stream, "StrengthFactor", project.getStrengthFactor());
-    return stream.status() == QTextStream::Ok && file.commit();
+    stream.flush();
+    return bytes;
+}
+
+bool ProjectFile::write(const ProjectConfig& project, const QString& filename)
+{
+    try {
+        FileReplacement::write("bool ProjectFile::write(const ProjectConfig&, const QString&)",
+                               filename.toStdString(), text(project).toStdString());
+    } catch (const FileWriteError&) {
+        return false;
+    }
+    return true;
 }
 
 bool ProjectFile::read(ProjectConfig& project, const QString& filename)

@@ -78,6 +78,10 @@ void CrenaraWindow::runNewProjectLoader()
     __projectConfig.setStack(stack);
     maker.setConfig(__projectConfig);
     maker.newProject();
+    if (!maker.getUnwritten().isEmpty()) {
+        QMessageBox::warning(this, "New Project",
+                             maker.getUnwritten() + ": the project file can't be written");
+    }
     enabledActions();
     kineticParametersEnabled = maker.getConfig().kineticIsEnabled();
 }
