@@ -2,6 +2,7 @@
 
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxstack.h"
+#include "interface/workingcopy.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
@@ -24,35 +25,10 @@ public:
     void createModels() override {}
 };
 
-/// A stack of this one slice with copies of its items: the check puts landmarks in order as it goes.
-std::unique_ptr<LMXStack> alone(const StackSlice& slice)
-{
-    auto stack = std::make_unique<LMXStack>();
-    auto* copy = new StackSlice(slice);
-    copy->setStack(*stack);
-    stack->addSlice(*copy);
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        int model = stack->findModel(item.getModel()->getName());
-        if (model < 0) {
-            auto* own = new Model;
-            own->setName(item.getModel()->getName());
-            own->setProperties(item.getModel()->getProperties());
-            stack->addModel(*own);
-            model = stack->getNumModels() - 1;
-        }
-        auto* itemCopy = new ModelItem(item);
-        itemCopy->setModel(stack->getModel(model));
-        itemCopy->setSlice(*copy);
-        itemCopy->attach();
-    }
-    return stack;
-}
-
 QString leafCheck(const StackSlice& slice)
 {
     try {
-        const std::unique_ptr<LMXStack> stack = alone(slice);
+        const std::unique_ptr<LMXStack> stack = WorkingCopy::of(slice);
         LeafCheck check;
         check.setStack(*stack);
         std::string report;

@@ -85,24 +85,58 @@ TEST(DocumentSnapshot, RestoresWhatAnyChangesLeft)
     }
 }
 
-TEST(DocumentSnapshot, TellsWhatGoesAndComesAndForgetsTheSteps)
+// A failed run once replaced all objects and lost the undo of all edits.
+TEST(DocumentSnapshot, WhatIsAsItWasStaysAndTheRestIsPutBackWithItsEvents)
 {
     LMXStack stack;
-    StackSlice& slice = stacks::addSlice(stack, "s", stacks::statedFile("/none.tif", 9, 9));
+    std::vector<StackSlice*> slices;
+    std::vector<ModelItem*> items;
     Model& model = stacks::addModel(stack, "m");
-    stacks::addItem(model, slice, {{1, 2}});
-    LMXActionHistory& history = stack.sliceHistory(slice);
-    history.openStep();
-    history.push(new LMXAction, true);
-    history.closeStep();
-    DocumentSnapshot snapshot(stack);
-    Recorder::Calls calls;
-    {
-        const Recorder recorder(calls);
-        snapshot.restore(stack);
+    for (int i = 0; i < 3; ++i) {
+        slices.push_back(&stacks::addSlice(stack, "s", stacks::statedFile("/none.tif", 9, 9)));
+        items.push_back(&stacks::addItem(model, *slices.back(), {{1, 2}, {i, 3}}));
     }
-    EXPECT_FALSE(history.isUndoable());
-    calls.erase(std::remove(calls.begin(), calls.end(), "stackModifyEvent"), calls.end());
-    EXPECT_EQ(calls, (Recorder::Calls{"modelItemDeleteEvent", "modelDeleteEvent",
-                                      "modelCreateEvent", "modelItemCreateEvent"}));
+    const auto edit = [](LMXActionHistory& history) {
+        history.openStep();
+        history.push(new LMXAction, true);
+        history.closeStep();
+    };
+    /// What is heard of when a change was undone, and which histories still have a step.
+    const auto restored = [&](auto change) {
+        edit(stack.history());
+        std::for_each(slices.begin(), slices.end(),
+                      [&](StackSlice* slice) { edit(stack.sliceHistory(*slice)); });
+        const std::string before = describe(stack);
+        DocumentSnapshot snapshot(stack);
+        change();
+        Recorder::Calls calls;
+        {
+            const Recorder recorder(calls);
+            snapshot.restore(stack);
+        }
+        EXPECT_EQ(describe(stack), before);
+        calls.erase(std::remove(calls.begin(), calls.end(), "stackModifyEvent"), calls.end());
+        calls.push_back(stack.history().isUndoable() ? "stack" : "");
+        for (StackSlice* slice : slices) {
+            calls.back() += stack.sliceHistory(*slice).isUndoable() ? "+" : "-";
+        }
+        return calls;
+    };
+    using Calls = Recorder::Calls;
+    EXPECT_EQ(restored([] {}), Calls{"stack+++"});
+    const auto move = [&] { items[1]->translate(1, 1); };
+    EXPECT_EQ(restored(move), (Calls{"modelItemVertexEvent", "stack+++"}));
+    const auto reorder = [&] {
+        items[0]->detach();
+        items[0]->attach();
+    };
+    EXPECT_EQ(restored(reorder), Calls{"stack+++"});
+    EXPECT_EQ(&model.getItem(0), items[0]);
+    const auto add = [&] { stacks::addItem(stacks::addModel(stack, "n"), *slices[0], {{4, 4}}); };
+    EXPECT_EQ(restored(add), (Calls{"modelItemDeleteEvent", "modelDeleteEvent", "stack+++"}));
+    EXPECT_EQ(restored([&] { delete items[2]; }), (Calls{"modelItemCreateEvent", "++-"}));
+    EXPECT_EQ(&model.getItem(0), items[0]);
+    EXPECT_EQ(restored([&] { stack.deleteModel(0); }),
+              (Calls{"modelCreateEvent", "modelItemCreateEvent", "modelItemCreateEvent",
+                     "modelItemCreateEvent", "---"}));
 }

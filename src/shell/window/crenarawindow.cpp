@@ -31,7 +31,7 @@ struct Row
     const char* icon;
 };
 
-// Row i shows page i.
+// Row i shows page i. The hierarchy stands where the guide has it, between tips and analysis.
 const Row rows[] = {
     {"Project Manager", ":/images/oakFinal.png"}, {"Extract Contour", ":/images/Segmentation.png"},
     {"Extract Sinus ", ":/images/oakSinus.png"},  {"Extract Tips ", ":/images/oakSinusTips.png"},
@@ -53,7 +53,7 @@ CrenaraWindow::CrenaraWindow(QWidget* parent)
     iconsList->setSpacing(5);
     iconsList->setMovement(QListView::Static);
     // One column as wide as the list leaves beside its scroll bar, and room for texts of two lines, so
-    // that none is cut.
+    // that none is cut. The grid takes the place of the spacing.
     iconsList->setWordWrap(true);
     iconsList->setGridSize(QSize(124, 108 + 2 * iconsList->fontMetrics().lineSpacing()));
     iconsList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

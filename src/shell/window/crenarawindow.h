@@ -34,8 +34,8 @@ class QStackedWidget;
 ///
 /// The window decides when a stage may be used by looking at the models that the stack holds, and
 /// runs a stage by making a process, handing it the stack, the bar and the page's values. It holds
-/// no logic on leaves and changes nothing in the stack itself. Exceptions pass through to the
-/// host's event loop; the models and items then are again what they were before the run.
+/// no logic on leaves. Exceptions pass through to the host's event loop; what a run has changed in
+/// the models and items by then is put back, the rest is not touched.
 ///
 /// The host owns the stack. A window whose stack was destroyed closes its pages and says so in its
 /// title.
@@ -93,10 +93,12 @@ private:
     void initializeAveraging();
     void initializeExportShapes();
 
-    template <class Process>
-    void run(Process& process);
     template <class Work>
     void runOrRestore(Work work);
+    template <class Work>
+    void runReading(Work work);
+    template <class Process>
+    void sortStructures(Process& process);
     void detectSinuses(ExtractConvexPoints& process);
     void runNoHierrachy();
     void runHierarchyIterative();

@@ -12,6 +12,7 @@
 #include "blade/measures/leafanalysis.h"
 #include "interface/documentsnapshot.h"
 #include "interface/lmxstack.h"
+#include "interface/workingcopy.h"
 #include "shell/pages/averagingconfigpage.h"
 #include "shell/pages/exportshapesconfigeditor.h"
 #include "shell/pages/extractcontourconfigeditor.h"
@@ -50,18 +51,49 @@ void CrenaraWindow::runOrRestore(Work work)
 {
     DocumentSnapshot before(*stack);
     try {
-        work();
+        runReading(work);
     } catch (...) {
-        progressBar->reset();
         before.restore(*stack);
         throw;
     }
 }
 
-template <class Process>
-void CrenaraWindow::run(Process& process)
+/// Carries out what reads the stack alone. An error passes through.
+template <class Work>
+void CrenaraWindow::runReading(Work work)
 {
-    runOrRestore([&process] { process.run(); });
+    try {
+        work();
+    } catch (...) {
+        progressBar->reset();
+        throw;
+    }
+}
+
+/// A run that is refused, since a leaf fails its checks, is carried out on a copy: the checks put
+/// landmarks and contours in order, and nobody asked for that.
+template <class Process>
+void CrenaraWindow::sortStructures(Process& process)
+{
+    bool good = true;
+    runReading([&] {
+        const std::unique_ptr<LMXStack> trial = WorkingCopy::of(*stack);
+        process.setStack(*trial);
+        for (int i = 0; i < trial->getNumSlices(); ++i) {
+            std::string report;
+            process.checkLeaves(i, report);
+            good = good && report.empty();
+        }
+        if (!good) {
+            const std::unique_ptr<LMXStack> copy = WorkingCopy::of(*stack);
+            process.setStack(*copy);
+            process.run();
+        }
+        process.setStack(*stack);
+    });
+    if (good) {
+        runOrRestore([&process] { process.run(); });
+    }
 }
 
 void CrenaraWindow::initializeProjectLoader()
@@ -118,7 +150,7 @@ void CrenaraWindow::runExtractContour()
     process.setBackground(contourPage->getBackground());
     process.setFidelity(contourPage->getFidelityValue());
     process.setBinaryImage(contourPage->getImageType());
-    run(process);
+    runOrRestore([&process] { process.run(); });
 }
 
 void CrenaraWindow::initializeExtractSinus()
@@ -183,7 +215,7 @@ void CrenaraWindow::runExtractPeaks()
     process.setExcludeNeighbourhood(peaksPage->getExcludeNeighboorhood());
     process.setVenationType(__projectConfig.getVenationType());
     process.setProgressBar(*progressBar);
-    run(process);
+    runOrRestore([&process] { process.run(); });
 }
 
 void CrenaraWindow::initializeHierarchy()
@@ -218,28 +250,25 @@ void CrenaraWindow::runHierarchy()
 void CrenaraWindow::runNoHierrachy()
 {
     NoHierarchyProcess process;
-    process.setStack(*stack);
     process.setProgressBar(*progressBar);
-    run(process);
+    sortStructures(process);
 }
 
 void CrenaraWindow::runHierarchyIterative()
 {
     HierarchyIterativeProcess process;
-    process.setStack(*stack);
     process.setTolerance(__configHierarchyIterativeMethod.getTolerance());
     process.setProgressBar(*progressBar);
-    run(process);
+    sortStructures(process);
 }
 
 void CrenaraWindow::runHierarchyArabidoMethod()
 {
     HierarchyArabidoProcess process;
-    process.setStack(*stack);
     process.setLimitAngle(__configHierarchyArabidoMethod.getAngleLimit());
     process.setEnableDistalTeeth(__configHierarchyArabidoMethod.getEnabledDistalTeeth());
     process.setProgressBar(*progressBar);
-    run(process);
+    sortStructures(process);
 }
 
 void CrenaraWindow::initializeLeafMeasures()
@@ -265,7 +294,7 @@ void CrenaraWindow::runLeafMeasures()
     process.setPrefix(measuresPage->getPrefix());
     process.setStack(*stack);
     process.setProgressBar(*progressBar);
-    run(process);
+    runReading([&process] { process.run(); });
 }
 
 void CrenaraWindow::initializeAveraging()
@@ -276,7 +305,8 @@ void CrenaraWindow::initializeAveraging()
     }
 }
 
-/// Measures the leaves for the page. Leaves that can't be measured are told and close the page.
+/// Measures the leaves for the page. Leaves that can't be measured are told in a box and close the
+/// page, since the user can mend them; so are the faults of a run of averages.
 bool CrenaraWindow::fillAveragingPage()
 {
     AveragingProcess process;
@@ -287,7 +317,7 @@ bool CrenaraWindow::fillAveragingPage()
     process.setStrength(__projectConfig.getStrengthFactor());
     Matrix<float> measures;
     QString fault;
-    float smallest = 0.0f;
+    float smallest = 0.0f; // of what the averages go by, lengths or ages, where that is a number
     float largest = 0.0f;
     try {
         process.initializationMeasure(measures);
@@ -324,13 +354,13 @@ void CrenaraWindow::runExportShapes()
     ExportShapes process;
     process.setStack(*stack);
     process.setOutputPath(__projectConfig.getProjectPath());
-    run(process);
+    runReading([&process] { process.run(); });
 }
 
 void CrenaraWindow::runAveraging()
 {
     const QString outputPath = averagingPage->getOutputPath();
-    if (outputPath.isEmpty()) {
+    if (outputPath.isEmpty()) { // "/" alone would be the root of the file system
         QMessageBox::warning(this, "Averaging", "Please choose an output path");
         return;
     }
@@ -356,7 +386,7 @@ void CrenaraWindow::runAveraging()
     process.setEnd(averagingPage->getEnd());
     process.setSteps(averagingPage->getStepsNumber());
     try {
-        runOrRestore([this, &process] { average(process); });
+        runReading([this, &process] { average(process); });
     } catch (const FileError& error) {
         showAveragingFault(error.getFilename() + ": " + error.getWhat());
     } catch (const Exception& error) {
@@ -369,7 +399,7 @@ void CrenaraWindow::average(AveragingProcess& process)
 {
     const int method = averagingPage->getMethodAveraging();
     const std::string file = averagingPage->getFile().toStdString();
-    if (method >= 2 && file.empty()) {
+    if (method >= 2 && file.empty()) { // without it the run would be the automatic one, unasked
         showAveragingFault("Please upload a file first");
         return;
     }
