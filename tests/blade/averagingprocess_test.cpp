@@ -312,7 +312,6 @@ TEST(AveragingProcess, BadInputRaisesAMessageAndWritesNothing)
         EXPECT_EQ(leaves.folder.fileCount(), 0) << what;
         EXPECT_TRUE(leaves.texts.empty()) << what;
     };
-    expectRefused("begin at end", [](auto& p) { p.setBegin(p.getEnd()); });
     expectRefused("begin above end", [](auto& p) { p.setBegin(p.getEnd() + 1.0f); });
     expectRefused("no number", [](auto& p) { p.setEnd(std::nanf("")); });
     expectRefused("no averages", [](auto& p) { p.setAveragesNumber(0); });
@@ -328,6 +327,14 @@ TEST(AveragingProcess, BadInputRaisesAMessageAndWritesNothing)
     single.setEnd(single.getEnd() + 2.0f);
     EXPECT_THROW(single.runHomogeousAveragingMethod(), ValueError) << "no leaf in the range";
     EXPECT_EQ(two.folder.fileCount(), 0);
+
+    // Leaves of one length are a closed range of no width, and no neighbours follow from it.
+    Averages equal({200.0, 200.0, 200.0});
+    AveragingProcess closed;
+    equal.prepare(closed, 2);
+    ASSERT_EQ(closed.getBegin(), closed.getEnd());
+    EXPECT_THROW(closed.runSlidingAveragingMethod(), ValueError);
+    EXPECT_EQ(equal.trajectory(closed)->getNumSlices(), 1);
 
     leaves.stack->setName("b\xC3\xA9 ta; 'x'");
     AveragingProcess process;

@@ -117,7 +117,7 @@ TEST(LeafChecks, ATipOnTheWrongSideOfItsSinusIsAWrongOrder)
     Outline upper = whole;
     upper.tips[5] = between(whole.sinuses[6], whole.tips[4]);
     EXPECT_EQ(check(upper),
-              " wrong landmark1 add sinus, \n  wrong landmark1, add peak, \n" + remedy);
+              " wrong landmark1 add sinus, \n wrong landmark1, add peak, \n" + remedy);
 }
 
 TEST(LeafChecks, AnApexAmongThePetioleIsAWrongPositionOfTheJunctions)

@@ -105,12 +105,12 @@ void AveragingProcess::requireMeasurement()
     }
 }
 
-void AveragingProcess::requireRange(const char* where) const
+void AveragingProcess::requireRange(const char* where, bool closed) const
 {
     if (averagesNumber < 1) {
         raise<ValueError>(where, "At least one average has to be asked for");
     }
-    if (!(begin < end)) {
+    if (!(closed ? begin <= end : begin < end)) {
         std::ostringstream text;
         text.imbue(std::locale::classic());
         text << "The begin of the averages, " << begin << ", has to lie below their end, " << end;

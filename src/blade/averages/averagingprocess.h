@@ -213,13 +213,14 @@ private:
     void requireMeasurement();
     float key(int slice) const;
     bool takesPart(int slice) const;
+    // Each fills the matrix of the public operation that sorts or rounds it.
     Matrix<float> initializationHomogeneousMeasures();
     Matrix<float> initializationMeasures();
     Vector<float> binLimits(const Vector<float>& sortedKeys) const;
     void setUpAveraging(BladeAveraging& averaging) const;
     void readUserLimits();
     Vector<float> userTargets() const;
-    void requireRange(const char* where) const;
+    void requireRange(const char* where, bool closed) const;
     std::string leavesWithoutAge() const;
 
     // The runs, averagingruns.cpp
@@ -239,6 +240,7 @@ private:
                        float pixelWidth);
     ModelItem* drawItem(Stack& target, int index, Model& model, const Vertices<int>& vertices);
 
+    // As the page opens: with no points at all there is no outline to average.
     bool symmetrization = true;
     bool peakFlag = false;
     bool sinusFlag = false;

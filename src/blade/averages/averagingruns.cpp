@@ -54,6 +54,7 @@ void smooth(Vector<float>& descriptor)
     }
 }
 
+/// The search of ranks goes by the range asked for, the averages by that of the leaves: a table each.
 void saveBandwidths(const BladeAveraging& averaging, const std::string& folder)
 {
     const Matrix<float>& parameters = averaging.getKnnParameters();
@@ -74,7 +75,7 @@ void AveragingProcess::runHomogeousAveragingMethod()
 {
     const char* where = "void AveragingProcess::runHomogeousAveragingMethod()";
     readUserLimits();
-    requireRange(where);
+    requireRange(where, true); // leaves of one length make one average
     const Matrix<float> bins = buildHomogeneousMeasurementMatrix();
     Vector<int> counts;
     counts.setZeros(averagesNumber);
@@ -134,7 +135,7 @@ Vector<int> AveragingProcess::computeOptimaKnn()
     const char* where = "Vector<int> AveragingProcess::computeOptimaKnn()";
     const Vector<float> targets = userTargets();
     if (targets.getSize() == 0) {
-        requireRange(where);
+        requireRange(where, false); // no width of neighbours follows from one length
     }
     const Matrix<float> leaves = buildMeasurementMatrix();
     requireLeaves(where, leaves.getSize2());
@@ -155,7 +156,7 @@ void AveragingProcess::runSlidingAveragingMethod()
     const char* where = "void AveragingProcess::runSlidingAveragingMethod()";
     const Vector<float> targets = userTargets();
     if (targets.getSize() == 0) {
-        requireRange(where);
+        requireRange(where, false);
     } else {
         averagesNumber = targets.getSize();
     }

@@ -10,8 +10,9 @@
 
 void ExtractConvexPoints::createModels()
 {
-    for (const char* name :
-         {"Apex", "Sinus", "Primary Sinus", "Primary Peak", "Secondary Sinus", "Secondary Peak"}) {
+    // What the later stages made of the former sinuses goes with them: a fold would bring it back.
+    for (const char* name : {"Apex", "Sinus", "Primary Sinus", "Primary Peak", "Secondary Sinus",
+                             "Secondary Peak", "Primary Distal Sinus", "Primary Distal Peak"}) {
         const int model = stack->findModel(name);
         if (model >= 0) {
             stack->deleteModel(model);

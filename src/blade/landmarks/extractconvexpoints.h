@@ -31,8 +31,8 @@ public:
 
     int getNeigbourhood() const { return neighbourhood; }
 
-    /// Deletes the apex, the sinuses and the tips of an earlier run, and creates the models "Apex"
-    /// and "Primary Sinus".
+    /// Deletes the apex, the sinuses and the tips of an earlier run, those that a hierarchy made
+    /// secondary or distal too, and creates the models "Apex" and "Primary Sinus".
     void createModels() override;
 
     /// Makes the still empty items of sinuses and apex for the slice.

@@ -14,7 +14,8 @@
 
 void ExtractPeak::createModels()
 {
-    for (const char* name : {"Primary Peak", "Secondary Sinus", "Secondary Peak"}) {
+    foldSinuses();
+    for (const char* name : {"Primary Peak", "Secondary Peak", "Primary Distal Peak"}) {
         const int model = stack->findModel(name);
         if (model >= 0) {
             stack->deleteModel(model);
@@ -57,6 +58,7 @@ std::string ExtractPeak::process(int slice)
     LMXModelItemCreateEvent event(*primaryPeakItem);
     LMXEventServer::notifyEvent(event);
     setPrimaryPeak(getModelItem(*primaryPeakItem));
+    // The item is announced already, so that what becomes of it has to be told as well.
     removeTipsAcrossApex(sinuses, apexPosition);
     if (primaryPeakItem->getSize() == 0) {
         LMXModelItemDeleteEvent deletion(*primaryPeakItem);

@@ -29,8 +29,8 @@ public:
     /// here.)
     void setVenationType(const VenationType& type) { peakVenationType = type; }
 
-    /// Deletes the model "Primary Peak" of an earlier run and creates it anew. The secondary
-    /// landmarks of a hierarchy go too.
+    /// Deletes the model "Primary Peak" of an earlier run and creates it anew. Of the labels of a
+    /// hierarchy the sinuses are folded back into "Primary Sinus", and the tips go.
     void createModels() override;
 
     /// Makes the still empty item of the tips for the slice.

@@ -75,6 +75,22 @@ void removeAllVertices(ModelItem& item)
     }
 }
 
+/// Appends the points, truncated. The item is announced as a new one is: a view that hears of the new
+/// models alone would draw them empty.
+void appendPoints(ModelItem& item, const Vertices<float>& points)
+{
+    Vector<int> vertex(2);
+    for (int i = 0; i < points.getSize(); ++i) {
+        vertex[0] = static_cast<int>(points[i][0]);
+        vertex[1] = static_cast<int>(points[i][1]);
+        item.detach();
+        item.appendVertex(vertex);
+        item.attach();
+    }
+    LMXModelItemCreateEvent event(item);
+    LMXEventServer::notifyEvent(event);
+}
+
 bool contains(const Vertices<float>* list, const Vector<float>& vertex)
 {
     for (int i = 0; list && i < list->getSize(); ++i) {
@@ -190,33 +206,66 @@ Vertices<float>* ModelsManager::cleanModelsItem(const Vertices<float>* list, Mod
     return copy;
 }
 
-void ModelsManager::foldLabels(Vertices<float>& sinuses, Vertices<float>& peaks)
+/// The distal and secondary sinuses of the slice read last that are not primary as well. A sinus with
+/// two labels stands in two lists, and comes once.
+Vertices<float> ModelsManager::sortedOutSinuses() const
 {
-    const auto addPeaks = [&](const Vertices<float>* list, ModelItem* item) {
-        for (int i = 0; list && i < list->getSize(); ++i) {
-            peaks.append((*list)[i]);
-        }
-        if (list) {
-            removeAllVertices(*item);
-        }
-    };
-    // A sinus with two labels stands in two lists, and comes back once.
-    const auto addSinuses = [&](const Vertices<float>* list, ModelItem* item,
-                                const Vertices<float>* other) {
+    Vertices<float> sinuses(2, 0, 0, 16);
+    const auto add = [&](const Vertices<float>* list, const Vertices<float>* other) {
         for (int i = 0; list && i < list->getSize(); ++i) {
             const Vector<float>& sinus = (*list)[i];
             if (!contains(primarySinus, sinus) && !contains(other, sinus)) {
                 sinuses.append(sinus);
             }
         }
-        if (list) {
+    };
+    add(primaryDistalSinus, nullptr);
+    add(secondarySinus, primaryDistalSinus);
+    return sinuses;
+}
+
+void ModelsManager::foldLabels(Vertices<float>& sinuses, Vertices<float>& peaks)
+{
+    const Vertices<float> more = sortedOutSinuses();
+    for (int i = 0; i < more.getSize(); ++i) {
+        sinuses.append(more[i]);
+    }
+    for (const Vertices<float>* list : {primaryDistalPeak, secondaryPeak}) {
+        for (int i = 0; list && i < list->getSize(); ++i) {
+            peaks.append((*list)[i]);
+        }
+    }
+    for (ModelItem* item :
+         {primaryDistalSinusItem, secondarySinusItem, primaryDistalPeakItem, secondaryPeakItem}) {
+        if (item) {
             removeAllVertices(*item);
         }
-    };
-    addSinuses(primaryDistalSinus, primaryDistalSinusItem, nullptr);
-    addSinuses(secondarySinus, secondarySinusItem, primaryDistalSinus);
-    addPeaks(primaryDistalPeak, primaryDistalPeakItem);
-    addPeaks(secondaryPeak, secondaryPeakItem);
+    }
+}
+
+void ModelsManager::foldSinuses()
+{
+    if (stack->findModel("Secondary Sinus") < 0 && stack->findModel("Primary Distal Sinus") < 0) {
+        return;
+    }
+    const int model = stack->findModel("Primary Sinus");
+    if (model < 0) {
+        createModelPrimarySinus();
+    } else {
+        primarySinusModel = &stack->getModel(model);
+    }
+    for (int slice = 0; slice < stack->getNumSlices(); ++slice) {
+        getModels(slice);
+        const Vertices<float> more = sortedOutSinuses();
+        if (primarySinusItem && more.getSize() > 0) {
+            appendPoints(*primarySinusItem, more);
+        } else {
+            storeLandmarks(*primarySinusModel, slice, more);
+        }
+        primaryDistalSinusItem = secondarySinusItem = nullptr;
+    }
+    deleteModel(*stack, "Secondary Sinus");
+    deleteModel(*stack, "Primary Distal Sinus");
 }
 
 void ModelsManager::storeLandmarks(Model& model, int slice, const Vertices<float>& points)
@@ -227,16 +276,7 @@ void ModelsManager::storeLandmarks(Model& model, int slice, const Vertices<float
     auto* item = new ModelItem;
     item->setModel(model);
     item->setSlice(stack->getSlice(slice));
-    Vector<int> vertex(2);
-    for (int i = 0; i < points.getSize(); ++i) {
-        vertex[0] = static_cast<int>(points[i][0]);
-        vertex[1] = static_cast<int>(points[i][1]);
-        item->detach();
-        item->appendVertex(vertex);
-        item->attach();
-    }
-    LMXModelItemCreateEvent event(*item);
-    LMXEventServer::notifyEvent(event);
+    appendPoints(*item, points);
 }
 
 void ModelsManager::createModelsForHierarchy()

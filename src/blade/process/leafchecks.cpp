@@ -114,7 +114,7 @@ std::string orderFaults(const Matrix<int>& table, bool hasTips)
     for (int k = apexRow; k <= rows - 3; ++k) {
         faults += stepFaults(table[k][1], table[k + 1][1], hasTips,
                              {" wrong landmark1, \n ", " wrong landmark1, add peak, \n",
-                              " wrong landmark1 add sinus, \n "});
+                              " wrong landmark1 add sinus, \n"});
     }
     if (table[rows - 1][1] != SecondJunctionCode) {
         faults += " wrong position for second petiole,\n please inverse the order or \n verify "

@@ -137,6 +137,11 @@ public:
     /// that a hierarchy can run again.
     void createModelsForHierarchy();
 
+    /// The same for the sinuses alone: those that a hierarchy made secondary or distal are plain
+    /// sinuses again, and their models are gone. Tips stay as they are. Without such models nothing
+    /// is touched.
+    void foldSinuses();
+
     /// The slice read last has one apex, two junctions, a sinus, a tip and a contour of more than
     /// three vertices.
     bool verifyModels() const;
@@ -222,6 +227,7 @@ private:
     template <class List>
     void replace(List*& member, std::unique_ptr<List> list);
     void changeVertices(ModelItem& item, const Vertices<int>& vertices);
+    Vertices<float> sortedOutSinuses() const;
     void foldLabels(Vertices<float>& sinuses, Vertices<float>& peaks);
     void storeLandmarks(Model& model, int slice, const Vertices<float>& points);
     std::string missingLandmarks() const;
