@@ -1,5 +1,6 @@
 #include "stack/stackfileparser.h"
 
+#include "image/sources/imagesource.h"
 #include "shape/vertices/vertices.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
@@ -11,6 +12,7 @@
 #include "system/fileinfo.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 namespace {
@@ -21,6 +23,9 @@ constexpr int fatalLimit = 100;
 // Far beyond what an image has of rows or columns.
 constexpr int longestSide = 1000000;
 constexpr int highestPower = 100;
+// Of a vertex, in pixels: shapes of averages reach beyond their blank images.
+constexpr int leastReach = 100000;
+constexpr int sidesOfReach = 10;
 
 [[noreturn]] void refuse(const std::string& reason)
 {
@@ -417,8 +422,26 @@ void StackFileParser::readItemData()
         item_->setRLEItemSet(readRegion(scanner_));
     } else {
         item_->setVertices(readVertices(scanner_));
+        requireReach();
     }
     itemDamaged_ = false;
+}
+
+/// A contour is resampled to a vertex a pixel: one point far outside would take all memory.
+void StackFileParser::requireReach() const
+{
+    const ImageSource& image = item_->getSlice()->getImageSource();
+    const Vertices<int>& vertices = item_->getVertices();
+    for (int i = 0; i < vertices.getSize(); ++i) {
+        const int x = vertices[i][0];
+        const int y = vertices[i][1];
+        const int reach = std::max(std::abs(x), std::abs(y));
+        if (reach > leastReach &&
+            reach / sidesOfReach > std::max(image.getSize1(), image.getSize2())) {
+            refuse("the point (" + std::to_string(x) + ", " + std::to_string(y) +
+                   ") lies far outside its image");
+        }
+    }
 }
 
 void StackFileParser::calibrateSlices()

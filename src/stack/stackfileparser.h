@@ -76,6 +76,7 @@ private:
     void readTile();
     bool readItem(StackIO::Keyword keyword);
     void readItemData();
+    void requireReach() const;
     void calibrateSlices();
     void finish();
 

@@ -4,6 +4,7 @@
 #include "stack/stack.h"
 #include "stack/stackfileparser.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -66,6 +67,8 @@ bool StackReader::read(Stack& stack, const std::string& path)
         fail(path + ": the file can't be read: " + std::strerror(errno));
         return false;
     }
+    const bool endsInLine = !content->empty() && content->back() == '\n';
+    const auto lines = 1 + std::count(content->begin(), content->end(), '\n');
     StackFileParser parser(*this, stack, path, std::move(*content));
     if (!parser.isStackFile()) {
         fail(path + ":1: the file is no stack description file");
@@ -73,6 +76,10 @@ bool StackReader::read(Stack& stack, const std::string& path)
     }
     makeEmpty(stack);
     parser.run();
+    if (!endsInLine && numFatalErrors == 0) {
+        tell(path + ":" + std::to_string(lines) +
+             ": the file does not end in a line feed, as stack files do: it may be cut off");
+    }
     return numFatalErrors == 0;
 }
 

@@ -12,7 +12,8 @@ class Stack;
 /// one is concerned. A message is fatal, and counted, if something of the file is lost by it: a
 /// damaged statement, a number out of its range, a name that does not exist. It is not fatal if the
 /// stack still holds all that the file says: an image that is missing or has another size, a keyword
-/// whose values have no meaning here. A slice whose image is missing keeps the name of the file and
+/// whose values have no meaning here, an end without a line feed, since no statement tells that it is
+/// the last one. Vertices far outside their image are out of range. A slice whose image is missing keeps the name of the file and
 /// the size that the stack file tells.
 ///
 ///     StackReader reader;

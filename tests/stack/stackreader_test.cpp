@@ -172,6 +172,8 @@ TEST(StackReader, AFileCutAnywhereIsToldOrReadRightUpToThere)
             continue;
         }
         ++accepted;
+        ASSERT_EQ(reader.getLog().back().find("line feed") != std::string::npos,
+                  cut.back() != '\n');
         const std::size_t last = cut.find_last_not_of(" \n");
         ASSERT_EQ(cut[last], ';') << cut;
         // All blocks in front of the one that was cut are whole. A folder belongs to the slice
@@ -213,6 +215,7 @@ TEST(StackReader, TellsEachFaultWithLineAndReason)
          "13: MODELITEM: there is no slice \"loaf\""},
         {"\"Contour\" \"leaf\"", "\"Outline\" \"leaf\"",
          "13: MODELITEM: there is no model \"Outline\""},
+        {"3,4", "3,-999999", data + "the point (3, -999999) lies far outside its image"},
         {"3,4", "3,b", data + "an integer is missing before \"b\""},
         {"3,4", "3", data + "a comma is missing between two coordinates"},
         {"3,4", "99999999999,4", data + "the number 99999999999 is out of range"},
