@@ -8,6 +8,7 @@
 #include "cli/outputs.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
+#include "cli/stagenotes.h"
 #include "cli/stages.h"
 
 #include <iostream>
@@ -120,10 +121,12 @@ int runHierarchy(const QStringList& arguments, Report& report)
         "Sorts sinuses and tips into primary, secondary and distal ones, or makes all "
         "of them primary again; can be run any number of times. Needs the tips stage.");
     HierarchyOptions::declare(line);
+    declareResampling(line);
     CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 2, 2);
     const HierarchyOptions options(line);
+    const Resampling resampling = resamplingOf(line);
     if (line.isSet("quiet")) {
         report.setQuiet();
     }
@@ -134,7 +137,10 @@ int runHierarchy(const QStringList& arguments, Report& report)
     {
         const CompleteSlices complete(file.stack(), GatedStage::Hierarchy, line, report);
         requireGate(GatedStage::Hierarchy, file.stack(), report);
+        StageNotes notes(file.stack(), StageNotes::Stage::Hierarchy,
+                         resampling == Resampling::Once);
         sortStructures(file, options, report);
+        notes.finish();
     }
     file.write(output);
     return report.exitStatus();

@@ -233,9 +233,10 @@ int runRun(const QStringList& arguments, Report& report)
         record.addLeftOut(slice, reason);
     }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
-    extractSinuses(stack, plan.sinus, report);
-    extractTips(stack, plan.tips, plan.project.config.getVenationType(), report);
+    extractSinuses(stack, plan.sinus, Resampling::Once, report);
+    extractTips(stack, plan.tips, plan.project.config.getVenationType(), Resampling::Once, report);
     writeStack(stack, plan.stackPath());
+    record.setStack(plan.stackPath());
     measureLeaves(stack, plan.target, plan.project.config, record, report);
     return report.exitStatus();
 }

@@ -8,6 +8,8 @@
 #include "stack/stackslice.h"
 #include "system/filereplacement.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 #include <algorithm>
@@ -22,6 +24,16 @@ QJsonArray columns(const DataSet& table, const std::string& length)
                                 {"unit", QString::fromStdString(measureUnit(name, length))}});
     }
     return list;
+}
+
+/// The file's name and checksum.
+QJsonObject fileEntry(const std::string& path)
+{
+    const std::string sum = OwnFiles::checksum(path);
+    if (sum.empty()) {
+        throw Failure(path + ": the file can't be read");
+    }
+    return {{"file", QString::fromStdString(path)}, {"sha256", QString::fromStdString(sum)}};
 }
 
 } // namespace
@@ -40,12 +52,31 @@ void RunRecord::addParameters(const std::string& stage, const QJsonObject& param
 
 void RunRecord::addInput(const std::string& path)
 {
-    const std::string sum = OwnFiles::checksum(path);
-    if (sum.empty()) {
-        throw Failure(path + ": the file can't be read");
+    inputs_.append(fileEntry(path));
+}
+
+void RunRecord::setStack(const std::string& path)
+{
+    record_["stack"] = fileEntry(path);
+}
+
+bool RunRecord::tellsOtherStack(const std::string& recordPath, const std::string& stackPath)
+{
+    QFile file(QString::fromStdString(recordPath));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
     }
-    inputs_.append(QJsonObject{{"file", QString::fromStdString(path)},
-                               {"sha256", QString::fromStdString(sum)}});
+    const QJsonObject record = QJsonDocument::fromJson(file.readAll()).object();
+    QJsonArray files = record["inputs"].toArray();
+    files.append(record["stack"]);
+    const QString name = QFileInfo(QString::fromStdString(stackPath)).fileName();
+    bool other = false;
+    for (const QJsonValue& entry : files) {
+        if (QFileInfo(entry["file"].toString()).fileName() == name) {
+            other = entry["sha256"] != fileEntry(stackPath)["sha256"];
+        }
+    }
+    return other;
 }
 
 void RunRecord::setProject(const QJsonObject& facts)

@@ -24,6 +24,13 @@ public:
     /// An input file with the SHA-256 of its bytes. Throws `Failure` if it can't be read.
     void addInput(const std::string& path);
 
+    /// The stack file that the run left, likewise.
+    void setStack(const std::string& path);
+
+    /// Whether the record in the file `recordPath` tells of a stack file of this name, as an input or
+    /// as what the run left, and its checksum is another one now. False without such a record.
+    static bool tellsOtherStack(const std::string& recordPath, const std::string& stackPath);
+
     void setProject(const QJsonObject& facts);
 
     void addLeftOut(const std::string& slice, const std::string& reason);

@@ -12,10 +12,12 @@ int runSinus(const QStringList& arguments, Report& report)
                      "Finds the apex and the sinuses of each leaf, and gives the contour its "
                      "working form. Needs contours and junctions on all slices; deletes the tips.");
     SinusOptions::declare(line);
+    declareResampling(line);
     CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 1, 1);
     const SinusOptions options(line);
+    const Resampling resampling = resamplingOf(line);
     if (line.isSet("quiet")) {
         report.setQuiet();
     }
@@ -26,7 +28,7 @@ int runSinus(const QStringList& arguments, Report& report)
     {
         const CompleteSlices complete(file.stack(), GatedStage::ExtractSinus, line, report);
         requireGate(GatedStage::ExtractSinus, file.stack(), report);
-        extractSinuses(file.stack(), options, report);
+        extractSinuses(file.stack(), options, resampling, report);
     }
     file.write(output);
     return report.exitStatus();

@@ -5,6 +5,7 @@
 #include "cli/outputs.h"
 #include "cli/ownfiles.h"
 #include "cli/report.h"
+#include "cli/runrecord.h"
 #include "image/sources/imagesourcefile.h"
 #include "image/sources/imagesourcefilemosaic.h"
 #include "image/sources/imagesourcetiffstackplane.h"
@@ -81,6 +82,11 @@ void StackFile::read(Report& report)
         const int faults = std::max(1, reader.getNumFatalErrors());
         throw Failure(path_ + ": the stack can't be read: " + std::to_string(faults) +
                       (faults == 1 ? " fault" : " faults"));
+    }
+    const std::string record = folderOf(path_) + "/" + FileInfo::baseName(path_) + "_run.json";
+    if (!own_ && RunRecord::tellsOtherStack(record, path_)) {
+        report.note(path_ + ": the stack is not the one that " + record +
+                    " tells of: it was changed since then, or cut off");
     }
     stack_.setFilename(path_);
     stack_.setModified(false);

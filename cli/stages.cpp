@@ -7,6 +7,7 @@
 #include "cli/failure.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
+#include "cli/stagenotes.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
@@ -115,6 +116,7 @@ extractContours(LMXStack& stack, const ContourOptions& options, Report& report)
     process.setFidelity(options.fidelity);
     process.setBinaryImage(options.binary);
     process.createModels();
+    StageNotes::clear(stack);
     // The process's own run would hold the images of all slices at once.
     std::vector<std::pair<std::string, std::string>> faults;
     const int slices = stack.getNumSlices();
@@ -146,8 +148,26 @@ int contourSize(const StackSlice& slice)
     return size;
 }
 
-void extractSinuses(LMXStack& stack, const SinusOptions& options, Report& report)
+void declareResampling(CommandLine& line)
 {
+    line.addOption(
+        "resample",
+        "once: what the program has resampled and stored, and nobody has changed, is not "
+        "resampled again, so that measures stay the same; always: it is.",
+        "WHEN", "once");
+}
+
+Resampling resamplingOf(const CommandLine& line)
+{
+    return static_cast<Resampling>(line.choice("resample", {"once", "always"}));
+}
+
+void extractSinuses(LMXStack& stack,
+                    const SinusOptions& options,
+                    Resampling resampling,
+                    Report& report)
+{
+    StageNotes notes(stack, StageNotes::Stage::Sinus, resampling == Resampling::Once);
     ExtractConvexPoints process;
     process.setStack(stack);
     process.setNeigbourhood(options.halfNeighbourhood);
@@ -162,12 +182,18 @@ void extractSinuses(LMXStack& stack, const SinusOptions& options, Report& report
         });
         report.progress("sinus", i + 1, slices);
     }
+    notes.finish();
     report.note(incomplete.empty() ? "Detection of the sinuses is complete"
                                    : "Please add manually all missing sinuses\n" + incomplete);
 }
 
-void extractTips(LMXStack& stack, const TipsOptions& options, VenationType venation, Report& report)
+void extractTips(LMXStack& stack,
+                 const TipsOptions& options,
+                 VenationType venation,
+                 Resampling resampling,
+                 Report& report)
 {
+    StageNotes notes(stack, StageNotes::Stage::Tips, resampling == Resampling::Once);
     ExtractPeak process;
     process.setStack(stack);
     process.setMethodToExtract(options.method);
@@ -179,6 +205,7 @@ void extractTips(LMXStack& stack, const TipsOptions& options, VenationType venat
         }
     });
     process.run();
+    notes.finish();
 }
 
 void requireGate(GatedStage stage, const LMXStack& stack, Report& report)

@@ -58,11 +58,25 @@ extractContours(LMXStack& stack, const ContourOptions& options, Report& report);
 /// The number of vertices of the slice's contour, 0 without one.
 int contourSize(const StackSlice& slice);
 
-void extractSinuses(LMXStack& stack, const SinusOptions& options, Report& report);
+/// Whether a stage takes a contour that it has stored for what it made that contour of.
+enum class Resampling {
+    Once,   ///< see `StageNotes`
+    Always, ///< a stored contour is a contour like any other
+};
+
+/// Declares and reads the option of that choice.
+void declareResampling(CommandLine& line);
+Resampling resamplingOf(const CommandLine& line);
+
+void extractSinuses(LMXStack& stack,
+                    const SinusOptions& options,
+                    Resampling resampling,
+                    Report& report);
 
 void extractTips(LMXStack& stack,
                  const TipsOptions& options,
                  VenationType venation,
+                 Resampling resampling,
                  Report& report);
 
 /// Throws `Failure` with the texts of the stage's gate unless the stack passes it.

@@ -12,11 +12,13 @@ int runTips(const QStringList& arguments, Report& report)
     CommandLine line("tips", "STACK.sdf",
                      "Finds the tip of each tooth between two sinuses. Needs the sinus stage.");
     TipsOptions::declare(line);
+    declareResampling(line);
     ProjectOptions::declareVenation(line);
     CompleteSlices::declare(line);
     StackFile::declareOutput(line);
     line.parse(arguments, 1, 1);
     const TipsOptions options(line);
+    const Resampling resampling = resamplingOf(line);
     const ProjectOptions project(line, report);
     if (line.isSet("quiet")) {
         report.setQuiet();
@@ -28,7 +30,7 @@ int runTips(const QStringList& arguments, Report& report)
     {
         const CompleteSlices complete(file.stack(), GatedStage::ExtractPeaks, line, report);
         requireGate(GatedStage::ExtractPeaks, file.stack(), report);
-        extractTips(file.stack(), options, project.config.getVenationType(), report);
+        extractTips(file.stack(), options, project.config.getVenationType(), resampling, report);
     }
     file.write(output);
     return report.exitStatus();

@@ -52,6 +52,74 @@ TEST(Hierarchy, TheTableOfLandmarksHoldsAllPointsAndMeasuresUseThePrimaryOnesAlo
               std::to_string(primary));
 }
 
+// Contours were resampled each time, and leaves grew by one to two per cent.
+TEST(StageNotes, AStageThatIsRunAgainChangesNoMeasure)
+{
+    LeafFolder folder;
+    const std::string stack = folder.makeStack({folder.addLeaf("a", 5), folder.addLeaf("b", 3)});
+    folder.write("s.sdf", [&] {
+        std::string text = folder.read("s.sdf");
+        const std::size_t place = text.find(";\n", text.find("SliceSize2")) + 2;
+        return text.insert(place, "Annotation \"mine__NL__too\";\n");
+    }());
+    int number = 0;
+    const auto tables = [&] {
+        const std::string prefix = "t" + std::to_string(++number);
+        runs({"measure", stack, "--prefix", prefix});
+        return folder.read(prefix + "_LeafMeasures.data") +
+               folder.read(prefix + "_PeakMeasures.data");
+    };
+    const auto run = [&](const Words& stages) {
+        for (const std::string& stage : stages) {
+            runs(stage == "none" ? Words{"hierarchy", stack, stage} : Words{stage, stack});
+        }
+        return tables();
+    };
+    runs({"sinus", stack, "-o", folder.file("first.sdf"), "--resample", "always"});
+    const std::string first = run({"sinus", "tips"});
+    const std::string contour = leaf::vertices(*open(stack), "Contour", 0).size() > 0 ? stack : "";
+    EXPECT_EQ(leaf::vertices(*open(folder.file("first.sdf")), "Contour", 0).size(),
+              leaf::vertices(*open(contour), "Contour", 0).size());
+    EXPECT_EQ(run({"tips"}), first);
+    EXPECT_EQ(run({"sinus", "tips", "sinus", "tips"}), first);
+    const std::string perimeter = cellOf(folder.file("t1_LeafMeasures.data"), "a", "HullPerimeter");
+    const std::string sorted = run({"none"});
+    EXPECT_EQ(run({"none", "none"}), sorted);
+    EXPECT_EQ(cellOf(folder.file("t5_LeafMeasures.data"), "a", "HullPerimeter"), perimeter);
+    EXPECT_EQ(run({"tips"}), first);
+    EXPECT_EQ(run({"none", "sinus", "tips"}), first);
+    EXPECT_EQ(open(stack)->getSlice(0).getAnnotation().compare(0, 9, "mine\ntoo\n"), 0);
+
+    // What was changed by hand is what counts, and so is what is asked for.
+    const auto edited = open(stack);
+    leaf::findItem(*edited, "Contour", 0)->translate(40, 0);
+    leaf::findItem(*edited, "Petiole", 0)->translate(40, 0);
+    EXPECT_TRUE(edited->write(stack));
+    run({"sinus", "tips"});
+    EXPECT_NEAR(leaf::vertices(*open(stack), "Apex", 0)[0].x,
+                leaf::vertices(*edited, "Apex", 0)[0].x + 40.0, 2.0);
+    runs({"sinus", stack, "--resample", "always"});
+    EXPECT_EQ(open(stack)->getSlice(0).getAnnotation(), "mine\ntoo");
+}
+
+TEST(StackFile, AFileThatIsCutOffBetweenStatementsIsTold)
+{
+    LeafFolder folder;
+    folder.addLeaf("a");
+    runs({"run", "--out", folder.file("r"), "--junctions", folder.writeJunctions(),
+          folder.photographs()[0]});
+    const std::string whole = folder.read("r/r.sdf");
+    const std::string tips = folder.file("tips.sdf");
+    EXPECT_EQ(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).err,
+              "crenara: Peaks extraction is complete\n");
+    const std::size_t cut = whole.rfind("\n\nMODELITEM \"Primary Sinus\"");
+    ASSERT_NE(cut, std::string::npos);
+    folder.write("r/r.sdf", whole.substr(0, cut));
+    EXPECT_TRUE(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).says("cut off"));
+    folder.write("r/r.sdf", whole.substr(0, cut + 1)); // with the line feed of the statement
+    EXPECT_TRUE(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).says("r_run.json"));
+}
+
 TEST(Hierarchy, WhatStandsInTheWayIsToldAndTheStackStays)
 {
     LeafFolder folder;

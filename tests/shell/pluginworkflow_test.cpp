@@ -4,6 +4,7 @@
 #include "host/document/documentfiles.h"
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
+#include "interface/lmxaction.h"
 #include "interface/lmxstack.h"
 #include "shell/pluginwindow.h"
 #include "stack/model.h"
@@ -75,8 +76,8 @@ public:
         const auto opened = open();
         draw(*opened);
         EXPECT_TRUE(opened->write(stack.toStdString()));
-        crenara({"sinus", stack});
-        crenara(QStringList({"tips", stack}) + options);
+        crenara({"sinus", stack, "--resample", "always"});
+        crenara(QStringList({"tips", stack, "--resample", "always"}) + options);
     }
 
 private:
@@ -322,7 +323,7 @@ TEST(CrenaraWindow, RunsEachHierarchyLikeTheCommand)
         window.clickButton("&Process");
         EXPECT_EQ(modals.takeBoxes().size(), 1);
         ASSERT_TRUE(stack->write(folder.file("window.sdf").toStdString()));
-        crenara(QStringList({"hierarchy", file}) + options);
+        crenara(QStringList({"hierarchy", file, "--resample", "always"}) + options);
         EXPECT_EQ(folder.read("window.sdf"), folder.read("leaves.sdf"));
         // The page comes back with the choice that was made.
         window.clickRow(3);
@@ -330,6 +331,15 @@ TEST(CrenaraWindow, RunsEachHierarchyLikeTheCommand)
         for (QGroupBox* box : window.page().findChildren<QGroupBox*>()) {
             EXPECT_EQ(box->isChecked() && box->isCheckable(), box->title() == title);
         }
+        // Refused, for the lack of a tip, it changes nothing at all.
+        ModelItem& tips = *leaf::findItem(*stack, "Primary Peak", 1);
+        const Vertices<int> all = tips.getVertices();
+        tips.removeVertex(0);
+        const std::string before = modelsOf(*stack);
+        window.clickButton("&Process");
+        EXPECT_EQ(modals.takeBoxes().size(), 2);
+        EXPECT_EQ(modelsOf(*stack), before);
+        tips.setVertices(all);
     };
 
     window.clickButton("&Process");
@@ -381,9 +391,17 @@ TEST(CrenaraWindow, AnErrorOfAStageIsToldAndTheDocumentStays)
     const std::vector<leaf::Point> contour = leaf::vertices(*stack, "Contour", 0);
     ASSERT_GT(contour.size(), 500u);
 
+    // A run that fails before it changes anything leaves the objects and the edits of the user.
+    LMXActionHistory& edits = stack->sliceHistory(stack->getSlice(0));
+    edits.openStep();
+    edits.push(new LMXAction, true);
+    edits.closeStep();
+    const ModelItem* const item = leaf::findItem(*stack, "Contour", 0);
     const QString image = folder.file("leaf1.tif");
     ASSERT_TRUE(QFile::rename(image, image + ".away"));
     window.clickButton("&Process");
+    EXPECT_TRUE(edits.isUndoable());
+    EXPECT_EQ(leaf::findItem(*stack, "Contour", 0), item);
     ASSERT_EQ(modals.boxes().size(), 1);
     EXPECT_TRUE(modals.takeBoxes().first().contains(image));
     EXPECT_EQ(leaf::vertices(*stack, "Contour", 0).size(), contour.size());
