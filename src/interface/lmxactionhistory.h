@@ -45,7 +45,7 @@ public:
     QString getUndoDescription(bool detailed) const;
     QString getRedoDescription(bool detailed) const;
 
-    /// Forgets all steps.
+    /// Forgets all steps, here and below an open one too: its list is gone.
     void clear();
     void destroyUndoList();
     void destroyRedoList();

@@ -70,7 +70,7 @@ Stack::~Stack()
 void Stack::setImagesPath(const std::string& path)
 {
     imagesPath = path;
-    if (!path.empty() && path.back() != '/') {
+    if (!path.empty() && path.back() != '/') { // no folder is no root folder
         imagesPath += '/';
     }
 }

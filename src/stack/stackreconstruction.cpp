@@ -45,6 +45,7 @@ void StackReconstruction<T>::computeMaps()
         const Registration& registration = slice.getRegistration();
         const T pw = slice.getPixelCalibration().getPixelWidth();
         const T ph = slice.getPixelCalibration().getPixelHeight();
+        // A slice without an image turns about its first pixel: the others still have their places.
         const T cx = slice.isEmpty() ? T(0) : static_cast<T>(slice.getImageSource().getSize2()) / 2;
         const T cy = slice.isEmpty() ? T(0) : static_cast<T>(slice.getImageSource().getSize1()) / 2;
 

@@ -30,6 +30,8 @@ public:
 
     void setStack(Stack& owner) { stack = &owner; }
 
+    /// Here and below a slice that stands in no stack raises `ProgramError`: it has no neighbours, and
+    /// a walk to the last slice would not end.
     bool isFirstSlice() const;
     bool isLastSlice() const;
 

@@ -20,6 +20,7 @@ ImageColorContent contentOf(const Slice& slice)
     return image.colorContent();
 }
 
+/// What an item has outside the image is no part of a mask.
 void writePixel(VoxelMatrix<int>& mask, int x, int y, int plane, int value)
 {
     if (mask.contains(x, y, plane)) {
@@ -78,6 +79,7 @@ VoxelMatrix<T> Stack::toVoxelMatrix(ImageColorContent content) const
     const StackSlice* first = slices.empty() ? nullptr : &getFirstSlice();
     const int height = first != nullptr ? first->height() : 0;
     const int width = first != nullptr ? first->width() : 0;
+    // A volume has planes of one size; a smaller image would leave a part of its plane without values.
     for (const StackSlice* slice : slices) {
         if (slice->height() != height || slice->width() != width) {
             raise<SizeError>("VoxelMatrix<T> Stack::toVoxelMatrix(const ImageColorContent) const",
@@ -96,7 +98,7 @@ VoxelMatrix<T> Stack::toVoxelMatrix(ImageColorContent content) const
 void Stack::writeModelItemMask(VoxelMatrix<int>& mask, const ModelItem& item, int value) const
 {
     const int plane = item.getSlice() != nullptr ? findSlice(*item.getSlice()) : -1;
-    if (plane < 0) {
+    if (plane < 0) { // it has no plane in this volume
         raise<ProgramError>(
             "void Stack::writeModelItemMask(VoxelMatrix<int>&,const ModelItem&,const int) const",
             "The slice of the item does not stand in the stack");

@@ -19,14 +19,16 @@ class VoxelMatrix;
 /// Numbers have up to 6 significant digits and a decimal point in every locale. What the format has
 /// no form for raises an error: `ValueError` a name that holds a double quote or a line break (or a
 /// semicolon, of a mosaic's tile) and a number that is not finite; `ProgramError` a slice without an
-/// image source or on a plane of an LSM file. An item whose slice is not in the stack is left out,
-/// with a message in the log.
+/// image source or on a plane of an LSM file. Written all the same, such a file could not be read
+/// back. An item whose slice is not in the stack is left out, with a message in the log, which tells
+/// of the last writing alone.
 class StackWriter : public StackIO
 {
 public:
     /// Writes the whole stack. Returns false, and reports nothing, if the file can't be created or
     /// written anew. The file takes the place of an older one when it is whole: the errors of the
-    /// class, and the `FileWriteError` of a disk that is full, leave the older one as it was.
+    /// class, and the `FileWriteError` of a disk that is full, leave the older one as it was, and no
+    /// part of a new one.
     bool write(const Stack& stack, const std::string& path);
 
     /// The slices in stack order. `folder` is the folder of the description file, to which folders

@@ -30,6 +30,7 @@ std::vector<std::string> numberLabels(int count)
     return labels;
 }
 
+// Keys that are equal in two decimals must not write over each other's files.
 std::string AverageNames::next(const std::string& label)
 {
     std::string name = prefix_ + label;

@@ -132,6 +132,7 @@ void AveragingProcess::requireLandmarks(const std::string& sliceName) const
     }
     const Vector<int> junctions = findIndexPetiole(*contour);
     const int apexPosition = apexIndex();
+    // Such a leaf has no half to put points on: intervals would be negative.
     if (junctions[0] >= apexPosition || junctions[1] <= apexPosition) {
         raise<UsageError>(where,
                           "Slice " + sliceName + ": the apex is not between the two junctions");

@@ -95,7 +95,7 @@ void saveRanks(const Vector<float>& T, const Vector<int>& K, const std::string& 
     table.setValues("optima", K);
     const std::string filename =
         path + (path.empty() || path.back() == '/' ? "" : "/") + "optima.csv";
-    if (!table.save(filename, true)) {
+    if (!table.save(filename, true)) { // a user who looks for the ranks must not find older ones
         raiseFile<FileWriteError>("void BladeAveraging::computeOptimaKnn(...) const",
                                   "Cannot write the table of ranks", filename);
     }

@@ -150,6 +150,7 @@ std::string ExtractContour::process(int)
 
 void ExtractContour::process(const PixelMatrix<float>& image, int slice)
 {
+    // Too small for the frame of the markers, and for a leaf.
     if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
         return;
     }
@@ -161,7 +162,7 @@ void ExtractContour::process(const PixelMatrix<float>& image, int slice)
     }
     curveResampling(outline);
     curveResamplingInverse(outline);
-    if (outline.getSize() == 0) {
+    if (outline.getSize() == 0) { // an item without vertices would pass for a contour
         return;
     }
     contourItem = new ModelItem;

@@ -51,7 +51,9 @@ public:
     /// basin.
     BitPlane applyBeyondFirst(const BitPlane& markers, const BytePlane& gradient);
 
-    // The steps of `apply`, in their order. `Word` is that of a plane whose labels are wide enough.
+    // The steps of `apply`, in their order. `Word` is that of a plane whose labels are wide enough. They
+    // work on planes with a border, and on places in them, so that no neighbour is tested for lying
+    // inside: a matter of speed alone, the result is that of plain queues of pixels.
 
     /// Gives every connected set of marker pixels its label.
     template <class Word>

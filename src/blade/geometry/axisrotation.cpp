@@ -12,6 +12,7 @@ axisRotation(const Vector<float>& a, const Vector<float>& b, AxisAlignment align
     if (!(norms > 0.0f)) {
         return rotation;
     }
+    // Rounding may lead a little beyond 1, where the sine has no value.
     const float cosine = std::clamp(a.scalarProduct(b) / norms, -1.0f, 1.0f);
     float sine = std::sqrt(1.0f - cosine * cosine);
     if (alignment == AxisAlignment::SignedSine && b[0] * a[1] - b[1] * a[0] < 0.0f) {

@@ -65,7 +65,8 @@ float HierarchyIterativeProcess::calculCurvature(const Vector<float>& centre,
     const Vector<float> w = next - centre;
     float theta = u.angle(w);
     if (std::isnan(theta) && u.norm() > 0.0f && w.norm() > 0.0f) {
-        // Of parallel vectors, where rounding led beyond the range of the arc cosine.
+        // Of parallel vectors, where rounding led beyond the range of the arc cosine: a straight
+        // contour has no notch, and not none that could be told.
         theta = u.scalarProduct(w) > 0.0f ? 0.0f : static_cast<float>(3.141592653589793);
     }
     const float value = static_cast<float>(double(theta * 180.0f) / 3.141592653589793);

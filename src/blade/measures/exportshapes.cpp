@@ -13,6 +13,8 @@
 
 namespace {
 
+/// By the library and not by a shell, to which blanks and quotes in a name would be words. A folder
+/// that can't be made ends the export at once.
 void makeDirectory(const std::string& path)
 {
     std::error_code error;
@@ -118,7 +120,7 @@ Curve<float> ExportShapes::toothBetween(int s0, int s1) const
     return tooth;
 }
 
-/// The names of the slices as names of files.
+/// The names of the slices as names of files: no file in another folder, none over another slice's.
 void ExportShapes::nameFiles()
 {
     std::set<std::string> taken;
@@ -188,6 +190,7 @@ Curve<float> ExportShapes::make2Dto3D(const Curve<float>& curve) const
 SquareMatrix<float> ExportShapes::rotationMatrix(const Vector<float>& a,
                                                  const Vector<float>& b) const
 {
+    // In double, since the rounding of a float cosine near 1 is an angle that can be seen.
     const Vector<double> from = a.toType<double>();
     const Vector<double> to = b.toType<double>();
     const double lengths = from.norm() * to.norm();

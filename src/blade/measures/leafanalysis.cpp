@@ -102,6 +102,7 @@ void LeafAnalysis::declareColumns()
 
 std::string LeafAnalysis::process(int slice)
 {
+    // The next free one: a slice that can't be measured leaves no empty row.
     const int row = leafTable.numRows();
     const int firstToothRow = peakTable.numRows();
     getModels(slice);

@@ -22,7 +22,7 @@ ExtractSinusLocalCurvatureConfigEditor::ExtractSinusLocalCurvatureConfigEditor(Q
     angleBox->setSuffix(" degrees");
     angleBox->setAlignment(Qt::AlignRight);
     PieChart* chart = new PieChart;
-    chart->setMinimumSize(45, 45);
+    chart->setMinimumSize(45, 45); // the whole circle, in a narrow window too
 
     QHBoxLayout* angleRow = new QHBoxLayout;
     angleRow->addWidget(angleBox, 1);

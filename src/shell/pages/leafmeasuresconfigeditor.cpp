@@ -45,7 +45,7 @@ void LeafMeasuresConfigEditor::setConfig(const ProjectConfig& project)
     path = project.getProjectPath();
     pathEdit->setText(path);
     kineticEditor->setConfig(project);
-    processButton()->setEnabled(!path.isEmpty());
+    processButton()->setEnabled(!path.isEmpty()); // the project's folder is as good as a chosen one
 }
 
 QString LeafMeasuresConfigEditor::getPrefix() const

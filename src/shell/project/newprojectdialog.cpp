@@ -26,6 +26,7 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
 
     QPushButton* saveButton = new QPushButton(QIcon(":/images/filesave-96.png"), QString());
     saveButton->setAutoDefault(false); // Enter is for "Done"
+    // The button bears the picture of a disk alone, and saves nothing yet.
     saveButton->setToolTip("Choose the project's folder");
     QFormLayout* form = new QFormLayout;
     form->setVerticalSpacing(10);

@@ -14,6 +14,7 @@ AveragingFile::AveragingFile(QWidget* parent)
 {
     setCheckable(true);
     setChecked(false);
+    // The text stands beside the line and is the tool tip of the button without one.
     QToolButton* button = iconButton(":/images/inode-directory-32.png", "Upload file :");
     QHBoxLayout* row = new QHBoxLayout(this);
     row->setSpacing(2);

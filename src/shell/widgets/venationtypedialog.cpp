@@ -21,6 +21,7 @@ VenationTypeDialog::VenationTypeDialog(QWidget* parent)
         buttons->addButton(button, type);
         layout->addWidget(button);
     };
+    // The pictures have no text beside them.
     addChoice(PINNATE, ":/images/pinnate.png", "Pinnate");
     addChoice(PALMATE, ":/images/palmate.png", "Palmate");
     buttons->setExclusive(true);
@@ -29,7 +30,7 @@ VenationTypeDialog::VenationTypeDialog(QWidget* parent)
 
 void VenationTypeDialog::setVenationType(VenationType type)
 {
-    venationType = type;
+    venationType = type; // like a click: what is shown as checked is what is chosen
     if (QAbstractButton* button = buttons->button(type)) {
         button->setChecked(true);
     }
