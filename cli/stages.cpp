@@ -8,11 +8,15 @@
 #include "cli/report.h"
 #include "cli/stackfile.h"
 #include "cli/stagenotes.h"
+#include "image/files/imagereader.h"
+#include "image/pixels/image0.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 #include "stack/stacktovolume.h"
 #include "system/exception.h"
+
+#include <optional>
 
 namespace {
 
@@ -20,18 +24,30 @@ const QStringList channelNames = {"auto", "grey", "red", "green", "blue"};
 const QStringList backgroundNames = {"dark", "light"};
 const QStringList methodNames = {"symmetry", "curvature"};
 
-/// The channel of the images' own colour; grey where colours mix or can't be told.
+/// The channel of the images' own colour; grey where colours mix or can't be told. Images that can't
+/// be read have no say.
 int ownChannel(const LMXStack& stack)
 {
-    try {
-        const ImageColorContent content = stack.colorContent();
-        const bool single = content == ImageColorContent::Red ||
-                            content == ImageColorContent::Green ||
-                            content == ImageColorContent::Blue;
-        return single ? static_cast<int>(content) : 0;
-    } catch (const FileError& error) {
-        throw Failure(describe(error, stack));
+    std::optional<ImageColorContent> content;
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const StackSlice& slice = stack.getSlice(i);
+        ImageColorContent own = ImageColorContent::Unknown;
+        const std::string fault = faultOn(slice, [&] {
+            Image0 image;
+            ImageReader().read(image, slice.getImageSource());
+            own = image.colorContent();
+        });
+        if (!fault.empty()) {
+            continue;
+        }
+        if (own != content.value_or(own)) {
+            return 0;
+        }
+        content = own;
     }
+    const bool single = content == ImageColorContent::Red || content == ImageColorContent::Green ||
+                        content == ImageColorContent::Blue;
+    return single ? static_cast<int>(*content) : 0;
 }
 
 /// Throws `Failure` with the names of file and slice for any error of `work`.

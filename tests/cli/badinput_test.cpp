@@ -40,18 +40,28 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
         maker.rows(16, seven, planes ? 3 : 1);
     }
     folder.write("empty.tif", "");
-    folder.write("text.tif", "no image at all");
     folder.write("text.png", "no image at all");
     folder.write("text.xyz", bytesOf(good));
     fs::create_directory(folder.file("folder.tif"));
-    for (const char* name : {"cmyk.tif", "planes.tif", "empty.tif", "text.tif", "text.png",
-                             "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
-        const std::string out = folder.file("out");
-        fails({"run", "--out", out, "--junctions", table, good, folder.file(name)},
-              folder.file(name) + ": slice " + std::string(fs::path(name).stem()) + ": ");
-        EXPECT_FALSE(fs::exists(out + "/out.sdf")) << name;
-        EXPECT_FALSE(fs::exists(out + "/out_LeafMeasures.data")) << name;
+    // Damage that shows only in the pixels.
+    folder.write("cut.tif", bytesOf(good).substr(0, bytesOf(good).size() * 9 / 10));
+    const Words bad = {"cmyk.tif", "empty.tif",  "text.png",   "text.xyz",  "folder.tif",
+                       "cut.tif",  "absent.tif", "planes.tif", "absent.jpg"};
+    Words run = {"run", "--out", folder.file("out"), "--junctions", table};
+    for (const std::string& name : bad) {
+        run.push_back(folder.file(name));
     }
+    run.push_back(good);
+    const CommandResult result = fails(run, "good has no pixel size");
+    const std::string record = bytesOf(folder.file("out/out_run.json"));
+    for (const std::string& name : bad) {
+        const std::string slice = fs::path(name).stem();
+        EXPECT_TRUE(result.says(folder.file(name) + ": slice " + slice + ": ")) << result.err;
+        EXPECT_NE(record.find("\"slice\": \"" + slice + "\""), std::string::npos) << name;
+    }
+    runs({"run", "--out", folder.file("only"), "--junctions", table, good});
+    EXPECT_EQ(bytesOf(folder.file("out/out_LeafMeasures.data")),
+              bytesOf(folder.file("only/only_LeafMeasures.data")));
 }
 
 TEST(BadInput, DamagedPhotographsNeverGiveHalfALeafSilently)
@@ -96,7 +106,7 @@ TEST(BadInput, AMissingImageCostsOnlyTheStagesThatNeedIt)
     runs({"measure", stack});
     EXPECT_EQ(tableOf(folder.file("s_LeafMeasures.data")).size(), 3u);
     fails({"picture", stack, "--out", folder.file("p")}, gone + ": slice gone: ");
-    EXPECT_TRUE(fs::exists(folder.file("p/a.png")));
+    EXPECT_TRUE(fs::exists(folder.file("p/a_landmarks.png")));
 }
 
 TEST(BadInput, AStackFileCutAnywhereIsRefusedAndNeverChanged)
@@ -146,7 +156,8 @@ TEST(BadInput, AFullDiskLeavesTheOldFilesWhole)
     runs(run);
     runs(picture);
     const auto contents = [&] {
-        return Words{bytesOf(stack), folder.read("o/o_LeafMeasures.data"), folder.read("o/a.png")};
+        return Words{bytesOf(stack), folder.read("o/o_LeafMeasures.data"),
+                     folder.read("o/a_landmarks.png")};
     };
     const Words before = contents();
     const int files = filesIn(folder.file("o"));

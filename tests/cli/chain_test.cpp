@@ -126,7 +126,7 @@ TEST(Chain, NamesWithBlanksQuotesSemicolonsAndLettersOfOtherLanguagesWorkInAnyLo
         EXPECT_EQ(table[1][0], name);
         EXPECT_NE(table[1][2].find('.'), std::string::npos) << table[1][2];
         runs({"picture", out + "/Näme; 1.sdf", "--out", out}, {{"LC_ALL", locale}});
-        EXPECT_TRUE(fs::exists(out + "/" + name + ".png"));
+        EXPECT_TRUE(fs::exists(out + "/" + name + "_landmarks.png"));
     }
 }
 
@@ -193,7 +193,7 @@ TEST(Chain, PicturesShowTheLandmarksInTheirColours)
     const std::string photograph = folder.addLeaf("a");
     runs({"run", "--out", folder.file("o"), "--junctions", folder.writeJunctions(), photograph});
     runs({"picture", folder.file("o/o.sdf"), "--out", folder.file("p")});
-    const QImage picture(QString::fromStdString(folder.file("p/a.png")));
+    const QImage picture(QString::fromStdString(folder.file("p/a_landmarks.png")));
     const QImage plain = asQImage(photograph);
     ASSERT_EQ(picture.size(), plain.size());
     const auto showsNear = [&](leaf::Point at, QColor colour) {

@@ -128,7 +128,8 @@ TEST(StackCommand, TakesEveryKindOfFile)
 
     runs({"picture", path, "--out", folder.file("pictures")});
     for (const auto& slice : expected) {
-        EXPECT_TRUE(std::filesystem::exists(folder.file("pictures/" + slice.first + ".png")))
+        EXPECT_TRUE(
+            std::filesystem::exists(folder.file("pictures/" + slice.first + "_landmarks.png")))
             << slice.first;
     }
 }

@@ -5,9 +5,9 @@
 
 namespace {
 
-const Words subcommands = {"stack",     "contour", "junctions", "sinus", "tips",
-                           "hierarchy", "measure", "average",   "teeth", "landmarks",
-                           "project",   "run",     "picture"};
+const Words subcommands = {"stack",     "contour", "junctions", "sinus",  "tips",
+                           "hierarchy", "measure", "average",   "teeth",  "landmarks",
+                           "project",   "run",     "remove",    "picture"};
 
 } // namespace
 
