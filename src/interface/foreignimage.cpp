@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <locale>
 #include <sstream>
 
@@ -29,16 +30,14 @@ void forEachFrame(const Image2& image, Work work)
 
 using Bounds = std::pair<double, double>;
 
-/// Least and largest of the finite values; equal, and 0, without any. The values are reordered. Where
-/// the thousandth part at each end would take more than half of the range, it is left out.
-Bounds evenBounds(std::vector<double>& values)
+/// The whole range, or without the thousandth part of the values at each end where these would take
+/// more than half of it. The values, a sample of all, are reordered.
+Bounds evenBounds(const Bounds& whole, std::vector<double>& values)
 {
     constexpr std::size_t part = 1000;
     if (values.empty()) {
-        return {0.0, 0.0};
+        return whole;
     }
-    const auto [least, largest] = std::minmax_element(values.begin(), values.end());
-    const Bounds whole(*least, *largest);
     const auto rank = [&values](std::size_t place) {
         const auto at = values.begin() + static_cast<std::ptrdiff_t>(place);
         std::nth_element(values.begin(), at, values.end());
@@ -50,19 +49,28 @@ Bounds evenBounds(std::vector<double>& values)
     return within > 0.0 && whole.second / 2 - whole.first / 2 > 2 * within ? inner : whole;
 }
 
+/// Of the finite values; 0 and 0 without any.
 template <class T>
 Bounds range(const Image2& image)
 {
+    constexpr std::size_t most = std::size_t(1) << 22;
+    const std::size_t step = image.bytes() / sizeof(T) / most + 1;
+    const double infinity = std::numeric_limits<double>::infinity();
+    Bounds whole(infinity, -infinity);
     std::vector<double> values;
     forEachFrame<T>(image, [&](const T* samples, std::size_t count, int, int) {
         for (std::size_t s = 0; s < count; ++s) {
             const double value = static_cast<double>(samples[s]);
             if (std::isfinite(value)) {
-                values.push_back(value);
+                whole.first = std::min(whole.first, value);
+                whole.second = std::max(whole.second, value);
+                if (s % step == 0) {
+                    values.push_back(value);
+                }
             }
         }
     });
-    return evenBounds(values);
+    return whole.first <= whole.second ? evenBounds(whole, values) : Bounds(0.0, 0.0);
 }
 
 /// The samples as bytes; what is no number is 0.
@@ -116,11 +124,13 @@ bool isEven(const std::string& path)
         std::memcpy(&sample, image.getData() + 2 * p, sizeof(sample));
         values[p] = sample;
     }
-    values.push_back(0.0);
-    const double largest = *std::max_element(values.begin(), values.end());
-    values.pop_back();
-    const Bounds bounds = evenBounds(values);
-    return 2 * (bounds.second - bounds.first) >= largest;
+    if (values.empty()) {
+        return true;
+    }
+    const auto [least, largest] = std::minmax_element(values.begin(), values.end());
+    const Bounds whole(*least, *largest);
+    const Bounds bounds = evenBounds(whole, values);
+    return 2 * (bounds.second - bounds.first) >= whole.second;
 }
 
 } // namespace
