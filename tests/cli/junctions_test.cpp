@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
 TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
 {
     LeafFolder folder;
