@@ -4,6 +4,7 @@
 #include "cli/failure.h"
 #include "cli/junctiontable.h"
 #include "cli/outputs.h"
+#include "cli/pixelscale.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
 #include "stack/model.h"
@@ -30,16 +31,23 @@ void placeAll(LMXStack& stack, const JunctionTable& table, Report& report)
     JunctionPlacing placing;
     placing.setStack(stack);
     placing.createModels();
+    bool isScaled = false;
     for (const Junctions& row : table.rows()) {
         const int slice = stack.findSlice(row.slice);
         if (slice < 0) {
             continue;
         }
-        const std::string fault = junctionFault(row, stack.getSlice(slice));
+        const PixelScale scale(stack.getSlice(slice));
+        const JunctionPoints points = scale.toSlice(row);
+        const std::string fault = junctionFault(points, stack.getSlice(slice));
         if (!fault.empty()) {
             throw Failure(table.place(row) + ": " + fault);
         }
-        placing.place(row, slice);
+        placing.place(points, slice);
+        isScaled = isScaled || !scale.isOne();
+    }
+    if (isScaled) {
+        report.note(table.path() + ": " + JunctionTable::scaleNote);
     }
     const std::string strangers = table.strangers(stack);
     if (!strangers.empty()) {
@@ -63,8 +71,9 @@ void proposeAll(LMXStack& stack, const JunctionTable* table, bool replace)
         }
         std::cout << slice.getName();
         if (const std::optional<JunctionPoints> points = JunctionProposal::propose(slice)) {
+            const JunctionPoints inFile = PixelScale(slice).toFile(*points);
             for (int k = 0; k < 2; ++k) {
-                std::cout << "\t" << points->x[k] << "\t" << points->y[k];
+                std::cout << "\t" << inFile.x[k] << "\t" << inFile.y[k];
             }
             placing.place(*points, i);
         } else {

@@ -35,6 +35,11 @@ public:
     /// What to tell of rows for slices that the stack does not have; empty if there are none.
     std::string strangers(const Stack& stack) const;
 
+    /// What to tell, once, where the pixels of a slice are not those of its file.
+    static constexpr const char* scaleNote = "photographs whose pixels are not square are shown "
+                                             "with square ones, and their junctions are "
+                                             "scaled with them";
+
     /// "FILE:LINE: slice NAME".
     std::string place(const Junctions& row) const;
 

@@ -6,6 +6,7 @@
 #include "cli/measures.h"
 #include "cli/outputs.h"
 #include "cli/ownfiles.h"
+#include "cli/pixelscale.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
@@ -129,6 +130,7 @@ struct Placement
     std::string fault;
     std::string place; ///< of the fault
     bool proposed = false;
+    bool isScaled = false; ///< to the slice's square pixels
 };
 
 Placement placementOf(StackSlice& slice, const JunctionTable* table, bool proposes)
@@ -143,9 +145,11 @@ Placement placementOf(StackSlice& slice, const JunctionTable* table, bool propos
         return result;
     }
     if (const Junctions* row = table ? table->find(slice.getName()) : nullptr) {
-        result.points = *row;
+        const PixelScale scale(slice);
+        result.points = scale.toSlice(*row);
         result.place = table->place(*row);
-        result.fault = junctionFault(*row, slice);
+        result.fault = junctionFault(*result.points, slice);
+        result.isScaled = !scale.isOne();
         return result;
     }
     if (proposes) {
@@ -168,6 +172,7 @@ void placeJunctions(
     placing.setStack(stack);
     placing.createModels();
     QJsonArray proposed;
+    bool isScaled = false;
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         StackSlice& slice = stack.getSlice(i);
         if (record.isLeftOut(slice.getName())) {
@@ -181,10 +186,14 @@ void placeJunctions(
             continue;
         }
         placing.place(*placement.points, i);
+        isScaled = isScaled || placement.isScaled;
         if (placement.proposed) {
             proposed.append(QString::fromStdString(slice.getName()));
             report.note(placement.place + ": its junctions are proposed from the contour");
         }
+    }
+    if (isScaled) {
+        report.note(table->path() + ": " + JunctionTable::scaleNote);
     }
     if (proposes) {
         record.addParameters("junctions", {{"proposed for", proposed}});

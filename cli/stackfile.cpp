@@ -6,10 +6,7 @@
 #include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
-#include "image/sources/imagesourcefile.h"
-#include "image/sources/imagesourcefilemosaic.h"
-#include "image/sources/imagesourcetiffstackplane.h"
-#include "image/sources/imagesourcevoxelmatrixfileplane.h"
+#include "image/sources/imagesourcekinds.h"
 #include "stack/stackreader.h"
 #include "stack/stackslice.h"
 #include "stack/stackwriter.h"
@@ -132,27 +129,7 @@ void checkTableNames(const LMXStack& stack)
 
 std::vector<std::string> imageFiles(const StackSlice& slice)
 {
-    std::vector<std::string> files;
-    if (slice.isEmpty()) {
-        return files;
-    }
-    const ImageSource& source = slice.getImageSource();
-    if (const auto* file = dynamic_cast<const ImageSourceFile*>(&source)) {
-        files.push_back(file->getFilename());
-    } else if (const auto* page = dynamic_cast<const ImageSourceTiffStackPlane*>(&source)) {
-        files.push_back(page->getTiffStackFilename());
-    } else if (const auto* plane = dynamic_cast<const ImageSourceVoxelMatrixFilePlane*>(&source)) {
-        files.push_back(plane->getVoxelMatrixFilename());
-    } else if (const auto* mosaic = dynamic_cast<const ImageSourceFileMosaic*>(&source)) {
-        for (int i = 0; i < mosaic->getRows(); ++i) {
-            for (int j = 0; j < mosaic->getCols(); ++j) {
-                if (!mosaic->getFilename(i, j).empty()) {
-                    files.push_back(mosaic->getFilename(i, j));
-                }
-            }
-        }
-    }
-    return files;
+    return slice.isEmpty() ? std::vector<std::string>() : filesOf(slice.getImageSource());
 }
 
 std::string describe(const FileError& error, const Stack& stack)

@@ -176,8 +176,7 @@ void StackBuilder::append(LMXStack& stack, const std::string& photograph)
     case ImageImport::Kind::Pages:
         return appendPages(stack, name, file);
     default:
-        const ImageSourceFile source(file);
-        appendSlice(stack, name, source, source.getPixelCalibration());
+        appendSlice(stack, name, ImageSourceFile(file), ImageImport::statedCalibration(file));
     }
 }
 
@@ -188,7 +187,7 @@ void StackBuilder::appendMosaic(LMXStack& stack, const std::vector<std::string>&
     for (std::size_t i = 0; i < tiles.size(); ++i) {
         const std::string file = imageFile(tiles[i]);
         if (i == 0) {
-            stated = ImageSourceFile(file).getPixelCalibration();
+            stated = ImageImport::statedCalibration(file);
         }
         const int place = static_cast<int>(i);
         mosaic.setFilename(place / columns_, place % columns_, file);
@@ -204,9 +203,10 @@ void StackBuilder::appendPages(LMXStack& stack,
     ImageSourceTiffStackPlane source;
     source.setTiffStackFilename(file);
     const int pages = source.getNumImages();
+    const PixelCalibration stated = ImageImport::statedCalibration(file);
     for (int page = 0; page < pages; ++page) {
         source.setPlane(page);
-        appendSlice(stack, numbered(name, page, pages), source, source.getPixelCalibration());
+        appendSlice(stack, numbered(name, page, pages), source, stated);
     }
 }
 

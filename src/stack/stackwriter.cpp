@@ -3,10 +3,7 @@
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "image/pixels/voxelmatrix.h"
-#include "image/sources/imagesourcefile.h"
-#include "image/sources/imagesourcefilemosaic.h"
-#include "image/sources/imagesourcetiffstackplane.h"
-#include "image/sources/imagesourcevoxelmatrixfileplane.h"
+#include "image/sources/imagesourcekinds.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/pose.h"
@@ -287,36 +284,28 @@ void StackWriter::writeSource(const StackSlice& slice,
         out.write(Keyword::StackSlice, quoted(name), quoted(FileInfo::fileName(file)), plane);
     };
 
-    switch (source.getType()) {
-    case 0: {
-        const std::string& file = static_cast<const ImageSourceFile&>(source).getFilename();
-        enterFolderOf(file);
-        out.write(Keyword::Slice, quoted(name), quoted(FileInfo::fileName(file)));
-        break;
-    }
-    case 1:
-        writeMosaic(out, name, static_cast<const ImageSourceFileMosaic&>(source));
-        break;
-    case 2:
-        writePlane(withoutFinalSeparator(stack.getImagesPath()),
-                   static_cast<const ImageSourceVoxelMatrixBase&>(source).getPlane());
-        break;
-    case 3: {
-        const auto& plane = static_cast<const ImageSourceVoxelMatrixFilePlane&>(source);
-        writePlane(plane.getVoxelMatrixFilename(), plane.getPlane());
-        break;
-    }
-    case 4: {
-        const auto& plane = static_cast<const ImageSourceTiffStackPlane&>(source);
-        writePlane(plane.getTiffStackFilename(), plane.getPlane());
-        break;
-    }
-    case 5:
-        raise<ProgramError>("void StackWriter::writeSlices(const Stack&, const string&, ostream&)",
-                            "A plane of an LSM file has no written form: slice " + name);
-    default:
-        break;
-    }
+    const char* const where =
+        "void StackWriter::writeSlices(const Stack&, const string&, ostream&)";
+    withKind(source, where,
+             Kinds{[&](const ImageSourceFile& file) {
+                       enterFolderOf(file.getFilename());
+                       out.write(Keyword::Slice, quoted(name),
+                                 quoted(FileInfo::fileName(file.getFilename())));
+                   },
+                   [&](const ImageSourceFileMosaic& mosaic) { writeMosaic(out, name, mosaic); },
+                   [&](const ImageSourceVoxelMatrixPlane& plane) {
+                       writePlane(withoutFinalSeparator(stack.getImagesPath()), plane.getPlane());
+                   },
+                   [&](const ImageSourceVoxelMatrixFilePlane& plane) {
+                       writePlane(plane.getVoxelMatrixFilename(), plane.getPlane());
+                   },
+                   [&](const ImageSourceTiffStackPlane& page) {
+                       writePlane(page.getTiffStackFilename(), page.getPlane());
+                   },
+                   [&](const ImageSourceLSMStackPlane&) {
+                       raise<ProgramError>(
+                           where, "A plane of an LSM file has no written form: slice " + name);
+                   }});
 }
 
 void StackWriter::writeModels(const Stack& stack, std::ostream& stream)

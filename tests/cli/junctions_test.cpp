@@ -1,7 +1,14 @@
 #include "cli/commandrunner.h"
 #include "cli/leaffolder.h"
+#include "image/files/imagereader.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
 
 TEST(JunctionTable, IsReadWithItsColumnsInAnyOrderAndItsNumbersRounded)
 {
@@ -92,6 +99,42 @@ TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
     runs({"junctions", stack, folder.writeJunctions()});
     runs({"junctions", stack, folder.file("p.tsv")});
     EXPECT_EQ(bytesOf(stack), proposed);
+}
+
+// A slice shows square pixels; a table counts those of the file.
+TEST(JunctionsCommand, ScalesTheTableWithAPictureWhosePixelsAreNotSquare)
+{
+    LeafFolder folder;
+    Image0 drawn;
+    ImageReader().read(drawn, folder.addLeaf("a"));
+    Image0 tall(drawn.getWidth(), 2 * drawn.getHeight(), drawn.getDepth());
+    for (int i = 0; i < tall.getHeight(); ++i) {
+        std::copy_n(drawn.getPixels()[i / 2], drawn.bytesPerLine(), tall.getPixels()[i]);
+    }
+    ImageHeader header = tall.getHeader();
+    PixelCalibration calibration;
+    calibration.setPixelWidth(1.0F);
+    calibration.setPixelHeight(0.5F);
+    calibration.compute();
+    header.setPixelCalibration(calibration);
+    tall.setHeader(header);
+    std::filesystem::create_directory(folder.file("tall"));
+    ImageWriter().write(tall, folder.file("tall/a.tif"), true);
+    std::vector<std::string> row = tableOf(folder.writeJunctions())[1];
+    std::string table = "Slice_Name\tX1\tY1\tX2\tY2\na";
+    for (std::size_t k = 1; k < 5; ++k) {
+        table += "\t" + std::to_string((k % 2 == 0 ? 2 : 1) * std::lround(std::stod(row[k])));
+    }
+    const auto measuresOf = [&](const std::string& name, const std::string& photograph,
+                                const std::string& junctions) {
+        const CommandResult result = runs({"run", "--out", folder.file(name), "--pixel-width", "3",
+                                           "--name", "s", "--junctions", junctions, photograph});
+        EXPECT_EQ(result.says("photographs whose pixels are not square"), name == "tall-out");
+        return bytesOf(folder.file(name + "/s_LeafMeasures.data"));
+    };
+    EXPECT_EQ(
+        measuresOf("tall-out", folder.file("tall/a.tif"), folder.write("tall.tsv", table + "\n")),
+        measuresOf("out", folder.file("a.tif"), folder.file("junctions.tsv")));
 }
 
 TEST(JunctionsCommand, TellsTheSlicesForWhichNothingIsProposed)

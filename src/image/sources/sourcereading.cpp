@@ -4,12 +4,7 @@
 #include "image/pixels/image0.h"
 #include "image/pixels/voxelmatrix.h"
 #include "image/sources/imagemosaic.h"
-#include "image/sources/imagesourcefile.h"
-#include "image/sources/imagesourcefilemosaic.h"
-#include "image/sources/imagesourcelsmstackplane.h"
-#include "image/sources/imagesourcetiffstackplane.h"
-#include "image/sources/imagesourcevoxelmatrixfileplane.h"
-#include "image/sources/imagesourcevoxelmatrixplane.h"
+#include "image/sources/imagesourcekinds.h"
 #include "system/exception.h"
 
 namespace {
@@ -46,23 +41,8 @@ const PixelMatrix<float>& planeOf(const Volume& volume, int plane, const char* w
 
 void ImageReader::read(Image0& image, const ImageSource& source)
 {
-    if (const auto* file = dynamic_cast<const ImageSourceFile*>(&source)) {
-        read(image, *file);
-    } else if (const auto* mosaic = dynamic_cast<const ImageSourceFileMosaic*>(&source)) {
-        read(image, *mosaic);
-    } else if (const auto* page = dynamic_cast<const ImageSourceTiffStackPlane*>(&source)) {
-        read(image, *page);
-    } else if (const auto* lsm = dynamic_cast<const ImageSourceLSMStackPlane*>(&source)) {
-        read(image, *lsm);
-    } else if (const auto* plane = dynamic_cast<const ImageSourceVoxelMatrixPlane*>(&source)) {
-        read(image, *plane);
-    } else if (const auto* filePlane =
-                   dynamic_cast<const ImageSourceVoxelMatrixFilePlane*>(&source)) {
-        read(image, *filePlane);
-    } else {
-        raise<UsageError>("void ImageReader::read(Image0&, const ImageSource&)",
-                          "Unknown kind of image source");
-    }
+    withKind(source, "void ImageReader::read(Image0&, const ImageSource&)",
+             [&](const auto& kind) { read(image, kind); });
 }
 
 void ImageReader::read(Image0& image, const ImageSourceFile& source)
@@ -146,12 +126,13 @@ void ImageReader::read(Image0& image, const ImageSourceLSMStackPlane& source)
 
 void ImageReader::read(Image2& image, const ImageSource& source)
 {
-    if (const auto* file = dynamic_cast<const ImageSourceFile*>(&source)) {
-        read(image, file->getFilename(), true);
-    } else if (const auto* page = dynamic_cast<const ImageSourceTiffStackPlane*>(&source)) {
-        read(image, page->getTiffStackFilename(), true);
-    } else {
-        raise<UsageError>("void ImageReader::read(Image2&, const ImageSource&)",
-                          "This kind of image source can't be read whole");
-    }
+    const char* const where = "void ImageReader::read(Image2&, const ImageSource&)";
+    withKind(source, where,
+             Kinds{[&](const ImageSourceFile& file) { read(image, file.getFilename(), true); },
+                   [&](const ImageSourceTiffStackPlane& page) {
+                       read(image, page.getTiffStackFilename(), true);
+                   },
+                   [&](const ImageSource&) {
+                       raise<UsageError>(where, "This kind of image source can't be read whole");
+                   }});
 }
