@@ -43,7 +43,8 @@ RoomTable allowedIncludes()
         process + in("blade", {"contour", "landmarks", "hierarchy", "measures", "averages"});
     const Rooms pages = blade + in("shell", {"settings", "widgets"});
     const Rooms shell = pages + in("shell", {"project", "pages", "window"});
-    const Rooms desk = shell + Rooms{"intake", "intake/scale", "findings", "host/document"};
+    const Rooms outside = {"intake", "intake/scale", "findings"};
+    const Rooms desk = shell + outside + Rooms{"host/document"};
     return {
         {"system", {{"numerics"}, none}},
         {"numerics", {{"system"}, {"fftw3"}}},
@@ -90,7 +91,7 @@ RoomTable allowedIncludes()
         {"host/results", {desk, qt}},
         {"host",
          {desk + Rooms{"shell/plugin"} + in("host", {"panels", "editing", "view", "results"}), qt}},
-        {"cli", {shell + Rooms{"intake", "intake/scale", "findings"}, qt}},
+        {"cli", {shell + outside, qt}},
         {"samples", {foundation, {"tiff"}}},
     };
 }
