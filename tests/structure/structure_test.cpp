@@ -39,8 +39,8 @@ RoomTable allowedIncludes()
     const Rooms stack = image + Rooms{"stack"};
     const Rooms document = stack + Rooms{"interface"};
     const Rooms process = document + in("blade", {"geometry", "process"});
-    const Rooms blade =
-        process + in("blade", {"contour", "landmarks", "hierarchy", "measures", "averages"});
+    const Rooms blade = process + in("blade", {"project", "contour", "landmarks", "hierarchy",
+                                               "measures", "averages"});
     const Rooms pages = blade + in("shell", {"settings", "widgets"});
     const Rooms shell = pages + in("shell", {"project", "pages", "window"});
     const Rooms outside = {"intake", "intake/scale", "findings"};
@@ -68,10 +68,11 @@ RoomTable allowedIncludes()
 
         {"blade/geometry", {document, qt}},
         {"blade/process", {document + Rooms{"blade/geometry"}, qt}},
+        {"blade/project", {process, qt}},
         {"blade/contour", {process, qt}},
         {"blade/landmarks", {process, qt}},
         {"blade/hierarchy", {process, qt}},
-        {"blade/measures", {process, qt}},
+        {"blade/measures", {process + Rooms{"blade/project"}, qt}},
         {"blade/averages", {process + Rooms{"blade/measures"}, qt}},
 
         {"shell/settings", {blade, qt}},
@@ -91,7 +92,7 @@ RoomTable allowedIncludes()
         {"host/results", {desk, qt}},
         {"host",
          {desk + Rooms{"shell/plugin"} + in("host", {"panels", "editing", "view", "results"}), qt}},
-        {"cli", {shell + outside, qt}},
+        {"cli", {blade + outside, qt}},
         {"samples", {foundation, {"tiff"}}},
     };
 }
