@@ -68,9 +68,7 @@ Method methodOf(const CommandLine& line)
 void configure(AveragingProcess& process, const CommandLine& line, const ProjectConfig& project)
 {
     process.setVenationType(project.getVenationType());
-    process.setInflection(project.getInflectionPoint());
-    process.setScaling(project.getScaling());
-    process.setStrength(project.getStrengthFactor());
+    process.setGrowth(project.getGrowth());
     process.setKineticParameters(line.isSet("kinetic") || project.kineticIsEnabled());
     process.setSymmetrizationState(!line.isSet("no-symmetry"));
     process.sinusIsEnabled(line.isSet("sinuses"));

@@ -1,26 +1,21 @@
 #include "cli/measures.h"
 
 #include "blade/measures/leafanalysis.h"
+#include "blade/project/projectconfig.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
 #include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
-#include "shell/settings/projectconfig.h"
 #include "stack/stackslice.h"
 
 namespace {
 
 void configure(LeafAnalysis& analysis, const MeasureTarget& target, const ProjectConfig& project)
 {
-    analysis.setProjectName(project.getProjectName());
+    analysis.setFacts(project.getFacts());
     analysis.setVenationType(project.getVenationType());
-    analysis.setSpecie(project.getSpecie());
-    analysis.setGenotype(project.getGenotype());
-    analysis.setGrowthConditions(project.getGrowthCondition());
-    analysis.setInflection(project.getInflectionPoint());
-    analysis.setScaling(project.getScaling());
-    analysis.setStrength(project.getStrengthFactor());
+    analysis.setGrowth(project.getGrowth());
     analysis.setOutputPath(QString::fromStdString(target.folder));
     analysis.setPrefix(QString::fromStdString(target.prefix));
 }

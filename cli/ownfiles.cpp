@@ -1,7 +1,7 @@
 #include "cli/ownfiles.h"
 
+#include "blade/project/projectfile.h"
 #include "cli/failure.h"
-#include "shell/project/projectfile.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"

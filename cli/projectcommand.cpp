@@ -1,3 +1,4 @@
+#include "blade/project/projectfile.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -6,7 +7,6 @@
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
-#include "shell/project/projectfile.h"
 #include "system/fileinfo.h"
 
 #include <QDir>

@@ -1,9 +1,9 @@
 #include "cli/projectoptions.h"
 
+#include "blade/project/projectfile.h"
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/report.h"
-#include "shell/project/projectfile.h"
 
 #include <QFile>
 #include <QMap>

@@ -1,5 +1,5 @@
+#include "blade/project/projectfile.h"
 #include "fuzz/entries.h"
-#include "shell/project/projectfile.h"
 
 #include <cmath>
 

@@ -1,6 +1,7 @@
 // Writes the seeds of the fuzz entries, `fuzz_seeds FOLDER`: small files that hold something of
 // everything that the formats have, made by the writers of the system where these can make them.
 
+#include "blade/project/projectfile.h"
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "image/pixels/image2.h"
@@ -8,7 +9,6 @@
 #include "image/sources/imagesourcevoxelmatrixfileplane.h"
 #include "shape/meshes/quadmesh.h"
 #include "shape/meshes/trimesh.h"
-#include "shell/project/projectfile.h"
 #include "stack/stackwriter.h"
 #include "support/stacks.h"
 #include "support/tiffs.h"

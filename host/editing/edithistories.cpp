@@ -5,33 +5,10 @@
 #include "host/editing/segmentationnotes.h"
 #include "host/editing/sliceedit.h"
 #include "interface/lmxstack.h"
-#include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"
 
 #include <algorithm>
-
-namespace {
-
-std::vector<const void*> itemsOf(const StackSlice& slice)
-{
-    std::vector<const void*> items;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        items.push_back(&slice.getItem(i));
-    }
-    return items;
-}
-
-std::vector<const void*> modelsOf(const LMXStack& stack)
-{
-    std::vector<const void*> models;
-    for (int i = 0; i < stack.getNumModels(); ++i) {
-        models.push_back(&stack.getModel(i));
-    }
-    return models;
-}
-
-} // namespace
 
 EditHistories::EditHistories(LMXRootMediator& mediator, QObject* parent)
     : QObject(parent)
@@ -93,7 +70,7 @@ bool EditHistories::step(int slice, bool back)
     }
     --applying_;
     tracks_[&edited].steps += back ? -1 : 1;
-    noteLists(edited);
+    noteRevisions(edited);
     restoreSavedFlag();
     emit changed();
     return true;
@@ -117,7 +94,7 @@ void EditHistories::finish(StackSlice& slice)
 {
     --applying_;
     if (tracks_.count(&slice) > 0) {
-        noteLists(slice);
+        noteRevisions(slice);
         emit changed();
     }
 }
@@ -126,6 +103,9 @@ void EditHistories::record(StackSlice& slice, std::unique_ptr<SliceEdit> edit)
 {
     edit->finish();
     LMXActionHistory& steps = mediator_.stack()->sliceHistory(slice);
+    if (tracks_.count(&slice) == 0) {
+        steps.clear(); // of a slice that was out of the stack since
+    }
     steps.openStep();
     steps.push(edit.release(), false);
     steps.closeStep();
@@ -136,17 +116,17 @@ void EditHistories::record(StackSlice& slice, std::unique_ptr<SliceEdit> edit)
     ++track.steps;
 }
 
-void EditHistories::noteLists(StackSlice& slice)
+void EditHistories::noteRevisions(StackSlice& slice)
 {
-    tracks_[&slice].items = itemsOf(slice);
-    models_ = modelsOf(*mediator_.stack());
+    tracks_[&slice].revision = slice.revision();
+    revision_ = mediator_.stack()->revision();
 }
 
 void EditHistories::endIfChanged(StackSlice& slice)
 {
-    if (modelsOf(*mediator_.stack()) != models_) {
+    if (mediator_.stack()->revision() != revision_) {
         end();
-    } else if (tracks_[&slice].items != itemsOf(slice)) {
+    } else if (tracks_[&slice].revision != slice.revision()) {
         endSlice(&slice);
     }
 }
@@ -162,11 +142,16 @@ void EditHistories::endSlice(StackSlice* slice)
 
 void EditHistories::end()
 {
-    while (!tracks_.empty()) {
-        endSlice(tracks_.begin()->first);
+    LMXStack* const stack = mediator_.stack();
+    for (int i = 0; stack && i < stack->getNumSlices(); ++i) {
+        endSlice(&stack->getSlice(i));
+    }
+    if (!tracks_.empty()) { // slices that are gone, and their histories with them
+        tracks_.clear();
+        savedReachable_ = false;
+        emit changed();
     }
     presences_.clear();
-    models_.clear();
 }
 
 std::shared_ptr<ModelPresence> EditHistories::findPresence(const std::string& name) const

@@ -8,7 +8,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 class LMXActionHistory;
 class LMXRootMediator;
@@ -21,8 +20,8 @@ class StackSlice;
 /// The edits by hand in the histories of the slices, and who else changed the document meanwhile.
 ///
 /// The actions of a history point to items and models. Whoever else changes these ends the histories
-/// concerned: by the event that tells it, and, since some processes delete without a word, by a look
-/// at the lists before each step back or forth. So no action touches what is gone.
+/// concerned: by the event that tells it, and, since some processes delete without a word, by the
+/// revisions of the lists before each step back or forth. So no action touches what is gone.
 ///
 /// A stack that undo or redo brings back to the state in which it was saved is unmodified again.
 class EditHistories : public QObject, public LMXEventClient
@@ -73,7 +72,7 @@ private:
     /// What is known of a slice that has a history.
     struct Track
     {
-        std::vector<const void*> items;
+        unsigned int revision = 0; // of its items, after the last edit
         int steps = 0;
         int savedSteps = 0;
     };
@@ -83,7 +82,7 @@ private:
     void finish(StackSlice& slice);
     void record(StackSlice& slice, std::unique_ptr<SliceEdit> edit);
     bool step(int slice, bool back);
-    void noteLists(StackSlice& slice);
+    void noteRevisions(StackSlice& slice);
     void endIfChanged(StackSlice& slice);
     void endSlice(StackSlice* slice);
     void foreignItemChange(LMXModelItemEvent& event);
@@ -93,7 +92,7 @@ private:
 
     LMXRootMediator& mediator_;
     std::map<StackSlice*, Track> tracks_;
-    std::vector<const void*> models_;
+    unsigned int revision_ = 0; // of the lists of the stack, after the last edit
     std::map<std::string, std::weak_ptr<ModelPresence>> presences_;
     int applying_ = 0;
     bool savedReachable_ = false;

@@ -2,9 +2,9 @@
 
 #include "blade/geometry/measureunit.h"
 #include "blade/measures/leafanalysis.h"
+#include "blade/project/projectconfig.h"
 #include "interface/lmxstack.h"
 #include "interface/stackbuilder.h"
-#include "shell/settings/projectconfig.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -12,14 +12,6 @@
 namespace {
 
 const std::string nameColumn = "Slice_Name";
-
-void configure(LeafAnalysis& analysis, const ProjectConfig& project)
-{
-    analysis.setVenationType(project.getVenationType());
-    analysis.setStrength(project.getStrengthFactor());
-    analysis.setInflection(project.getInflectionPoint());
-    analysis.setScaling(project.getScaling());
-}
 
 std::vector<std::string> slicesWithoutPixelSize(const LMXStack& stack)
 {
@@ -37,7 +29,8 @@ std::vector<std::string> slicesWithoutPixelSize(const LMXStack& stack)
 void MeasureTables::measure(LMXStack& stack, const ProjectConfig& project)
 {
     LeafAnalysis analysis;
-    configure(analysis, project);
+    analysis.setVenationType(project.getVenationType());
+    analysis.setGrowth(project.getGrowth());
     analysis.setStack(stack);
     Part leaves;
     Part teeth;

@@ -1,12 +1,12 @@
 #include "host/results/resultswindow.h"
 
+#include "blade/project/projectfile.h"
 #include "host/document/documentfiles.h"
 #include "host/document/lmxrootmediator.h"
 #include "host/results/averagespage.h"
 #include "host/results/plotpage.h"
 #include "host/results/resulttableview.h"
 #include "interface/lmxstack.h"
-#include "shell/project/projectfile.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "blade/project/projectconfig.h"
 #include "host/results/measuretables.h"
 #include "interface/lmxeventclient.h"
-#include "shell/settings/projectconfig.h"
 
 #include <QList>
 #include <QMainWindow>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "stack/stackslice.h"
+
 #include <QObject>
 #include <QString>
 
@@ -12,7 +14,7 @@ class LMXActionList;
 
 /// Steps of actions that can be undone and redone, without limit. A step is opened, filled and
 /// closed; undo and redo are not called while one is open.
-class LMXActionHistory : public QObject
+class LMXActionHistory : public QObject, public SliceCompanion
 {
     Q_OBJECT
 

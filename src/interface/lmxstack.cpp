@@ -56,17 +56,18 @@ bool LMXStack::write(const std::string& path)
 
 LMXActionHistory& LMXStack::sliceHistory(StackSlice& slice)
 {
-    std::unique_ptr<LMXActionHistory>& history = sliceHistories[&slice];
-    if (!history) {
-        history = std::make_unique<LMXActionHistory>();
+    if (!slice.getCompanion()) {
+        slice.setCompanion(std::make_unique<LMXActionHistory>());
     }
-    return *history;
+    return dynamic_cast<LMXActionHistory&>(*slice.getCompanion());
 }
 
 void LMXStack::destroyHistory()
 {
     history_->clear();
-    sliceHistories.clear();
+    for (int i = 0; i < getNumSlices(); ++i) {
+        getSlice(i).setCompanion(nullptr);
+    }
 }
 
 void LMXStack::updateReconstruction()

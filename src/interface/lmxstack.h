@@ -7,7 +7,6 @@
 
 #include <QObject>
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -44,7 +43,7 @@ public:
 
     LMXActionHistory& history() { return *history_; }
 
-    /// The slice's own history, made at the first request.
+    /// The slice's own history, made at the first request; it ends with the slice.
     LMXActionHistory& sliceHistory(StackSlice& slice);
 
     /// Forgets all steps of the stack and of its slices.
@@ -101,7 +100,6 @@ private:
     bool modified_ = false;
     StackReconstruction<float> reconstruction;
     std::unique_ptr<LMXActionHistory> history_;
-    std::map<StackSlice*, std::unique_ptr<LMXActionHistory>> sliceHistories;
     std::unique_ptr<LMXImageServer> panoramaImageServer;
     bool inRegistration_ = false;
     std::unique_ptr<LMXRawImageCache> rawImageCache;

@@ -55,6 +55,7 @@ void ModelItemOwner::addItem(ModelItem& item, int place)
     item.owners_.reserve(owners.size() + 1);
     items_.insert(items_.begin() + place, &item);
     item.owners_.push_back(this);
+    ++revision_;
 }
 
 int ModelItemOwner::findItem(const ModelItem& item) const
@@ -72,6 +73,7 @@ void ModelItemOwner::removeItem(ModelItem& item)
     }
     owners.erase(link);
     items_.erase(std::find(items_.begin(), items_.end(), &item));
+    ++revision_;
 }
 
 void ModelItemOwner::removeAllItems()
@@ -81,6 +83,7 @@ void ModelItemOwner::removeAllItems()
         owners.erase(std::find(owners.begin(), owners.end(), this));
     }
     items_.clear();
+    ++revision_;
 }
 
 ModelItem* ModelItemOwner::getSelectedItem() const
@@ -134,6 +137,7 @@ void ModelItemOwner::sort()
     for (std::size_t i = 0; i < items.size(); ++i) {
         items_[i] = items[i].second;
     }
+    ++revision_;
 }
 
 std::vector<ModelItem*> ModelItemOwner::intersection(const ModelItemOwner& other) const

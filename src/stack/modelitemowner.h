@@ -17,6 +17,9 @@ public:
     ModelItemOwner& operator=(const ModelItemOwner&) = delete;
     virtual ~ModelItemOwner();
 
+    /// Counts the changes of the list: equal counts mean that nobody changed it.
+    unsigned int revision() const { return revision_; }
+
     int getNumItems() const { return static_cast<int>(items_.size()); }
 
     ModelItem& getItem(int i) { return *items_[static_cast<std::size_t>(i)]; }
@@ -60,4 +63,5 @@ public:
 
 private:
     std::vector<ModelItem*> items_;
+    unsigned int revision_ = 0;
 };

@@ -127,6 +127,7 @@ void Stack::addSlice(StackSlice& slice, int index)
 {
     if (findSlice(slice) < 0) {
         slices.insert(slices.begin() + index, &slice);
+        ++revision_;
     }
 }
 
@@ -146,6 +147,7 @@ void Stack::removeSlice(int i)
 {
     keepPositionBehind(i);
     slices.erase(slices.begin() + i);
+    ++revision_;
 }
 
 void Stack::deleteSlice(int i)
@@ -174,6 +176,7 @@ void Stack::addModel(Model& model, int index)
 {
     if (findModel(model) < 0) {
         models.insert(models.begin() + index, &model);
+        ++revision_;
     }
     for (int i = 0; i < model.getNumItems(); ++i) {
         model.getItem(i).attachToSlice();
@@ -190,12 +193,14 @@ void Stack::removeModel(Model& model)
         model.getItem(i).detachFromSlice();
     }
     models.erase(models.begin() + index);
+    ++revision_;
 }
 
 void Stack::deleteModel(int i)
 {
     const Model* model = &getModel(i);
     models.erase(models.begin() + i);
+    ++revision_;
     delete model;
 }
 
@@ -267,6 +272,7 @@ std::vector<CalibrationCurve*> Stack::calibrationCurves() const
 
 void Stack::clear()
 {
+    ++revision_;
     destroyAll(slices);
     destroyAll(models);
     destroyAll(standardImages);

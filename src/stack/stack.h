@@ -86,6 +86,10 @@ public:
 
     void setLastRegisteredSlice(const std::string& sliceName) { lastRegisteredSlice = sliceName; }
 
+    /// Counts the changes of the lists of slices and models: equal counts mean that nobody changed
+    /// either.
+    unsigned int revision() const { return revision_; }
+
     int getNumSlices() const { return static_cast<int>(slices.size()); }
 
     /// Index of the first slice of this name, or -1.
@@ -222,6 +226,7 @@ private:
     VoxelCalibration voxelCalibration() const;
     void keepPositionBehind(int i);
 
+    unsigned int revision_ = 0;
     std::vector<StackSlice*> slices;
     float defaultSliceSpacing = 0.0f;
     PixelCalibration defaultPixelCalibration;

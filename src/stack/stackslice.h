@@ -4,10 +4,19 @@
 #include "stack/registration.h"
 #include "stack/slice.h"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 class CalibrationCurve;
 class Stack;
+
+/// What somebody keeps with a slice, and what ends with it: the history of its edits.
+class SliceCompanion
+{
+public:
+    virtual ~SliceCompanion() = default;
+};
 
 /// One image of a stack, with the items drawn on it and its place among the other slices.
 ///
@@ -19,10 +28,10 @@ class StackSlice : public Slice, public ModelItemOwner
 public:
     StackSlice() = default;
 
-    /// The copy has no stack and no items; all else is copied.
+    /// The copy has no stack, no items and no companion; all else is copied.
     StackSlice(const StackSlice& other);
 
-    /// Keeps the stack and the items of this slice, takes all else.
+    /// Keeps the stack, the items and the companion of this slice, takes all else.
     StackSlice& operator=(const StackSlice& other);
 
     /// Null until set. Not owned.
@@ -72,6 +81,11 @@ public:
 
     void removeCalibrationCurve() {}
 
+    /// Null until set. Destroyed with the slice, before its items.
+    SliceCompanion* getCompanion() const { return companion.get(); }
+
+    void setCompanion(std::unique_ptr<SliceCompanion> value) { companion = std::move(value); }
+
     /// Writes a summary to the standard output, for debugging.
     void print(const std::string& indent = "") const;
 
@@ -88,4 +102,5 @@ private:
     bool relativePosition = true;
     bool defaultPosition = true;
     Registration registration;
+    std::unique_ptr<SliceCompanion> companion;
 };

@@ -275,6 +275,14 @@ TEST_F(SliceEditorTest, ForeignChangesEndTheHistoriesConcerned)
     delete leaf::findItem(stack(), "Petiole", 1);
     expectEnded({1}, "an item that went without a word");
 
+    // The slice had the same items at the same addresses again, and the change went unseen.
+    editor.addLandmark(0, "Secondary Peak", {100, 100});
+    ModelItem& last = stack().getSlice(0).getItem(stack().getSlice(0).getNumItems() - 1);
+    last.detach();
+    last.removeVertex(0);
+    last.attach();
+    expectEnded({0}, "an item that changed without a word");
+
     editor.addLandmark(0, "Secondary Peak", {100, 100});
     editor.undo(0);
     mediator.close();

@@ -13,6 +13,8 @@
 #include "support/stacks.h"
 #include "support/temporaryfolder.h"
 
+#include <QPointer>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -209,4 +211,9 @@ TEST(LMXStack, KeepsOneHistoryForItselfAndOneForEachSlice)
     on.stack.destroyHistory();
     EXPECT_FALSE(on.stack.history().isUndoable());
     EXPECT_FALSE(on.stack.sliceHistory(on.slice()).isUndoable());
+
+    // A history outlived its slice, and the next slice at that address got it.
+    const QPointer<LMXActionHistory> ended = &on.stack.sliceHistory(on.slice());
+    on.stack.deleteSlice(1);
+    EXPECT_TRUE(ended.isNull());
 }

@@ -39,11 +39,12 @@ RoomTable allowedIncludes()
     const Rooms stack = image + Rooms{"stack"};
     const Rooms document = stack + Rooms{"interface"};
     const Rooms process = document + in("blade", {"geometry", "process"});
-    const Rooms blade =
-        process + in("blade", {"contour", "landmarks", "hierarchy", "measures", "averages"});
+    const Rooms blade = process + in("blade", {"project", "contour", "landmarks", "hierarchy",
+                                               "measures", "averages"});
     const Rooms pages = blade + in("shell", {"settings", "widgets"});
     const Rooms shell = pages + in("shell", {"project", "pages", "window"});
-    const Rooms desk = shell + Rooms{"intake", "intake/scale", "findings", "host/document"};
+    const Rooms outside = {"intake", "intake/scale", "findings"};
+    const Rooms desk = shell + outside + Rooms{"host/document"};
     return {
         {"system", {{"numerics"}, none}},
         {"numerics", {{"system"}, {"fftw3"}}},
@@ -67,10 +68,11 @@ RoomTable allowedIncludes()
 
         {"blade/geometry", {document, qt}},
         {"blade/process", {document + Rooms{"blade/geometry"}, qt}},
+        {"blade/project", {process, qt}},
         {"blade/contour", {process, qt}},
         {"blade/landmarks", {process, qt}},
         {"blade/hierarchy", {process, qt}},
-        {"blade/measures", {process, qt}},
+        {"blade/measures", {process + Rooms{"blade/project"}, qt}},
         {"blade/averages", {process + Rooms{"blade/measures"}, qt}},
 
         {"shell/settings", {blade, qt}},
@@ -90,7 +92,7 @@ RoomTable allowedIncludes()
         {"host/results", {desk, qt}},
         {"host",
          {desk + Rooms{"shell/plugin"} + in("host", {"panels", "editing", "view", "results"}), qt}},
-        {"cli", {shell + Rooms{"intake", "intake/scale", "findings"}, qt}},
+        {"cli", {blade + outside, qt}},
         {"samples", {foundation, {"tiff"}}},
     };
 }

@@ -1,11 +1,11 @@
 // Pictures of the windows, as they look without a display.
 
+#include "blade/project/projectconfig.h"
 #include "guide/drawing.h"
 #include "guide/figures.h"
 #include "guide/leafview.h"
 #include "interface/lmxstack.h"
 #include "shell/project/newprojectdialog.h"
-#include "shell/settings/projectconfig.h"
 #include "shell/widgets/helpbrowser.h"
 #include "shell/widgets/piechart.h"
 #include "shell/widgets/stagepage.h"

@@ -73,8 +73,10 @@ void AveragingProcess::initializationMeasure(Matrix<float>& measures)
         const float width = stack->getSlice(i).getPixelCalibration().getPixelWidth();
         const float length = lengthLeaf(junctions, apexIndex()) * width;
         measures[lengthRow][i] = length;
-        measures[ageRow][i] =
-            kinetic ? Convert2Age().computeAgeHours(length, strength, inflection, scaling) : 0.0f;
+        measures[ageRow][i] = kinetic
+                                  ? Convert2Age().computeAgeHours(length, growth.strength,
+                                                                  growth.inflection, growth.scaling)
+                                  : 0.0f;
     }
 }
 
@@ -139,9 +141,7 @@ void AveragingProcess::setUpAveraging(BladeAveraging& averaging) const
     averaging.setEnd(end);
     averaging.setSteps(steps);
     if (kinetic) {
-        averaging.setInflection(inflection);
-        averaging.setScaling(scaling);
-        averaging.setStrength(strength);
+        averaging.setGrowth(growth);
     }
 }
 

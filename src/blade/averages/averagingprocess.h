@@ -1,6 +1,7 @@
 #pragma once
 
 #include "blade/geometry/axisrotation.h"
+#include "blade/geometry/growthcurve.h"
 #include "blade/process/modelsmanager.h"
 #include "numerics/matrix.h"
 
@@ -91,12 +92,13 @@ public:
     /// The sort key is age rather than length.
     void setKineticParameters(bool enabled) { kinetic = enabled; }
 
-    // The growth curve, see `Convert2Age`.
-    void setStrength(float value) { strength = value; }
+    void setGrowth(const GrowthCurve& curve) { growth = curve; }
 
-    void setInflection(float days) { inflection = days; }
+    void setStrength(float value) { growth.strength = value; }
 
-    void setScaling(float length) { scaling = length; }
+    void setInflection(float days) { growth.inflection = days; }
+
+    void setScaling(float length) { growth.scaling = length; }
 
     /// How axes are turned where leaves are placed or made symmetric.
     void setAlignment(AxisAlignment value) { alignment = value; }
@@ -256,9 +258,7 @@ private:
     float steps = 0.0f;
     int averagesNumber = 0;
     bool kinetic = false;
-    float strength = 0.0f;
-    float inflection = 0.0f;
-    float scaling = 0.0f;
+    GrowthCurve growth;
     AxisAlignment alignment = AxisAlignment::PositiveSine;
     Vector<float> userLimits;
 };

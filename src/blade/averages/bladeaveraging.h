@@ -1,6 +1,7 @@
 #pragma once
 
 #include "blade/geometry/axisrotation.h"
+#include "blade/geometry/growthcurve.h"
 #include "numerics/matrix.h"
 #include "shape/curves/curve.h"
 
@@ -18,11 +19,13 @@
 class BladeAveraging
 {
 public:
-    void setStrength(float value) { strength = value; }
+    void setGrowth(const GrowthCurve& curve) { growth = curve; }
 
-    void setInflection(float days) { inflection = days; }
+    void setStrength(float value) { growth.strength = value; }
 
-    void setScaling(float length) { scaling = length; }
+    void setInflection(float days) { growth.inflection = days; }
+
+    void setScaling(float length) { growth.scaling = length; }
 
     void setNumberOfAverages(int number) { numberOfAverages = number; }
 
@@ -124,9 +127,7 @@ private:
     Curve<float> placed(const Curve<float>& curve) const;
     Curve<float> averageOfBin(const std::vector<const Curve<float>*>& leaves) const;
 
-    float strength = 0.0f;
-    float inflection = 0.0f;
-    float scaling = 0.0f;
+    GrowthCurve growth;
     int numberOfAverages = 0;
     float begin = 0.0f;
     float end = 0.0f;

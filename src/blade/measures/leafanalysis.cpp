@@ -65,7 +65,7 @@ void LeafAnalysis::declareColumns()
                             "Blade_Width(BB)", "Blade_Area", "Blade_Perimeter", "HullPerimeter",
                             "HullArea", "Petiole_Width", "LeafDI", "aHullDI", "DI",
                             "Upper_Peak_Number", "Lower_Peak_Number", "Blade_Width(IS)"});
-        if (venation == PALMATE) {
+        if (venationType == PALMATE) {
             declare(leafTable, {"Terminal_Peak_Number"});
         }
         declare(leafTable, {"Total_Peak_Number"});
@@ -137,7 +137,8 @@ LeafAnalysis::measureLeaf(int row, int slice, const Vector<int>& junctions, int 
     leaf.name = picture.getName();
     leaf.calibration = w;
     leaf.length = lengthLeaf(junctions, apexPosition) * w;
-    leaf.ageDays = Convert2Age().computeAgeDay(leaf.length, strength, inflection, scaling);
+    leaf.ageDays = Convert2Age().computeAgeDay(leaf.length, growth.strength, growth.inflection,
+                                               growth.scaling);
     leaf.boundingWidth = computeDistanceProjectionWidth(junctions, apexPosition) * w;
     leaf.area = computeAreaLeaf(junctions, *contour) * w * w;
     leaf.perimeter = computeBladePerimeter(junctions) * w;
@@ -177,7 +178,7 @@ void LeafAnalysis::writeToothCounts(int row,
     leaf.upperTeeth = std::max(upper - 1, 0);
     leaf.lowerTeeth = std::max(lower - 1, 0);
     const bool hasSinuses = sinuses.getSize() != 0;
-    const int terminal = venation == PALMATE && hasSinuses ? 1 : 0;
+    const int terminal = venationType == PALMATE && hasSinuses ? 1 : 0;
 
     leafTable.setValue<int>("Upper_Peak_Number", row, leaf.upperTeeth);
     leafTable.setValue<int>("Lower_Peak_Number", row, leaf.lowerTeeth);
@@ -186,7 +187,7 @@ void LeafAnalysis::writeToothCounts(int row,
     if (hasSinuses) {
         leafTable.setValue<float>("Blade_Width(IS)", row, leaf.sinusWidth);
     }
-    if (venation == PALMATE) {
+    if (venationType == PALMATE) {
         leafTable.setValue<int>("Terminal_Peak_Number", row, terminal);
     }
     leafTable.setValue<int>("Total_Peak_Number", row, leaf.upperTeeth + leaf.lowerTeeth + terminal);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "blade/geometry/growthcurve.h"
 #include "blade/process/modelsmanager.h"
+#include "blade/project/leaffacts.h"
 #include "system/dataset.h"
 
 #include <QString>
@@ -26,36 +28,36 @@ public:
 
     void setPrefix(const QString& text) { prefix = text.toUtf8().toStdString(); }
 
-    // The facts of the project; they do not stand in the tables.
-    void setProjectName(const QString& name) { projectName = name; }
+    /// The facts of the project; they do not stand in the tables.
+    void setFacts(const LeafFacts& value) { facts = value; }
 
-    const QString& getProjectName() const { return projectName; }
+    void setProjectName(const QString& name) { facts.projectName = name; }
 
-    void setSpecie(const QString& name) { specie = name; }
+    const QString& getProjectName() const { return facts.projectName; }
 
-    const QString& getSpecie() const { return specie; }
+    void setSpecie(const QString& name) { facts.specie = name; }
 
-    void setGenotype(const QString& name) { genotype = name; }
+    const QString& getSpecie() const { return facts.specie; }
 
-    const QString& getGenotype() const { return genotype; }
+    void setGenotype(const QString& name) { facts.genotype = name; }
 
-    void setLeafGroup(const QString& name) { leafGroup = name; }
+    const QString& getGenotype() const { return facts.genotype; }
 
-    const QString& getLeafGroup() const { return leafGroup; }
+    void setLeafGroup(const QString& name) { facts.leafGroup = name; }
 
-    void setGrowthConditions(const QString& text) { growthConditions = text; }
+    const QString& getLeafGroup() const { return facts.leafGroup; }
 
-    const QString& getGrowthConditions() const { return growthConditions; }
+    void setGrowthConditions(const QString& text) { facts.growthCondition = text; }
 
-    void setVenationType(VenationType type) { venation = type; }
+    const QString& getGrowthConditions() const { return facts.growthCondition; }
 
-    // The growth curve that turns a blade length into an age: exponent, time of half length in
-    // days, final length in the stack's unit.
-    void setStrength(float value) { strength = value; }
+    void setGrowth(const GrowthCurve& curve) { growth = curve; }
 
-    void setInflection(float days) { inflection = days; }
+    void setStrength(float value) { growth.strength = value; }
 
-    void setScaling(float length) { scaling = length; }
+    void setInflection(float days) { growth.inflection = days; }
+
+    void setScaling(float length) { growth.scaling = length; }
 
     /// Measures all slices, saves both tables over those of an earlier run, and tells "Analysis is
     /// complete", or which table can't be written; `isSaved` tells the same to a caller.
@@ -169,15 +171,8 @@ private:
 
     std::string outputPath;
     std::string prefix;
-    QString projectName;
-    QString specie;
-    QString genotype;
-    QString leafGroup;
-    QString growthConditions;
-    VenationType venation = PINNATE;
-    float strength = 0.0f;
-    float inflection = 0.0f;
-    float scaling = 0.0f;
+    LeafFacts facts;
+    GrowthCurve growth;
     DataSet leafTable;
     DataSet peakTable;
     bool saved = false;

@@ -51,7 +51,7 @@ void LeafAnalysis::measureTeeth(int firstRow,
         const int position = upper.getSize() - j;
         write(position, "upper", upper[j - 1], upper[j], tip, upper[j]);
     }
-    if (venation == PALMATE) {
+    if (venationType == PALMATE) {
         // A half without a sinus gives its end of the contour in the middle of the petiole.
         const int s0 = upper.getSize() != 0 ? upper[upper.getSize() - 1] : 0;
         const int s1 = lower.getSize() != 0 ? lower[0] : end;
@@ -91,7 +91,7 @@ void LeafAnalysis::writeTooth(int row,
                               float fromTheTip)
 {
     const float w = leaf.calibration;
-    const int terminal = venation == PALMATE ? 1 : 0;
+    const int terminal = venationType == PALMATE ? 1 : 0;
     const Curve<float> chain = toothChain(s0, s1);
     Curve<float> polygon = chain;
     polygon.detach();

@@ -1,8 +1,8 @@
 #include "shell/project/newproject.h"
 
+#include "blade/project/projectfile.h"
 #include "interface/lmxstack.h"
 #include "shell/project/newprojectdialog.h"
-#include "shell/project/projectfile.h"
 
 void NewProject::newProject()
 {

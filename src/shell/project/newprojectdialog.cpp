@@ -1,6 +1,6 @@
 #include "shell/project/newprojectdialog.h"
 
-#include "shell/settings/projectconfig.h"
+#include "blade/project/projectconfig.h"
 #include "shell/widgets/kineticparametersconfigeditor.h"
 #include "shell/widgets/venationtypedialog.h"
 

@@ -1,7 +1,7 @@
 #include "shell/project/projectloader.h"
 
-#include "shell/project/projectfile.h"
-#include "shell/settings/projectconfig.h"
+#include "blade/project/projectconfig.h"
+#include "blade/project/projectfile.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

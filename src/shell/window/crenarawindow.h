@@ -1,11 +1,11 @@
 #pragma once
 
 #include "blade/process/stagegates.h"
+#include "blade/project/projectconfig.h"
 #include "shell/settings/extractsinuslocalcurvatureconfig.h"
 #include "shell/settings/hierarchyarabidoconfig.h"
 #include "shell/settings/hierarchyiterativeconfig.h"
 #include "shell/settings/nohierarchyconfig.h"
-#include "shell/settings/projectconfig.h"
 #include "system/progressmonitor.h"
 
 #include <QDialog>

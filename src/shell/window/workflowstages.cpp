@@ -284,12 +284,8 @@ void CrenaraWindow::runLeafMeasures()
 {
     LeafAnalysis process;
     process.setVenationType(__projectConfig.getVenationType());
-    process.setSpecie(__projectConfig.getSpecie());
-    process.setGenotype(__projectConfig.getGenotype());
-    process.setGrowthConditions(__projectConfig.getGrowthCondition());
-    process.setInflection(__projectConfig.getInflectionPoint());
-    process.setScaling(__projectConfig.getScaling());
-    process.setStrength(__projectConfig.getStrengthFactor());
+    process.setFacts(__projectConfig.getFacts());
+    process.setGrowth(__projectConfig.getGrowth());
     process.setOutputPath(measuresPage->getOutputPath());
     process.setPrefix(measuresPage->getPrefix());
     process.setStack(*stack);
@@ -312,9 +308,7 @@ bool CrenaraWindow::fillAveragingPage()
     AveragingProcess process;
     process.setStack(*stack);
     process.setKineticParameters(kineticParametersEnabled);
-    process.setInflection(__projectConfig.getInflectionPoint());
-    process.setScaling(__projectConfig.getScaling());
-    process.setStrength(__projectConfig.getStrengthFactor());
+    process.setGrowth(__projectConfig.getGrowth());
     Matrix<float> measures;
     QString fault;
     float smallest = 0.0f; // of what the averages go by, lengths or ages, where that is a number
@@ -373,9 +367,7 @@ void CrenaraWindow::runAveraging()
     // The page keeps the last click on the peaks, though their box is cleared with that of the sinuses.
     process.peakIsEnabled(averagingPage->getPrimarySinusCheck() &&
                           averagingPage->getPrimaryPeaksCheck());
-    process.setInflection(__projectConfig.getInflectionPoint());
-    process.setScaling(__projectConfig.getScaling());
-    process.setStrength(__projectConfig.getStrengthFactor());
+    process.setGrowth(__projectConfig.getGrowth());
     process.setResamplingPointsNumber(averagingPage->getResamplingPointsNumber());
     process.setMinimaToothHeight(averagingPage->getMinimaToothHeight());
     process.setOutPath(outputPath.toStdString() + "/");

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "blade/geometry/growthcurve.h"
 #include "blade/process/venationtype.h"
+#include "blade/project/leaffacts.h"
 
 #include <QString>
 
@@ -22,17 +24,20 @@ public:
 
     VenationType getVenationType() const { return venationType; }
 
-    void setGenotype(const QString& text) { genotype = text; }
+    /// The facts of the leaves as one value.
+    const LeafFacts& getFacts() const { return facts; }
 
-    const QString& getGenotype() const { return genotype; }
+    void setGenotype(const QString& text) { facts.genotype = text; }
 
-    void setGrowthCondition(const QString& text) { growthCondition = text; }
+    const QString& getGenotype() const { return facts.genotype; }
 
-    const QString& getGrowthCondition() const { return growthCondition; }
+    void setGrowthCondition(const QString& text) { facts.growthCondition = text; }
 
-    void setGroupLeaf(const QString& text) { groupLeaf = text; }
+    const QString& getGrowthCondition() const { return facts.growthCondition; }
 
-    const QString& getLeafGroup() const { return groupLeaf; }
+    void setGroupLeaf(const QString& text) { facts.leafGroup = text; }
+
+    const QString& getLeafGroup() const { return facts.leafGroup; }
 
     /// The project file's own name, without folder.
     void setCRPName(const QString& name) { crpName = name; }
@@ -42,35 +47,35 @@ public:
     /// Keeps only the last component of a name with folders.
     void setProjectName(const QString& name);
 
-    const QString& getProjectName() const { return projectName; }
+    const QString& getProjectName() const { return facts.projectName; }
 
     /// The project's folder, which is the default folder of all results.
     void setProjectPath(const QString& path) { projectPath = path; }
 
     const QString& getProjectPath() const { return projectPath; }
 
-    void setSpecie(const QString& text) { specie = text; }
+    void setSpecie(const QString& text) { facts.specie = text; }
 
-    const QString& getSpecie() const { return specie; }
+    const QString& getSpecie() const { return facts.specie; }
 
     void setKineticEnabled(bool enabled) { kineticEnabled = enabled; }
 
     bool kineticIsEnabled() const { return kineticEnabled; }
 
-    /// Time at which a leaf has half its final length, in days.
-    void setInflectionPoint(float days) { inflectionPoint = days; }
+    /// The growth curve as one value.
+    const GrowthCurve& getGrowth() const { return growth; }
 
-    float getInflectionPoint() const { return inflectionPoint; }
+    void setInflectionPoint(float days) { growth.inflection = days; }
 
-    /// Final length of a leaf, in the stack's unit.
-    void setScaling(float length) { scaling = length; }
+    float getInflectionPoint() const { return growth.inflection; }
 
-    float getScaling() const { return scaling; }
+    void setScaling(float length) { growth.scaling = length; }
 
-    /// Exponent of the growth curve.
-    void setStrengthFactor(float exponent) { strengthFactor = exponent; }
+    float getScaling() const { return growth.scaling; }
 
-    float getStrengthFactor() const { return strengthFactor; }
+    void setStrengthFactor(float exponent) { growth.strength = exponent; }
+
+    float getStrengthFactor() const { return growth.strength; }
 
     void setStack(LMXStack* live) { stack = live; }
 
@@ -79,16 +84,10 @@ public:
 private:
     KineticParametersConfig* kineticConfig = nullptr;
     VenationType venationType = PINNATE;
-    QString genotype;
-    QString growthCondition;
-    QString groupLeaf;
+    LeafFacts facts;
     QString crpName;
-    QString projectName;
     QString projectPath;
-    QString specie;
     bool kineticEnabled = false;
-    float inflectionPoint = 1.0f;
-    float scaling = 1.0f;
-    float strengthFactor = 1.0f;
+    GrowthCurve growth = {1.0f, 1.0f, 1.0f};
     LMXStack* stack = nullptr;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/settings/projectconfig.h"
+#include "blade/project/projectconfig.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "shell/project/projectfile.h"
+#include "blade/project/projectfile.h"
 
 #include "system/exception.h"
 #include "system/filereplacement.h"

@@ -1,4 +1,4 @@
-#include "shell/project/projectfile.h"
+#include "blade/project/projectfile.h"
 #include "support/temporaryfolder.h"
 
 #include <QLocale>
