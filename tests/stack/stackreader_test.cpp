@@ -172,7 +172,8 @@ TEST(StackReader, AFileCutAnywhereIsToldOrReadRightUpToThere)
             continue;
         }
         ++accepted;
-        ASSERT_EQ(reader.getLog().back().find("line feed") != std::string::npos,
+        const auto& log = reader.getLog();
+        ASSERT_EQ(!log.empty() && log.back().find("line feed") != std::string::npos,
                   cut.back() != '\n');
         const std::size_t last = cut.find_last_not_of(" \n");
         ASSERT_EQ(cut[last], ';') << cut;
