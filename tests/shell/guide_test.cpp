@@ -172,7 +172,9 @@ TEST_F(Guide, ExplainsEveryTextOfTheWindowAndItsStages)
         "Crenara Project File (*.crp)",         "Choose the project's folder", "unknow type"};
     int checked = 0;
     for (const char* folder : {"src/shell", "src/blade"}) {
-        for (QDirIterator files(sourcePath(folder), {"*.cpp"}); files.hasNext();) {
+        for (QDirIterator files(sourcePath(folder), {"*.cpp"}, QDir::Files,
+                                QDirIterator::Subdirectories);
+             files.hasNext();) {
             const QString file = files.next();
             for (const QString& text : literals(QString::fromUtf8(read(file)))) {
                 if (isForUsers(text) && !selfExplaining.contains(text)) {
