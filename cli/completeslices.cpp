@@ -1,5 +1,6 @@
 #include "cli/completeslices.h"
 
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/report.h"
 #include "stack/model.h"
@@ -7,21 +8,6 @@
 #include "stack/stackslice.h"
 
 #include <algorithm>
-
-namespace {
-
-bool hasPoints(const StackSlice& slice, const std::string& model)
-{
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == model && item.getSize() > 0) {
-            return true;
-        }
-    }
-    return false;
-}
-
-} // namespace
 
 void CompleteSlices::declare(CommandLine& line)
 {
@@ -83,10 +69,11 @@ std::string CompleteSlices::faultOf(StackSlice& slice, GatedStage stage)
 {
     const std::string missing = evaluateGate(stage, stack_).missing;
     if (!missing.empty()) {
-        return missing.find("Contour") != std::string::npos ? "it has no contour of a leaf"
-                                                            : "it has no two junctions";
+        return missing.find(Landmarks::contour) != std::string::npos ? "it has no contour of a leaf"
+                                                                     : "it has no two junctions";
     }
     const std::vector<std::string>& models = stageGate(stage).models;
-    const bool needsApex = std::find(models.begin(), models.end(), "Apex") != models.end();
-    return needsApex && !hasPoints(slice, "Apex") ? "it has no apex" : "";
+    const bool needsApex = std::find(models.begin(), models.end(), Landmarks::apex) != models.end();
+    const ModelItem* apex = landmarkOf(slice, Landmarks::apex);
+    return needsApex && (!apex || apex->getSize() == 0) ? "it has no apex" : "";
 }

@@ -1,4 +1,5 @@
 #include "blade/landmarks/junctionproposal.h"
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -14,17 +15,6 @@
 #include <iostream>
 
 namespace {
-
-bool hasJunctions(const StackSlice& slice)
-{
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Petiole") {
-            return true;
-        }
-    }
-    return false;
-}
 
 void placeAll(LMXStack& stack, const JunctionTable& table, Report& report)
 {
@@ -66,7 +56,7 @@ void proposeAll(LMXStack& stack, const JunctionTable* table, bool replace)
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         const StackSlice& slice = stack.getSlice(i);
         const bool drawn = table && table->find(slice.getName());
-        if (drawn || (hasJunctions(slice) && !replace)) {
+        if (drawn || (landmarkOf(slice, Landmarks::petiole) && !replace)) {
             continue;
         }
         std::cout << slice.getName();
@@ -134,7 +124,7 @@ int runJunctions(const QStringList& arguments, Report& report)
     file.write(output);
     for (int i = 0; i < file.stack().getNumSlices(); ++i) {
         const StackSlice& slice = file.stack().getSlice(i);
-        if (!hasJunctions(slice)) {
+        if (!landmarkOf(slice, Landmarks::petiole)) {
             report.fault((propose ? output : table->path()) + ": slice " + slice.getName() + ": " +
                          reasonWithout(slice, propose));
         }

@@ -1,3 +1,4 @@
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -24,7 +25,7 @@ DataSet landmarksOf(const Stack& stack)
         const StackSlice& slice = stack.getSlice(i);
         for (int k = 0; k < slice.getNumItems(); ++k) {
             const ModelItem& item = slice.getItem(k);
-            if (!item.getModel() || item.getModel()->getName() == "Contour") {
+            if (!item.getModel() || item.getModel()->getName() == Landmarks::contour) {
                 continue;
             }
             for (int v = 0; v < item.getSize(); ++v) {

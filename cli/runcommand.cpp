@@ -1,4 +1,5 @@
 #include "blade/landmarks/junctionproposal.h"
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -117,7 +118,7 @@ void recordInputs(RunRecord& record,
 void dropContour(StackSlice& slice)
 {
     for (int i = slice.getNumItems() - 1; i >= 0; --i) {
-        if (slice.getItem(i).getModel()->getName() == "Contour") {
+        if (slice.getItem(i).getModel()->getName() == Landmarks::contour) {
             delete &slice.getItem(i);
         }
     }

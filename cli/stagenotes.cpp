@@ -1,5 +1,6 @@
 #include "cli/stagenotes.h"
 
+#include "blade/process/landmarks.h"
 #include "cli/vertexcode.h"
 #include "interface/lmxstack.h"
 #include "stack/model.h"
@@ -20,24 +21,11 @@ const std::array<std::string, 3> kindWords = {"contour", "junctions", "sinuses"}
 const std::vector<std::string>& modelsOf(int kind)
 {
     static const std::array<std::vector<std::string>, 3> models = {{
-        {"Contour"},
-        {"Petiole"},
-        {"Primary Sinus", "Primary Distal Sinus", "Secondary Sinus"},
+        {Landmarks::contour},
+        {Landmarks::petiole},
+        {Landmarks::primarySinus, Landmarks::primaryDistalSinus, Landmarks::secondarySinus},
     }};
     return models[static_cast<std::size_t>(kind)];
-}
-
-/// The item that the stages read, the last one of the model; null without one.
-ModelItem* itemOf(StackSlice& slice, const std::string& model)
-{
-    ModelItem* result = nullptr;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == model) {
-            result = &item;
-        }
-    }
-    return result;
 }
 
 /// Splits an annotation into the user's own text and the line of the notes.
@@ -147,7 +135,7 @@ std::string StageNotes::checksum(StackSlice& slice, Kind kind)
 {
     Vertices<int> all(2, 0, 0, 64);
     for (const std::string& model : modelsOf(static_cast<int>(kind))) {
-        if (const ModelItem* item = itemOf(slice, model)) {
+        if (const ModelItem* item = landmarkOf(slice, model)) {
             const Vertices<int>& vertices = item->getVertices();
             for (int i = 0; i < vertices.getSize(); ++i) {
                 all.append(vertices[i]);
@@ -161,10 +149,10 @@ std::string StageNotes::checksum(StackSlice& slice, Kind kind)
 std::optional<Vertices<int>> StageNotes::found(StackSlice& slice, Kind kind)
 {
     const std::vector<std::string>& models = modelsOf(static_cast<int>(kind));
-    const ModelItem* item = itemOf(slice, models.front());
+    const ModelItem* item = landmarkOf(slice, models.front());
     const bool labelled =
         std::any_of(models.begin() + 1, models.end(),
-                    [&](const std::string& model) { return itemOf(slice, model) != nullptr; });
+                    [&](const std::string& model) { return landmarkOf(slice, model) != nullptr; });
     return item && item->getSize() > 0 && !labelled
                ? std::optional<Vertices<int>>(item->getVertices())
                : std::nullopt;
@@ -173,13 +161,13 @@ std::optional<Vertices<int>> StageNotes::found(StackSlice& slice, Kind kind)
 void StageNotes::bringBack(StackSlice& slice, const Entry& entry)
 {
     const std::vector<std::string>& models = modelsOf(static_cast<int>(entry.kind));
-    ModelItem* item = itemOf(slice, models.front());
+    ModelItem* item = landmarkOf(slice, models.front());
     if (!item || checksum(slice, entry.kind) != entry.left) {
         return;
     }
     item->setVertices(entry.found);
     for (std::size_t k = 1; k < models.size(); ++k) {
-        delete itemOf(slice, models[k]);
+        delete landmarkOf(slice, models[k]);
     }
 }
 
@@ -188,8 +176,8 @@ void StageNotes::bringBack(StackSlice& slice, const Entry& entry)
 void StageNotes::keepContour(StackSlice& slice, const Vertices<int>& contour)
 {
     constexpr int rounding = 2;
-    ModelItem* item = itemOf(slice, "Contour");
-    if (!item || item->getSize() == 0) {
+    ModelItem* item = contourOf(slice);
+    if (!item) {
         return;
     }
     Vertices<int> kept = contour;

@@ -3,6 +3,7 @@
 #include "blade/contour/extractcontour.h"
 #include "blade/landmarks/extractconvexpoints.h"
 #include "blade/landmarks/extractpeak.h"
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/report.h"
@@ -154,14 +155,8 @@ extractContours(LMXStack& stack, const ContourOptions& options, Report& report)
 
 int contourSize(const StackSlice& slice)
 {
-    int size = 0;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour") {
-            size = item.getSize();
-        }
-    }
-    return size;
+    const ModelItem* contour = contourOf(slice);
+    return contour ? contour->getSize() : 0;
 }
 
 void declareResampling(CommandLine& line)

@@ -1,4 +1,5 @@
 #include "blade/measures/exportshapes.h"
+#include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -20,7 +21,7 @@ int runTeeth(const QStringList& arguments, Report& report)
     }
 
     StackFile file(line.argument(0), report);
-    if (file.stack().findModel("Primary Sinus") < 0) {
+    if (file.stack().findModel(Landmarks::primarySinus) < 0) {
         throw Failure(file.path() + ": there are no sinuses; 'crenara sinus' finds them");
     }
     prepareFolder(folder);

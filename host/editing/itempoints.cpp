@@ -47,14 +47,3 @@ bool isRegion(const ModelItem& item)
     return model && model->getProperties().definesGeometry() &&
            model->getProperties().getGeometry() == PRIMITIVE_REGION;
 }
-
-ModelItem* itemOf(StackSlice& slice, const std::string& model)
-{
-    for (int i = slice.getNumItems() - 1; i >= 0; --i) {
-        ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == model) {
-            return &item;
-        }
-    }
-    return nullptr;
-}

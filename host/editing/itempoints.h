@@ -26,6 +26,3 @@ std::vector<QPoint> pointsOf(const ModelItem& item);
 bool holdsPoints(const Model& model);
 
 bool isRegion(const ModelItem& item);
-
-/// The item of a model that the leaf processes read: the last one on the slice; null if none.
-ModelItem* itemOf(StackSlice& slice, const std::string& model);

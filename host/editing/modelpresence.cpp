@@ -1,5 +1,6 @@
 #include "host/editing/modelpresence.h"
 
+#include "blade/process/landmarks.h"
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
@@ -22,15 +23,15 @@ public:
     static Maker maker(const std::string& name)
     {
         static const std::pair<const char*, Maker> makers[] = {
-            {"Contour", &LandmarkModels::createModelContour},
-            {"Petiole", &LandmarkModels::createModelPetiole},
-            {"Apex", &LandmarkModels::createModelApex},
-            {"Primary Sinus", &LandmarkModels::createModelPrimarySinus},
-            {"Primary Peak", &LandmarkModels::createModelPrimaryPeaks},
-            {"Primary Distal Sinus", &LandmarkModels::createModelPrimarySinusDistal},
-            {"Primary Distal Peak", &LandmarkModels::createModelPrimaryPeaksDistal},
-            {"Secondary Sinus", &LandmarkModels::createModelSecondarySinus},
-            {"Secondary Peak", &LandmarkModels::createModelSecondaryPeaks},
+            {Landmarks::contour, &LandmarkModels::createModelContour},
+            {Landmarks::petiole, &LandmarkModels::createModelPetiole},
+            {Landmarks::apex, &LandmarkModels::createModelApex},
+            {Landmarks::primarySinus, &LandmarkModels::createModelPrimarySinus},
+            {Landmarks::primaryPeak, &LandmarkModels::createModelPrimaryPeaks},
+            {Landmarks::primaryDistalSinus, &LandmarkModels::createModelPrimarySinusDistal},
+            {Landmarks::primaryDistalPeak, &LandmarkModels::createModelPrimaryPeaksDistal},
+            {Landmarks::secondarySinus, &LandmarkModels::createModelSecondarySinus},
+            {Landmarks::secondaryPeak, &LandmarkModels::createModelSecondaryPeaks},
         };
         const auto found = std::find_if(std::begin(makers), std::end(makers),
                                         [&](const auto& entry) { return entry.first == name; });

@@ -2,6 +2,7 @@
 // its own line.
 
 #include "blade/landmarks/junctionplacing.h"
+#include "blade/process/landmarks.h"
 #include "host/editing/contourline.h"
 #include "host/editing/editstep.h"
 #include "host/editing/itempoints.h"
@@ -35,20 +36,9 @@ bool hasPositiveArea(const std::vector<QPoint>& outline)
 
 } // namespace
 
-ModelItem* SliceEditor::contour(StackSlice& slice)
-{
-    for (int i = slice.getNumItems() - 1; i >= 0; --i) {
-        ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
-            return &item;
-        }
-    }
-    return nullptr;
-}
-
 std::optional<QPoint> SliceEditor::onContour(int slice, const QPoint& point, double reach) const
 {
-    const ModelItem* outline = contour(sliceAt(slice));
+    const ModelItem* outline = contourOf(sliceAt(slice));
     if (!outline) {
         return std::nullopt;
     }
@@ -58,7 +48,7 @@ std::optional<QPoint> SliceEditor::onContour(int slice, const QPoint& point, dou
 
 QPoint SliceEditor::snapped(StackSlice& slice, const QPoint& point) const
 {
-    const ModelItem* outline = contour(slice);
+    const ModelItem* outline = contourOf(slice);
     return inImage(slice,
                    outline ? ContourLine(outline->getVertices()).nearest(point).pixel() : point);
 }
@@ -78,8 +68,8 @@ void SliceEditor::drawJunctions(int slice, const QPoint& first, const QPoint& se
                "Slice " + target.getName() + ": both junctions fall on one place of the contour");
     }
     EditStep step(histories_, *stack(), target, "Draw junctions");
-    Model& model = step.model("Petiole");
-    ModelItem* kept = itemOf(target, "Petiole");
+    Model& model = step.model(Landmarks::petiole);
+    ModelItem* kept = landmarkOf(target, Landmarks::petiole);
     for (int i = target.getNumItems() - 1; i >= 0; --i) {
         ModelItem& item = target.getItem(i);
         if (item.getModel() == &model && &item != kept) {
@@ -106,7 +96,7 @@ void SliceEditor::redrawContour(int slice, const QPolygon& line)
     if (drawn.size() < 2) {
         refuse(where, "A line takes two points at least");
     }
-    ModelItem* outline = contour(target);
+    ModelItem* outline = contourOf(target);
     std::vector<QPoint> points;
     if (outline) {
         const ContourLine former(outline->getVertices());
@@ -129,7 +119,7 @@ void SliceEditor::redrawContour(int slice, const QPolygon& line)
     if (outline) {
         step.setVertices(*outline, verticesOf(points));
     } else {
-        step.insertItem(step.model("Contour"), verticesOf(points));
+        step.insertItem(step.model(Landmarks::contour), verticesOf(points));
     }
     step.commit();
 }
@@ -137,7 +127,7 @@ void SliceEditor::redrawContour(int slice, const QPolygon& line)
 void SliceEditor::deleteContour(int slice)
 {
     StackSlice& target = sliceAt(slice);
-    const ModelItem* outline = contour(target);
+    const ModelItem* outline = contourOf(target);
     if (!outline) {
         refuse("void SliceEditor::deleteContour(int)",
                "Slice " + target.getName() + " has no contour");

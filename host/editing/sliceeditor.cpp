@@ -1,5 +1,6 @@
 #include "host/editing/sliceeditor.h"
 
+#include "blade/process/landmarks.h"
 #include "host/document/lmxrootmediator.h"
 #include "host/editing/editstep.h"
 #include "host/editing/itempoints.h"
@@ -23,7 +24,7 @@ QString text(const std::string& value)
 /// How many points of a model a leaf has; 0 for any number.
 std::size_t completeCount(const std::string& model)
 {
-    return model == "Apex" ? 1 : model == "Petiole" ? 2 : 0;
+    return model == Landmarks::apex ? 1 : model == Landmarks::petiole ? 2 : 0;
 }
 
 [[noreturn]] void refuse(const char* where, const std::string& what)
@@ -35,7 +36,7 @@ void checkHoldsPoints(const LMXStack& stack, const std::string& name)
 {
     const int index = stack.findModel(name);
     if (index >= 0 ? !holdsPoints(stack.getModel(index))
-                   : name == "Contour" || !ModelPresence::isKnown(name)) {
+                   : name == Landmarks::contour || !ModelPresence::isKnown(name)) {
         refuse("void checkHoldsPoints(const LMXStack&, const string&)",
                "There is no model of points \"" + name + "\"");
     }
@@ -126,9 +127,14 @@ StackSlice& SliceEditor::sliceAt(int slice) const
 
 std::vector<std::string> SliceEditor::landmarkModels() const
 {
-    std::vector<std::string> names = {
-        "Petiole",         "Apex",           "Primary Sinus",        "Primary Peak",
-        "Secondary Sinus", "Secondary Peak", "Primary Distal Sinus", "Primary Distal Peak"};
+    std::vector<std::string> names = {Landmarks::petiole,
+                                      Landmarks::apex,
+                                      Landmarks::primarySinus,
+                                      Landmarks::primaryPeak,
+                                      Landmarks::secondarySinus,
+                                      Landmarks::secondaryPeak,
+                                      Landmarks::primaryDistalSinus,
+                                      Landmarks::primaryDistalPeak};
     for (int i = 0; stack() && i < stack()->getNumModels(); ++i) {
         const Model& model = stack()->getModel(i);
         if (holdsPoints(model) &&
@@ -222,7 +228,7 @@ VertexPlace SliceEditor::addLandmark(int slice, const std::string& model, const 
     StackSlice& target = sliceAt(slice);
     checkHoldsPoints(*stack(), model);
     const QPoint place = snapped(target, point);
-    ModelItem* item = itemOf(target, model);
+    ModelItem* item = landmarkOf(target, model);
     std::vector<QPoint> points = item ? pointsOf(*item) : std::vector<QPoint>();
     const std::size_t complete = completeCount(model);
     if (complete > 0 && points.size() >= complete) {
@@ -281,7 +287,7 @@ SliceEditor::moveToModel(int slice, const VertexPlaces& places, const std::strin
     if (moved.empty()) {
         return places;
     }
-    ModelItem* item = itemOf(target, destination);
+    ModelItem* item = landmarkOf(target, destination);
     std::vector<QPoint> points = item ? pointsOf(*item) : std::vector<QPoint>();
     const std::size_t before = points.size();
     for (const VertexPlace& place : moved) {

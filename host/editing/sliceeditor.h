@@ -79,9 +79,6 @@ public:
     /// The events of the moment come from an edit, an undo or a redo of this editor.
     bool isApplying() const { return histories_.isApplying(); }
 
-    /// The item that the leaf processes read as the slice's contour, or null.
-    static ModelItem* contour(StackSlice& slice);
-
     /// The point of the contour nearest to a point, if it lies within `reach` pixels of it.
     std::optional<QPoint> onContour(int slice, const QPoint& point, double reach) const;
 

@@ -1,5 +1,6 @@
 #include "host/panels/slicestatus.h"
 
+#include "blade/process/landmarks.h"
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxstack.h"
 #include "interface/workingcopy.h"
@@ -65,19 +66,12 @@ QString SliceStatus::missing() const
 
 SliceStatus SliceStatus::of(const StackSlice& slice)
 {
-    // Of two items of one model the processes read the later one.
     SliceStatus status;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        const std::string name = item.getModel() ? item.getModel()->getName() : "";
-        if (name == "Contour") {
-            status.hasContour = item.getSize() > 0;
-        } else if (name == "Petiole") {
-            status.junctions = item.getSize();
-        } else if (name == "Apex") {
-            status.hasApex = item.getSize() > 0;
-        }
-    }
+    status.hasContour = contourOf(slice) != nullptr;
+    const ModelItem* petiole = landmarkOf(slice, Landmarks::petiole);
+    status.junctions = petiole ? petiole->getSize() : 0;
+    const ModelItem* apex = landmarkOf(slice, Landmarks::apex);
+    status.hasApex = apex && apex->getSize() > 0;
     return status;
 }
 

@@ -1,6 +1,7 @@
 #include "host/view/editactions.h"
 
 #include "blade/landmarks/junctionproposal.h"
+#include "blade/process/landmarks.h"
 #include "host/editing/sliceeditor.h"
 #include "host/view/sliceview.h"
 #include "interface/lmxstack.h"
@@ -230,7 +231,7 @@ void EditActions::update()
     };
     offer(undo_, "&Undo", slice ? editor_.undoText(index) : QString());
     offer(redo_, "&Redo", slice ? editor_.redoText(index) : QString());
-    const bool hasContour = slice && SliceEditor::contour(*slice);
+    const bool hasContour = slice && contourOf(*slice);
     delete_->setEnabled(!view_.selection().empty());
     deleteContour_->setEnabled(hasContour);
     propose_->setEnabled(hasContour);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "blade/landmarks/junctionplacing.h"
+#include "blade/process/landmarks.h"
 #include "host/editing/vertexplace.h"
 #include "host/view/pictureloader.h"
 #include "host/view/sliceviewport.h"
@@ -210,7 +211,7 @@ private:
     PictureLoader loader_;
     Tool tool_ = Tool::Select;
     std::array<std::unique_ptr<SliceTool>, 5> tools_;
-    std::string landmarkModel_ = "Primary Sinus";
+    std::string landmarkModel_ = Landmarks::primarySinus;
     VertexPlaces selection_;
     std::optional<JunctionPoints> proposal_;
     std::optional<QPointF> panFrom_;

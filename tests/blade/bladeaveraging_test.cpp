@@ -361,31 +361,6 @@ TEST(BladeAveraging, RankSearchEqualsThePlainOneOrRefusesWhatHasNoAnswer)
     EXPECT_EQ(folder.fileCount(), 0);
 }
 
-TEST(BladeAveraging, MovedCopiesOfALeafAverageBySlidingToThatLeaf)
-{
-    const Curve<float> leaf = unevenLeaf();
-    const Leaves leaves(leaf, 12, 85.0, 3);
-    BladeAveraging averaging;
-    averaging.setAlignment(AxisAlignment::SignedSine);
-    averaging.setNumberOfAverages(5);
-    averaging.setKOptimal(Vector<int>(Ints{3, 3, 4, 4, 5}));
-    Vector<int> S(12);
-    S.setSequence(1);
-    Vector<float> X(12);
-    X.setSequence(1000.0f, 10.0f);
-    std::vector<Curve<float>> averages;
-    averaging.computeSlidingAverages(leaves.curves, averages, S, X, false);
-    ASSERT_EQ(averages.size(), 5u);
-    EXPECT_NEAR(averaging.getDeltaX(), 22.0f, 1e-3f);
-    EXPECT_NEAR(averaging.getXCoord(), 1011.0f, 1e-3f);
-    for (const Curve<float>& average : averages) {
-        EXPECT_LT(shapeDifference(average, leaf), 1e-3f * bladeLength);
-        EXPECT_LT(std::fabs(average[100][1]), 1e-3f * bladeLength);
-        EXPECT_GT(average[100][0], 0.0f);
-        EXPECT_TRUE(average.isOpen());
-    }
-}
-
 TEST(BladeAveraging, SlidingAverageIsTheWeightedMeanOfAllLeaves)
 {
     // Leaves on the axis, each a scaled copy: the mean is a copy scaled by the mean of the scales.

@@ -124,18 +124,6 @@ TEST(HierarchyArabidoProcess, ASmallToothBesideTheTipIsDistal)
     expectPlaces(*stack, 0, "Primary Sinus", s);
 }
 
-TEST(HierarchyIterativeProcess, TeethOnTeethAreLabelledAsDrawn)
-{
-    const leaf::LabelledLeaf drawn = leaf::drawTeethOnTeeth(false);
-    const auto stack = leaf::landmarkedStack({drawn.outline});
-    runIterative(*stack, 0.2f);
-    expectAsDrawn(*stack, 0, drawn);
-    // At a stringency of 1 nothing falls, and all labels are folded back.
-    runIterative(*stack, 1.0f);
-    expectPlaces(*stack, 0, "Primary Sinus", drawn.outline.sinuses);
-    expectPlaces(*stack, 0, "Primary Peak", drawn.outline.tips);
-}
-
 TEST(Hierarchy, NoLandmarkIsLostInAnyOrderOfRuns)
 {
     std::mt19937 random(5);

@@ -1,3 +1,4 @@
+#include "blade/process/landmarks.h"
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"
 #include "support/leaf.h"
@@ -81,6 +82,11 @@ TEST(ModelsManager, EachLandmarkIsReadFromItsModelAndTheLaterItemWins)
     EXPECT_TRUE(probe.getModelsForResampling(0));
     EXPECT_EQ(probe.apex, nullptr);
     EXPECT_EQ(probe.primarySinus, lists[1]);
+    // Junctions and edits passed over a contour without vertices, and the processes did not.
+    leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, 0, {});
+    probe.getModels(0);
+    EXPECT_EQ(probe.contour, nullptr);
+    EXPECT_EQ(contourOf(stack->getSlice(0)), nullptr);
     // A slice without items leaves every member null.
     const auto empty = leaf::emptyStack(1);
     probe.setStack(*empty);

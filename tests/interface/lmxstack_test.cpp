@@ -92,26 +92,6 @@ TEST(LMXStack, BecomesModifiedByEventsAboutItsOwnPartsAlone)
     }
 }
 
-TEST(LMXStack, StaysAsItIsAfterTheOtherEvents)
-{
-    Document on;
-    const auto check = [&](LMXEvent&& event) {
-        const int type = event.type();
-        EXPECT_FALSE(modifies(on.stack, std::move(event))) << type;
-    };
-    check(LMXStackOpenEvent(on.stack));
-    check(LMXStackRegistrationEvent(on.stack));
-    check(LMXSliceLockEvent(on.slice()));
-    check(LMXSliceItemSelectionEvent(on.slice()));
-    check(LMXModelPropertiesEvent(on.model()));
-    check(LMXModelItemTriangulationTagEvent(on.item()));
-    check(LMXModelItemSelectEvent(on.item()));
-    Model elsewhere;
-    check(LMXModelCreateEvent(elsewhere));
-    ModelItem loose;
-    check(LMXModelItemVertexEvent(loose));
-}
-
 TEST(LMXStack, TellsItsChangesOfNameAndState)
 {
     LMXStack stack;

@@ -88,17 +88,6 @@ TEST(StackIO, AllowsFeaturesUpToItsVersion)
     EXPECT_TRUE(io.ensureFileFormatVersion(1.1f));
 }
 
-TEST(StackWriter, AnEmptyStackIsElevenStatements)
-{
-    const TemporaryFolder folder;
-    EXPECT_TRUE(StackWriter().write(Stack(), folder.file("a.sdf")));
-    EXPECT_EQ(folder.read("a.sdf"),
-              "FileFormatVersion 1.05;\nSTACK \"\";\nLengthUnitScale -6;\nPIXASPECT 1;\n"
-              "PIXWIDTH 1;\nRELPOSITION 0;\nLASTSEGMENTEDSLICE \"\";\n"
-              "LASTREGISTEREDSLICE \"\";\nAnnotation \"\";\n"
-              "AbsoluteImagesPathPolicy false;\nInvertZAxis false;\n");
-}
-
 TEST(StackWriter, WritesEveryStatementInItsPlace)
 {
     const TemporaryFolder folder;

@@ -1,5 +1,6 @@
 #include "blade/landmarks/extractconvexpoints.h"
 
+#include "blade/process/landmarks.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
@@ -11,8 +12,10 @@
 void ExtractConvexPoints::createModels()
 {
     // What the later stages made of the former sinuses goes with them: a fold would bring it back.
-    for (const char* name : {"Apex", "Sinus", "Primary Sinus", "Primary Peak", "Secondary Sinus",
-                             "Secondary Peak", "Primary Distal Sinus", "Primary Distal Peak"}) {
+    for (const char* name :
+         {Landmarks::apex, "Sinus", Landmarks::primarySinus, Landmarks::primaryPeak,
+          Landmarks::secondarySinus, Landmarks::secondaryPeak, Landmarks::primaryDistalSinus,
+          Landmarks::primaryDistalPeak}) {
         const int model = stack->findModel(name);
         if (model >= 0) {
             stack->deleteModel(model);

@@ -1,6 +1,7 @@
 #include "blade/landmarks/extractpeak.h"
 
 #include "blade/geometry/baseline.h"
+#include "blade/process/landmarks.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
@@ -15,7 +16,8 @@
 void ExtractPeak::createModels()
 {
     foldSinuses();
-    for (const char* name : {"Primary Peak", "Secondary Peak", "Primary Distal Peak"}) {
+    for (const char* name :
+         {Landmarks::primaryPeak, Landmarks::secondaryPeak, Landmarks::primaryDistalPeak}) {
         const int model = stack->findModel(name);
         if (model >= 0) {
             stack->deleteModel(model);

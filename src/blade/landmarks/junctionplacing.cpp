@@ -1,5 +1,6 @@
 #include "blade/landmarks/junctionplacing.h"
 
+#include "blade/process/landmarks.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxstack.h"
@@ -95,18 +96,6 @@ std::string faultOnOutline(const JunctionPoints& junctions, const Vertices<int>&
 
 } // namespace
 
-const ModelItem* contourOf(const StackSlice& slice)
-{
-    const ModelItem* contour = nullptr;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
-            contour = &item;
-        }
-    }
-    return contour;
-}
-
 std::string junctionFault(const JunctionPoints& junctions, const StackSlice& slice)
 {
     const bool hasImage = !slice.isEmpty();
@@ -130,7 +119,7 @@ std::string junctionFault(const JunctionPoints& junctions, const StackSlice& sli
 
 void JunctionPlacing::createModels()
 {
-    const int index = stack->findModel("Petiole");
+    const int index = stack->findModel(Landmarks::petiole);
     if (index < 0) {
         createModelPetiole();
     } else {

@@ -14,9 +14,6 @@ struct JunctionPoints
     int y[2];
 };
 
-/// The contour of the slice; null without one, or if it has no vertices.
-const ModelItem* contourOf(const StackSlice& slice);
-
 /// Why the points can't be the junctions of the slice: they are equal, lie outside its image, or, if
 /// it has a contour, lie farther from it than a tenth of the diagonal of the contour's box, or fall on
 /// one place of it. Empty if they can. A slice without an image has no bounds.

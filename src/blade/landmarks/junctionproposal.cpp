@@ -1,5 +1,6 @@
 #include "blade/landmarks/junctionproposal.h"
 
+#include "blade/process/landmarks.h"
 #include "shape/curves/curveresampling.h"
 #include "stack/modelitem.h"
 #include "stack/stackslice.h"

@@ -1,6 +1,7 @@
 // Part of `ModelsManager`: the landmark models: their creation, and the folding of a hierarchy's
 // labels into plain sinuses and tips.
 
+#include "blade/process/landmarks.h"
 #include "blade/process/modelsmanager.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
@@ -130,26 +131,28 @@ void ModelsManager::createModelPrimaryPeaks()
 
 void ModelsManager::createModelPrimarySinusDistal()
 {
-    primaryDistalSinusModel = addModel(*stack, makePointModel("Primary Distal Sinus", {255, 0, 200},
-                                                              VertexSymbol::Sphere, 3.0f, 5.0f));
+    primaryDistalSinusModel =
+        addModel(*stack, makePointModel(Landmarks::primaryDistalSinus, {255, 0, 200},
+                                        VertexSymbol::Sphere, 3.0f, 5.0f));
 }
 
 void ModelsManager::createModelPrimaryPeaksDistal()
 {
-    primaryDistalPeakModel = addModel(
-        *stack, makePointModel("Primary Distal Peak", {255, 0, 200}, VertexSymbol::Tetrahedron));
+    primaryDistalPeakModel =
+        addModel(*stack, makePointModel(Landmarks::primaryDistalPeak, {255, 0, 200},
+                                        VertexSymbol::Tetrahedron));
 }
 
 void ModelsManager::createModelSecondarySinus()
 {
     secondarySinusModel = addModel(
-        *stack, makePointModel("Secondary Sinus", {0, 160, 0}, VertexSymbol::Sphere, 5.0f));
+        *stack, makePointModel(Landmarks::secondarySinus, {0, 160, 0}, VertexSymbol::Sphere, 5.0f));
 }
 
 void ModelsManager::createModelSecondaryPeaks()
 {
-    secondaryPeakModel = addModel(
-        *stack, makePointModel("Secondary Peak", {255, 140, 0}, VertexSymbol::Tetrahedron, 5.0f));
+    secondaryPeakModel = addModel(*stack, makePointModel(Landmarks::secondaryPeak, {255, 140, 0},
+                                                         VertexSymbol::Tetrahedron, 5.0f));
 }
 
 void ModelsManager::createModelsItemsSecondary(int slice)
@@ -164,32 +167,33 @@ void ModelsManager::createModelsItemsSecondary(int slice)
 
 void ModelsManager::createModelApex(Stack& other)
 {
-    apexModel = addModel(other, makePointModel("Apex", {0, 0, 255}, VertexSymbol::Cube));
+    apexModel = addModel(other, makePointModel(Landmarks::apex, {0, 0, 255}, VertexSymbol::Cube));
 }
 
 void ModelsManager::createModelContour(Stack& other)
 {
-    deleteModel(other, "Contour");
-    contourModel = addModel(other, makeModel("Contour", PRIMITIVE_POLYGON, {0, 0, 255}, 3.0f));
+    deleteModel(other, Landmarks::contour);
+    contourModel =
+        addModel(other, makeModel(Landmarks::contour, PRIMITIVE_POLYGON, {0, 0, 255}, 3.0f));
 }
 
 void ModelsManager::createModelPetiole(Stack& other)
 {
-    deleteModel(other, "Petiole");
+    deleteModel(other, Landmarks::petiole);
     petioleModel =
-        addModel(other, makePointModel("Petiole", {100, 100, 255}, VertexSymbol::Diamond));
+        addModel(other, makePointModel(Landmarks::petiole, {100, 100, 255}, VertexSymbol::Diamond));
 }
 
 void ModelsManager::createModelPrimarySinus(Stack& other)
 {
     primarySinusModel =
-        addModel(other, makePointModel("Primary Sinus", {0, 255, 0}, VertexSymbol::Sphere));
+        addModel(other, makePointModel(Landmarks::primarySinus, {0, 255, 0}, VertexSymbol::Sphere));
 }
 
 void ModelsManager::createModelPrimaryPeaks(Stack& other)
 {
-    primaryPeakModel =
-        addModel(other, makePointModel("Primary Peak", {255, 0, 0}, VertexSymbol::Tetrahedron));
+    primaryPeakModel = addModel(
+        other, makePointModel(Landmarks::primaryPeak, {255, 0, 0}, VertexSymbol::Tetrahedron));
 }
 
 Vertices<float>* ModelsManager::cleanModelsItem(const Vertices<float>* list, ModelItem* item) const
@@ -245,10 +249,11 @@ void ModelsManager::foldLabels(Vertices<float>& sinuses, Vertices<float>& peaks)
 
 void ModelsManager::foldSinuses()
 {
-    if (stack->findModel("Secondary Sinus") < 0 && stack->findModel("Primary Distal Sinus") < 0) {
+    if (stack->findModel(Landmarks::secondarySinus) < 0 &&
+        stack->findModel(Landmarks::primaryDistalSinus) < 0) {
         return;
     }
-    const int model = stack->findModel("Primary Sinus");
+    const int model = stack->findModel(Landmarks::primarySinus);
     if (model < 0) {
         createModelPrimarySinus();
     } else {
@@ -264,8 +269,8 @@ void ModelsManager::foldSinuses()
         }
         primaryDistalSinusItem = secondarySinusItem = nullptr;
     }
-    deleteModel(*stack, "Secondary Sinus");
-    deleteModel(*stack, "Primary Distal Sinus");
+    deleteModel(*stack, Landmarks::secondarySinus);
+    deleteModel(*stack, Landmarks::primaryDistalSinus);
 }
 
 void ModelsManager::storeLandmarks(Model& model, int slice, const Vertices<float>& points)
@@ -300,8 +305,8 @@ void ModelsManager::createModelsForHierarchy()
         primaryDistalSinusItem = primaryDistalPeakItem = nullptr;
         secondarySinusItem = secondaryPeakItem = nullptr;
     }
-    deleteModel(*stack, "Primary Sinus");
-    deleteModel(*stack, "Primary Peak");
+    deleteModel(*stack, Landmarks::primarySinus);
+    deleteModel(*stack, Landmarks::primaryPeak);
     createModelPrimarySinus();
     createModelPrimaryPeaks();
     for (int slice = 0; slice < stack->getNumSlices(); ++slice) {
@@ -309,8 +314,8 @@ void ModelsManager::createModelsForHierarchy()
         storeLandmarks(*primarySinusModel, slice, *sinuses[k]);
         storeLandmarks(*primaryPeakModel, slice, *peaks[k]);
     }
-    for (const char* name :
-         {"Primary Distal Sinus", "Primary Distal Peak", "Secondary Sinus", "Secondary Peak"}) {
+    for (const char* name : {Landmarks::primaryDistalSinus, Landmarks::primaryDistalPeak,
+                             Landmarks::secondarySinus, Landmarks::secondaryPeak}) {
         deleteModel(*stack, name);
     }
 }

@@ -1,5 +1,6 @@
 #include "blade/process/modelsmanager.h"
 
+#include "blade/process/landmarks.h"
 #include "interface/lmxevent.h"
 #include "interface/lmxeventserver.h"
 #include "interface/lmxitemverticeschangeaction.h"
@@ -52,13 +53,6 @@ void ModelsManager::replace(List*& member, std::unique_ptr<List> list)
 
 void ModelsManager::getModels(int slice)
 {
-    primarySinusItem = primaryDistalSinusItem = nullptr;
-    primaryPeakItem = primaryDistalPeakItem = nullptr;
-    secondarySinusItem = secondaryPeakItem = nullptr;
-    for (Vertices<float>** member : {&primarySinus, &primaryDistalSinus, &primaryPeak,
-                                     &primaryDistalPeak, &secondarySinus, &secondaryPeak}) {
-        replace(*member, std::unique_ptr<Vertices<float>>());
-    }
     getModelsForResampling(slice);
 
     struct Target
@@ -69,45 +63,33 @@ void ModelsManager::getModels(int slice)
     };
 
     const Target targets[] = {
-        {"Primary Peak", primaryPeakItem, primaryPeak},
-        {"Primary Sinus", primarySinusItem, primarySinus},
-        {"Primary Distal Peak", primaryDistalPeakItem, primaryDistalPeak},
-        {"Primary Distal Sinus", primaryDistalSinusItem, primaryDistalSinus},
-        {"Secondary Peak", secondaryPeakItem, secondaryPeak},
-        {"Secondary Sinus", secondarySinusItem, secondarySinus},
+        {Landmarks::primaryPeak, primaryPeakItem, primaryPeak},
+        {Landmarks::primarySinus, primarySinusItem, primarySinus},
+        {Landmarks::primaryDistalPeak, primaryDistalPeakItem, primaryDistalPeak},
+        {Landmarks::primaryDistalSinus, primaryDistalSinusItem, primaryDistalSinus},
+        {Landmarks::secondaryPeak, secondaryPeakItem, secondaryPeak},
+        {Landmarks::secondarySinus, secondarySinusItem, secondarySinus},
     };
-    ModelItemOwner& owner = stack->getSlice(slice);
-    for (int i = 0; i < owner.getNumItems(); ++i) {
-        ModelItem& item = owner.getItem(i);
-        for (const Target& target : targets) {
-            if (item.getModel()->getName() == target.name) {
-                target.item = &item;
-                replace(target.list, std::make_unique<Vertices<float>>(getModelItem(item)));
-            }
-        }
+    for (const Target& target : targets) {
+        readLandmark(slice, target.name, target.item, target.list);
     }
+}
+
+void ModelsManager::readLandmark(int slice,
+                                 const char* model,
+                                 ModelItem*& item,
+                                 Vertices<float>*& list)
+{
+    item = landmarkOf(stack->getSlice(slice), model);
+    replace(list, item ? std::make_unique<Vertices<float>>(getModelItem(*item)) : nullptr);
 }
 
 bool ModelsManager::getModelsForResampling(int slice)
 {
-    contourItem = petioleItem = apexItem = nullptr;
+    readLandmark(slice, Landmarks::petiole, petioleItem, petiole);
+    readLandmark(slice, Landmarks::apex, apexItem, apex);
+    contourItem = landmarkOf(stack->getSlice(slice), Landmarks::contour);
     replace(contour, std::unique_ptr<Curve<float>>());
-    replace(petiole, std::unique_ptr<Vertices<float>>());
-    replace(apex, std::unique_ptr<Vertices<float>>());
-    ModelItemOwner& owner = stack->getSlice(slice);
-    for (int i = 0; i < owner.getNumItems(); ++i) {
-        ModelItem& item = owner.getItem(i);
-        const std::string& name = item.getModel()->getName();
-        if (name == "Contour") {
-            contourItem = &item;
-        } else if (name == "Petiole") {
-            petioleItem = &item;
-            replace(petiole, std::make_unique<Vertices<float>>(getModelItem(item)));
-        } else if (name == "Apex") {
-            apexItem = &item;
-            replace(apex, std::make_unique<Vertices<float>>(getModelItem(item)));
-        }
-    }
     if (contourItem && contourItem->getSize() > 0) {
         replace(contour, std::make_unique<Curve<float>>(getCurveModelItem(*contourItem)));
         contour->setClockwise(false, 0, 1);

@@ -224,6 +224,8 @@ protected:
     ModelItem* secondaryPeakItem = nullptr;
 
 private:
+    void readLandmark(int slice, const char* model, ModelItem*& item, Vertices<float>*& list);
+
     template <class List>
     void replace(List*& member, std::unique_ptr<List> list);
     void changeVertices(ModelItem& item, const Vertices<int>& vertices);

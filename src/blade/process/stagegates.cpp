@@ -1,5 +1,6 @@
 #include "blade/process/stagegates.h"
 
+#include "blade/process/landmarks.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
 #include "stack/stack.h"
@@ -20,15 +21,20 @@ const Gates& gates()
     static const Gates table = {{
         {"Extract Sinus",
          "After Extract Contour, don't forget draw the blade-petiole junctions",
-         {"Petiole", "Contour"}},
+         {Landmarks::petiole, Landmarks::contour}},
         {"Extract Peaks",
          "Please run Extract Sinus before Extract Tips",
-         {"Petiole", "Contour", "Primary Sinus", "Apex"}},
+         {Landmarks::petiole, Landmarks::contour, Landmarks::primarySinus, Landmarks::apex}},
         {"Hierarchy",
          "Please run Extract Sinus and/or Extract Tips before Hierarchy",
-         {"Petiole", "Contour", "Primary Sinus", "Apex", "Primary Peak"}},
-        {"Analysis", "Please run Extract Sinus before Analysis", {"Petiole", "Contour", "Apex"}},
-        {"Averaging", "Please run Extract Sinus before averaging", {"Petiole", "Contour", "Apex"}},
+         {Landmarks::petiole, Landmarks::contour, Landmarks::primarySinus, Landmarks::apex,
+          Landmarks::primaryPeak}},
+        {"Analysis",
+         "Please run Extract Sinus before Analysis",
+         {Landmarks::petiole, Landmarks::contour, Landmarks::apex}},
+        {"Averaging",
+         "Please run Extract Sinus before averaging",
+         {Landmarks::petiole, Landmarks::contour, Landmarks::apex}},
     }};
     return table;
 }
@@ -75,9 +81,10 @@ GateResult evaluateGate(GatedStage stage, const Stack& stack)
     for (const std::string& model : stageGate(stage).models) {
         result.passed = result.passed && verifiedModel(stack, model);
     }
-    result.passed = result.passed &&
-                    verifiedSizeModelContours(stack, "Contour", leastContour, result.missing) &&
-                    verifiedSizeModelPetiole(stack, "Petiole", junctions, result.missing);
+    result.passed =
+        result.passed &&
+        verifiedSizeModelContours(stack, Landmarks::contour, leastContour, result.missing) &&
+        verifiedSizeModelPetiole(stack, Landmarks::petiole, junctions, result.missing);
     return result;
 }
 
