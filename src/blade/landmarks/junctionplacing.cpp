@@ -5,6 +5,7 @@
 #include "interface/lmxstack.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
+#include "stack/slicenotes.h"
 #include "stack/stackslice.h"
 
 #include <algorithm>
@@ -14,6 +15,11 @@
 
 namespace {
 
+const char* const proposalKey = "junctions proposed";
+/// How far, in pixels, junctions may lie from where they were proposed: the stages put them on the
+/// contour.
+constexpr double unmoved = 3.0;
+
 std::string decimal(double value)
 {
     std::ostringstream stream;
@@ -22,6 +28,19 @@ std::string decimal(double value)
     stream.precision(1);
     stream << value;
     return stream.str();
+}
+
+/// The last item of a model that has vertices; null without one.
+const ModelItem* lastItem(const StackSlice& slice, const std::string& model)
+{
+    const ModelItem* last = nullptr;
+    for (int i = 0; i < slice.getNumItems(); ++i) {
+        const ModelItem& item = slice.getItem(i);
+        if (item.getModel() && item.getModel()->getName() == model && item.getSize() > 0) {
+            last = &item;
+        }
+    }
+    return last;
 }
 
 struct Foot
@@ -95,16 +114,30 @@ std::string faultOnOutline(const JunctionPoints& junctions, const Vertices<int>&
 
 } // namespace
 
-const ModelItem* contourOf(const StackSlice& slice)
+std::optional<double> proposalConfidence(const StackSlice& slice)
 {
-    const ModelItem* contour = nullptr;
-    for (int i = 0; i < slice.getNumItems(); ++i) {
-        const ModelItem& item = slice.getItem(i);
-        if (item.getModel() && item.getModel()->getName() == "Contour" && item.getSize() > 0) {
-            contour = &item;
+    const ModelItem* item = lastItem(slice, "Petiole");
+    const std::optional<std::string> note = SliceNotes::get(slice, proposalKey);
+    std::istringstream stream(note.value_or(""));
+    stream.imbue(std::locale::classic());
+    double confidence = 0.0;
+    if (!item || item->getSize() != 2 || !(stream >> confidence)) {
+        return std::nullopt;
+    }
+    for (int i = 0; i < 2; ++i) {
+        int x = 0;
+        int y = 0;
+        const Vector<int>& vertex = item->getVertices()[i];
+        if (!(stream >> x >> y) || std::hypot(vertex[0] - x, vertex[1] - y) > unmoved) {
+            return std::nullopt;
         }
     }
-    return contour;
+    return confidence;
+}
+
+const ModelItem* contourOf(const StackSlice& slice)
+{
+    return lastItem(slice, "Contour");
 }
 
 std::string junctionFault(const JunctionPoints& junctions, const StackSlice& slice)
@@ -138,10 +171,25 @@ void JunctionPlacing::createModels()
     }
 }
 
+void JunctionPlacing::place(const ProposedJunctions& junctions, int slice)
+{
+    place(static_cast<const JunctionPoints&>(junctions), slice);
+    std::ostringstream note;
+    note.imbue(std::locale::classic());
+    note.setf(std::ios_base::fixed);
+    note.precision(2);
+    note << junctions.confidence;
+    for (int i = 0; i < 2; ++i) {
+        note << " " << junctions.x[i] << " " << junctions.y[i];
+    }
+    SliceNotes::set(stack->getSlice(slice), proposalKey, note.str());
+}
+
 void JunctionPlacing::place(const JunctionPoints& junctions, int slice)
 {
     createModels();
     StackSlice& target = stack->getSlice(slice);
+    SliceNotes::remove(target, proposalKey);
     for (int i = target.getNumItems() - 1; i >= 0; --i) {
         if (target.getItem(i).getModel() == petioleModel) {
             LMXModelItemDeleteEvent event(target.getItem(i));
