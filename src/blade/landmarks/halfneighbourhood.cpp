@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Of the outline's length. The usual number, 25, is then that of an outline of 3000 pixels.
-constexpr double share = 1.0 / 120.0;
+/// Of the outline's length. The usual number, 25, is then that of an outline of 2500 pixels.
+constexpr double share = 0.01;
 /// With fewer vertices the steps of the pixels are notches.
 constexpr int least = 5;
 constexpr double mostLength = 1e8;

@@ -19,6 +19,7 @@ OutlineRing::OutlineRing(const Curve<float>& outline, double perimeter, double s
           std::clamp(perimeter / (spacing * scale), double(fewestPoints), double(mostPoints))))
     , step_(perimeter / size_)
     , scale_(scale)
+    , vertexDistance_(perimeter / outline.getSize())
 {
     Curve<float> samples;
     CurveResampling<float>().apply(outline, samples, size_);

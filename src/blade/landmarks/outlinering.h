@@ -27,6 +27,9 @@ public:
 
     double scale() const { return scale_; }
 
+    /// The distance of the outline's own vertices, on average.
+    double vertexDistance() const { return vertexDistance_; }
+
     const std::vector<Point>& points() const { return points_; }
 
     /// The index from 0 to `size() - 1` of the same point. Made for indices a few rounds off: a
@@ -60,6 +63,7 @@ private:
     int size_;
     double step_;
     double scale_;
+    double vertexDistance_;
     std::vector<Point> points_;
 };
 

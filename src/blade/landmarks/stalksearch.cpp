@@ -15,9 +15,10 @@ constexpr double otherTurn = 15.0;
 constexpr double foldTurn = 90.0;
 /// How far behind a junction under such a lobe the other one may lie, in widths of the stalk.
 constexpr double reach = 2.5;
-/// How far up the blade from its corner a junction is put, in widths of the stalk: on the corner, that
-/// would count as a sinus.
+/// How far up the blade from its corner a junction is put, in widths of the stalk, and at least in
+/// vertices of the outline: on the corner, that would count as a sinus.
 constexpr double besideCorner = 0.15;
+constexpr double fewestBeside = 1.0;
 
 } // namespace
 
@@ -200,7 +201,8 @@ StalkSearch::Beginning StalkSearch::moveToCorners(Stretch& stretch) const
     if (sharper < cornerTurn) {
         return {Base::Gradual, 0.0};
     }
-    const int beside = static_cast<int>(std::lround(besideCorner * width));
+    const int beside = static_cast<int>(std::lround(
+        std::max(besideCorner * width, fewestBeside * ring_.vertexDistance() / ring_.step())));
     const auto placeOf = [&](int side) {
         return ends[side] + (2 * side - 1) * (corners[side].first + beside);
     };
