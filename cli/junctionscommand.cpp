@@ -52,7 +52,7 @@ void proposeAll(LMXStack& stack, const JunctionTable* table, bool replace)
     JunctionPlacing placing;
     placing.setStack(stack);
     placing.createModels();
-    std::cout << "Slice_Name\tX1\tY1\tX2\tY2\n";
+    std::cout << "Slice_Name\tX1\tY1\tX2\tY2\tConfidence\n";
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         const StackSlice& slice = stack.getSlice(i);
         const bool drawn = table && table->find(slice.getName());
@@ -60,11 +60,12 @@ void proposeAll(LMXStack& stack, const JunctionTable* table, bool replace)
             continue;
         }
         std::cout << slice.getName();
-        if (const std::optional<JunctionPoints> points = JunctionProposal::propose(slice)) {
+        if (const std::optional<ProposedJunctions> points = JunctionProposal::propose(slice)) {
             const JunctionPoints inFile = PixelScale(slice).toFile(*points);
             for (int k = 0; k < 2; ++k) {
                 std::cout << "\t" << inFile.x[k] << "\t" << inFile.y[k];
             }
+            std::cout << "\t" << twoDecimals(points->confidence);
             placing.place(*points, i);
         } else {
             std::cout << "\tnone";
@@ -79,7 +80,7 @@ std::string reasonWithout(const StackSlice& slice, bool proposed)
     if (!proposed) {
         return "the junction table has no row for it";
     }
-    return contourOf(slice) ? "no stalk was found on its contour, so no junctions are proposed"
+    return contourOf(slice) ? "its contour has no end, so no junctions are proposed"
                             : "it has no contour, so no junctions can be proposed";
 }
 
@@ -93,7 +94,8 @@ int runJunctions(const QStringList& arguments, Report& report)
                      "a slice has; slices without a row keep theirs. Where there is no table, or "
                      "no row, junctions can be proposed from the contour.");
     line.addFlag("propose", "Proposes junctions for slices that have a contour and lack them. "
-                            "Prints what it proposes, or none.");
+                            "Prints what it proposes, with the confidence from 0 to 1, or none; "
+                            "those below 0.5 should be looked at.");
     line.addFlag("replace", "Lets the proposals replace junctions that a slice has, and the result "
                             "another stack that crenara did not write.");
     StackFile::declareOutput(line);

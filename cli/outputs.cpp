@@ -5,6 +5,8 @@
 #include "system/fileinfo.h"
 #include "system/filereplacement.h"
 
+#include <QString>
+
 #include <filesystem>
 
 void prepareFolder(const std::string& folder)
@@ -35,4 +37,9 @@ std::string folderOf(const std::string& filename)
         return ".";
     }
     return folder.size() > 1 ? folder.substr(0, folder.size() - 1) : folder;
+}
+
+std::string twoDecimals(double value)
+{
+    return QString::number(value, 'f', 2).toStdString();
 }

@@ -15,5 +15,8 @@ void checkWritable(const std::string& filename);
 /// argument does not cost a photograph.
 void requireSuffix(const std::string& filename, const std::string& suffix);
 
+/// Two decimals and a decimal point, whatever the locale.
+std::string twoDecimals(double value);
+
 /// The folder of a file, "." for the current one.
 std::string folderOf(const std::string& filename);

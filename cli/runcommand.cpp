@@ -20,7 +20,7 @@
 #include "system/fileinfo.h"
 
 #include <QDir>
-#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <optional>
@@ -128,9 +128,9 @@ void dropContour(StackSlice& slice)
 struct Placement
 {
     std::optional<JunctionPoints> points;
+    std::optional<ProposedJunctions> proposed; ///< in the place of `points`
     std::string fault;
-    std::string place; ///< of the fault
-    bool proposed = false;
+    std::string place;     ///< of the fault
     bool isScaled = false; ///< to the slice's square pixels
 };
 
@@ -154,9 +154,8 @@ Placement placementOf(StackSlice& slice, const JunctionTable* table, bool propos
         return result;
     }
     if (proposes) {
-        result.points = JunctionProposal::propose(slice);
-        result.proposed = result.points.has_value();
-        result.fault = result.proposed ? "" : "no stalk was found to propose junctions from";
+        result.proposed = JunctionProposal::propose(slice);
+        result.fault = result.proposed ? "" : "no end was found to propose junctions at";
         return result;
     }
     result.place = table->path() + named;
@@ -172,7 +171,7 @@ void placeJunctions(
     JunctionPlacing placing;
     placing.setStack(stack);
     placing.createModels();
-    QJsonArray proposed;
+    QJsonObject confidences;
     bool isScaled = false;
     for (int i = 0; i < stack.getNumSlices(); ++i) {
         StackSlice& slice = stack.getSlice(i);
@@ -186,18 +185,24 @@ void placeJunctions(
             record.addLeftOut(slice.getName(), placement.fault);
             continue;
         }
-        placing.place(*placement.points, i);
         isScaled = isScaled || placement.isScaled;
         if (placement.proposed) {
-            proposed.append(QString::fromStdString(slice.getName()));
-            report.note(placement.place + ": its junctions are proposed from the contour");
+            placing.place(*placement.proposed, i);
+            const std::string confidence = twoDecimals(placement.proposed->confidence);
+            confidences[QString::fromStdString(slice.getName())] =
+                QString::fromStdString(confidence).toDouble();
+            const bool low = placement.proposed->confidence < ProposedJunctions::low;
+            report.note(placement.place + ": its junctions are proposed from the contour" +
+                        (low ? "; look at them, the confidence is " + confidence : ""));
+        } else {
+            placing.place(*placement.points, i);
         }
     }
     if (isScaled) {
         report.note(table->path() + ": " + JunctionTable::scaleNote);
     }
     if (proposes) {
-        record.addParameters("junctions", {{"proposed for", proposed}});
+        record.addParameters("junctions", {{"proposed with confidence", confidences}});
     }
     const std::string strangers = table ? table->strangers(stack) : "";
     if (!strangers.empty()) {
@@ -244,6 +249,9 @@ int runRun(const QStringList& arguments, Report& report)
     }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, Resampling::Once, report);
+    if (plan.sinus.halfNeighbourhood == 0) {
+        record.addParameters("half-neighbourhoods", halfNeighbourhoods(stack));
+    }
     extractTips(stack, plan.tips, plan.project.config.getVenationType(), Resampling::Once, report);
     writeStack(stack, plan.stackPath());
     record.setStack(plan.stackPath());

@@ -3,6 +3,8 @@
 #include "blade/contour/extractcontour.h"
 #include "blade/landmarks/extractconvexpoints.h"
 #include "blade/landmarks/extractpeak.h"
+#include "blade/landmarks/halfneighbourhood.h"
+#include "blade/landmarks/junctionplacing.h"
 #include "blade/process/landmarks.h"
 #include "cli/commandline.h"
 #include "cli/failure.h"
@@ -13,6 +15,7 @@
 #include "image/pixels/image0.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
+#include "stack/slicenotes.h"
 #include "stack/stackslice.h"
 #include "stack/stacktovolume.h"
 #include "system/exception.h"
@@ -24,6 +27,8 @@ namespace {
 const QStringList channelNames = {"auto", "grey", "red", "green", "blue"};
 const QStringList backgroundNames = {"dark", "light"};
 const QStringList methodNames = {"symmetry", "curvature"};
+const QString automatic = "auto";
+const char* const halfNeighbourhoodKey = "half neighbourhood";
 
 /// The channel of the images' own colour; grey where colours mix or can't be told. Images that can't
 /// be read have no say.
@@ -49,6 +54,20 @@ int ownChannel(const LMXStack& stack)
     const bool single = content == ImageColorContent::Red || content == ImageColorContent::Green ||
                         content == ImageColorContent::Blue;
     return single ? static_cast<int>(*content) : 0;
+}
+
+/// The half neighbourhood for a slice; notes it in the annotation where it is one a leaf.
+int chooseHalfNeighbourhood(StackSlice& slice, const SinusOptions& options)
+{
+    if (options.halfNeighbourhood > 0) {
+        SliceNotes::remove(slice, halfNeighbourhoodKey);
+        return options.halfNeighbourhood;
+    }
+    const int value = autoHalfNeighbourhood(slice);
+    if (contourOf(slice)) {
+        SliceNotes::set(slice, halfNeighbourhoodKey, std::to_string(value));
+    }
+    return value;
 }
 
 /// Throws `Failure` with the names of file and slice for any error of `work`.
@@ -89,20 +108,26 @@ QJsonObject ContourOptions::toJson() const
 
 void SinusOptions::declare(CommandLine& line)
 {
-    line.addOption("half-neighbourhood", "Half neighbourhood in contour vertices, 1 to 200.", "N",
-                   "25");
+    line.addOption("half-neighbourhood",
+                   "Half neighbourhood in contour vertices, 1 to 200, or auto: one a leaf, in "
+                   "proportion to the length of its outline, so that the size of the photograph "
+                   "does not matter.",
+                   "N", "25");
     line.addOption("angle", "Angle in degrees below which a notch is a sinus, 1 to 179.", "A",
                    "145");
 }
 
 SinusOptions::SinusOptions(const CommandLine& line)
-    : halfNeighbourhood(line.integer("half-neighbourhood", 1, 200))
+    : halfNeighbourhood(line.text("half-neighbourhood") == automatic
+                            ? 0
+                            : line.integer("half-neighbourhood", 1, 200))
     , angle(line.number("angle", 1.0, 179.0))
 {}
 
 QJsonObject SinusOptions::toJson() const
 {
-    return {{"half-neighbourhood", halfNeighbourhood}, {"angle", double(angle)}};
+    const QJsonValue shown = halfNeighbourhood > 0 ? QJsonValue(halfNeighbourhood) : automatic;
+    return {{"half-neighbourhood", shown}, {"angle", double(angle)}};
 }
 
 void TipsOptions::declare(CommandLine& line)
@@ -159,6 +184,19 @@ int contourSize(const StackSlice& slice)
     return contour ? contour->getSize() : 0;
 }
 
+QJsonObject halfNeighbourhoods(const LMXStack& stack)
+{
+    QJsonObject values;
+    for (int i = 0; i < stack.getNumSlices(); ++i) {
+        const StackSlice& slice = stack.getSlice(i);
+        if (const std::optional<std::string> value = SliceNotes::get(slice, halfNeighbourhoodKey)) {
+            values[QString::fromStdString(slice.getName())] =
+                QString::fromStdString(*value).toInt();
+        }
+    }
+    return values;
+}
+
 void declareResampling(CommandLine& line)
 {
     line.addOption(
@@ -181,13 +219,13 @@ void extractSinuses(LMXStack& stack,
     StageNotes notes(stack, StageNotes::Stage::Sinus, resampling == Resampling::Once);
     ExtractConvexPoints process;
     process.setStack(stack);
-    process.setNeigbourhood(options.halfNeighbourhood);
     process.setThresholdAngle(options.angle);
     process.createModels();
     const int slices = stack.getNumSlices();
     std::string incomplete;
     for (int i = 0; i < slices; ++i) {
         onSlice(stack.getSlice(i), [&] {
+            process.setNeigbourhood(chooseHalfNeighbourhood(stack.getSlice(i), options));
             const std::string name = process.process(i);
             incomplete += name.empty() ? "" : name + "\n";
         });

@@ -36,7 +36,7 @@ struct SinusOptions
     explicit SinusOptions(const CommandLine& line);
     QJsonObject toJson() const;
 
-    int halfNeighbourhood;
+    int halfNeighbourhood; ///< 0 for one a leaf, from the length of its outline
     float angle;
 };
 
@@ -68,10 +68,14 @@ enum class Resampling {
 void declareResampling(CommandLine& line);
 Resampling resamplingOf(const CommandLine& line);
 
+/// Where the half neighbourhood is one a leaf, it stands in the slice's annotation.
 void extractSinuses(LMXStack& stack,
                     const SinusOptions& options,
                     Resampling resampling,
                     Report& report);
+
+/// The half neighbourhood of each slice whose annotation tells it.
+QJsonObject halfNeighbourhoods(const LMXStack& stack);
 
 void extractTips(LMXStack& stack,
                  const TipsOptions& options,

@@ -444,3 +444,18 @@ LeafOutline makeOutline(const LeafPlan& plan, int width, int height)
     }
     return leaf;
 }
+
+LeafOutline enlarged(LeafOutline leaf, double factor)
+{
+    for (Point& point : leaf.outline) {
+        point = point * factor;
+    }
+    for (TrueLandmark& landmark : leaf.landmarks) {
+        landmark.place = landmark.place * factor;
+    }
+    for (Point* point : {&leaf.leftJunction, &leaf.rightJunction, &leaf.apex}) {
+        *point = *point * factor;
+    }
+    leaf.bladeArea *= factor * factor;
+    return leaf;
+}

@@ -78,3 +78,7 @@ struct LeafOutline
 
 /// Draws the outline of a plan, in the middle of a picture of this size.
 LeafOutline makeOutline(const LeafPlan& plan, int width, int height);
+
+/// The outline, the places on it and the area as they are on a picture so many times as large; frame
+/// and veins stay.
+LeafOutline enlarged(LeafOutline leaf, double factor);

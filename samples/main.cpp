@@ -14,10 +14,12 @@
 namespace {
 
 const char* const usage =
-    "usage: crenara-samples OUTDIR [--count N] [--seed S] [--growing]\n"
+    "usage: crenara-samples OUTDIR [--count N] [--seed S] [--growing] [--height H]\n"
     "Draws N (14) sample leaf photographs of the series S (1) into the folder OUTDIR, with the\n"
     "tables junctions.tsv (where blade and stalk meet), truth.tsv (what was drawn) and labels.tsv\n"
-    "(each notch and tip of a tooth). With --growing all leaves are of one kind, each larger than\n"
+    "(each notch and tip of a tooth). The pictures are H (1300) pixels high, 100 to 10000; the "
+    "leaves\n"
+    "are the same at all heights. With --growing all leaves are of one kind, each larger than\n"
     "the one before.\n"
     "       crenara-samples OUTDIR --scan [--leaves N] [--count N] [--seed S] [--dpi D]\n"
     "         [--stated-dpi D] [--paper white|grey|blue|black] [--ruler mm|cm|inch|none]\n"
@@ -35,6 +37,7 @@ struct Options
     int count = 0;
     int seed = 1;
     int reach = 15;
+    int height = sampleHeight;
     bool growing = false;
     bool scan = false;
     ScanOptions scans;
@@ -73,6 +76,12 @@ Options parse(const std::vector<std::string>& arguments)
             options.seed = positive(argument, arguments, ++i);
         } else if (argument == "--reach") {
             options.reach = positive(argument, arguments, ++i);
+        } else if (argument == "--height") {
+            options.height = positive(argument, arguments, ++i);
+            if (options.height < 100 || options.height > 10000) {
+                raise<UsageError>("Options parse(...)",
+                                  "--height needs a number from 100 to 10000");
+            }
         } else if (argument == "--growing") {
             options.growing = true;
         } else if (argument == "--distal") {
@@ -119,7 +128,7 @@ int run(const Options& options)
         return 0;
     }
     writeSamples(options.paths.front(), options.count, options.seed,
-                 options.growing ? Series::Growing : Series::AllKinds);
+                 options.growing ? Series::Growing : Series::AllKinds, options.height);
     return 0;
 }
 

@@ -6,13 +6,14 @@
 
 #include <tiffio.h>
 
+#include <cmath>
 #include <filesystem>
 #include <memory>
 
 namespace {
 
 constexpr int pictureWidth = 900;
-constexpr int pictureHeight = 1300;
+constexpr int pictureHeight = sampleHeight;
 
 void writePixels(TIFF* tiff, const Picture& picture, double resolution, bool& written)
 {
@@ -67,17 +68,18 @@ void makeFolder(const std::string& folder)
     }
 }
 
-void writeSamples(const std::string& folder, int count, long seed, Series series)
+void writeSamples(const std::string& folder, int count, long seed, Series series, int height)
 {
+    const double factor = double(height) / pictureHeight;
+    const int width = static_cast<int>(std::lround(factor * pictureWidth));
     makeFolder(folder);
     SampleTables tables;
     for (int index = 0; index < count; ++index) {
         const LeafPlan plan =
             series == Series::Growing ? planGrowingLeaf(index, count, seed) : planLeaf(index, seed);
         const LeafOutline leaf = makeOutline(plan, pictureWidth, pictureHeight);
-        writeTiff(drawLeaf(plan, leaf, pictureWidth, pictureHeight),
-                  folder + "/" + plan.name + ".tif");
-        tables.add(plan, leaf);
+        writeTiff(drawLeaf(plan, leaf, width, height, factor), folder + "/" + plan.name + ".tif");
+        tables.add(plan, enlarged(leaf, factor));
     }
     tables.save(folder);
 }

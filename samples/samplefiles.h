@@ -14,8 +14,12 @@ void makeFolder(const std::string& folder);
 /// What leaves a series has.
 enum class Series { AllKinds, Growing };
 
-/// Draws `count` leaves of the series `seed` into a folder, which is made if it isn't there: a TIFF
+/// The height in pixels of the pictures of samples, unless another one is asked for.
+constexpr int sampleHeight = 1300;
+
+/// Draws `count` leaves of the series `seed`, on pictures `height` pixels high, into a folder, which is made if it isn't there: a TIFF
 /// for each, and three tables. "junctions.tsv" gives the points where blade and stalk meet;
 /// "truth.tsv" gives what was drawn, lengths and area in pixels; "labels.tsv" has a row for each
 /// notch and each tip of a tooth, with what it is. Raises `FileWriteError`.
-void writeSamples(const std::string& folder, int count, long seed, Series series);
+void writeSamples(
+    const std::string& folder, int count, long seed, Series series, int height = sampleHeight);

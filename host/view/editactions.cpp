@@ -281,11 +281,14 @@ void EditActions::fill(QMenu& menu, const std::function<void(const std::string&)
 
 void EditActions::propose()
 {
-    const std::optional<JunctionPoints> proposal = JunctionProposal::propose(*view_.slice());
+    const std::optional<ProposedJunctions> proposal = JunctionProposal::propose(*view_.slice());
     view_.setProposal(proposal);
     if (proposal) {
         choose(SliceView::Tool::Select);
     }
-    emit view_.statusText(proposal ? "Press Return to accept the junctions, or drag them first"
-                                   : "No junctions can be told from the contour; please draw them");
+    emit view_.statusText(
+        proposal
+            ? QString("Press Return to accept the junctions, or drag them first (confidence %1)")
+                  .arg(proposal->confidence, 0, 'f', 2)
+            : "No junctions can be told from the contour; please draw them");
 }

@@ -82,7 +82,8 @@ TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
     LeafFolder folder;
     const std::string stack = folder.makeStack({folder.addLeaf("a"), folder.addLeaf("b")});
     const std::string drawn = bytesOf(stack);
-    EXPECT_EQ(crenara({"junctions", stack, "--propose"}).out, "Slice_Name\tX1\tY1\tX2\tY2\n");
+    EXPECT_EQ(crenara({"junctions", stack, "--propose"}).out,
+              "Slice_Name\tX1\tY1\tX2\tY2\tConfidence\n");
     EXPECT_EQ(bytesOf(stack), drawn);
 
     const CommandResult replaced = runs({"junctions", stack, "--propose", "--replace"});
@@ -93,12 +94,16 @@ TEST(JunctionsCommand, ProposesWhereJunctionsAreMissingAndPrintsATableOfThem)
         const leaf::Point point{std::stod(rows[2][1 + 2 * k]), std::stod(rows[2][2 + 2 * k])};
         EXPECT_LE(leaf::distance(point, outline.junctions[k]), 12.0) << replaced.out;
     }
-    // What was printed can be given back as a table.
-    const std::string proposed = bytesOf(stack);
-    EXPECT_NE(proposed, drawn);
+    EXPECT_GE(std::stod(rows[2][5]), 0.5);
+    const std::string noted = "junctions proposed: " + rows[2][5] + " " + rows[2][1] + " ";
+    EXPECT_NE(bytesOf(stack).find(noted), std::string::npos);
+    // What was printed can be given back as a table, and then is no proposal any more.
+    runs({"landmarks", stack, folder.file("before.tsv")});
     runs({"junctions", stack, folder.writeJunctions()});
     runs({"junctions", stack, folder.file("p.tsv")});
-    EXPECT_EQ(bytesOf(stack), proposed);
+    runs({"landmarks", stack, folder.file("after.tsv")});
+    EXPECT_EQ(bytesOf(folder.file("after.tsv")), bytesOf(folder.file("before.tsv")));
+    EXPECT_EQ(bytesOf(stack).find("junctions proposed"), std::string::npos);
 }
 
 // A slice shows square pixels; a table counts those of the file.

@@ -6,6 +6,7 @@
 #include "interface/lmxstack.h"
 #include "stack/model.h"
 #include "stack/modelitem.h"
+#include "stack/slicenotes.h"
 #include "stack/stackslice.h"
 
 #include <algorithm>
@@ -14,6 +15,11 @@
 #include <sstream>
 
 namespace {
+
+const char* const proposalKey = "junctions proposed";
+/// How far, in pixels, junctions may lie from where they were proposed: the stages put them on the
+/// contour.
+constexpr double unmoved = 3.0;
 
 std::string decimal(double value)
 {
@@ -96,6 +102,27 @@ std::string faultOnOutline(const JunctionPoints& junctions, const Vertices<int>&
 
 } // namespace
 
+std::optional<double> proposalConfidence(const StackSlice& slice)
+{
+    const ModelItem* item = landmarkOf(slice, Landmarks::petiole);
+    const std::optional<std::string> note = SliceNotes::get(slice, proposalKey);
+    std::istringstream stream(note.value_or(""));
+    stream.imbue(std::locale::classic());
+    double confidence = 0.0;
+    if (!item || item->getSize() != 2 || !(stream >> confidence)) {
+        return std::nullopt;
+    }
+    for (int i = 0; i < 2; ++i) {
+        int x = 0;
+        int y = 0;
+        const Vector<int>& vertex = item->getVertices()[i];
+        if (!(stream >> x >> y) || std::hypot(vertex[0] - x, vertex[1] - y) > unmoved) {
+            return std::nullopt;
+        }
+    }
+    return confidence;
+}
+
 std::string junctionFault(const JunctionPoints& junctions, const StackSlice& slice)
 {
     const bool hasImage = !slice.isEmpty();
@@ -127,10 +154,25 @@ void JunctionPlacing::createModels()
     }
 }
 
+void JunctionPlacing::place(const ProposedJunctions& junctions, int slice)
+{
+    place(static_cast<const JunctionPoints&>(junctions), slice);
+    std::ostringstream note;
+    note.imbue(std::locale::classic());
+    note.setf(std::ios_base::fixed);
+    note.precision(2);
+    note << junctions.confidence;
+    for (int i = 0; i < 2; ++i) {
+        note << " " << junctions.x[i] << " " << junctions.y[i];
+    }
+    SliceNotes::set(stack->getSlice(slice), proposalKey, note.str());
+}
+
 void JunctionPlacing::place(const JunctionPoints& junctions, int slice)
 {
     createModels();
     StackSlice& target = stack->getSlice(slice);
+    SliceNotes::remove(target, proposalKey);
     for (int i = target.getNumItems() - 1; i >= 0; --i) {
         if (target.getItem(i).getModel() == petioleModel) {
             LMXModelItemDeleteEvent event(target.getItem(i));
