@@ -104,8 +104,29 @@ std::string ExtractContour::process(int)
 
 void ExtractContour::process(const PixelMatrix<float>& image, int slice)
 {
-    if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
+    store(outlineOf(image), slice);
+}
+
+void ExtractContour::store(const Curve<int>& outline, int slice)
+{
+    if (outline.getSize() == 0) {
         return;
+    }
+    contourItem = new ModelItem;
+    contourItem->setModel(*contourModel);
+    contourItem->setSlice(stack->getSlice(slice));
+    contourItem->setVertices(outline);
+    contourItem->setClockwise(false);
+    contourItem->attach();
+    LMXModelItemCreateEvent event(*contourItem);
+    LMXEventServer::notifyEvent(event);
+}
+
+Curve<int> ExtractContour::outlineOf(const PixelMatrix<float>& image) const
+{
+    const Curve<int> none(2, 0, 0, 0, false);
+    if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
+        return none;
     }
     PixelMatrix<int> work = convertPixelMatrixToInt(image);
     if (background == LightBackground) {
@@ -123,21 +144,11 @@ void ExtractContour::process(const PixelMatrix<float>& image, int slice)
     }
     Curve<int> outline = extractContour(work);
     if (outline.getSize() <= image.getSize1() / 5) {
-        return;
+        return none;
     }
     curveResampling(outline);
     curveResamplingInverse(outline);
-    if (outline.getSize() == 0) {
-        return;
-    }
-    contourItem = new ModelItem;
-    contourItem->setModel(*contourModel);
-    contourItem->setSlice(stack->getSlice(slice));
-    contourItem->setVertices(outline);
-    contourItem->setClockwise(false);
-    contourItem->attach();
-    LMXModelItemCreateEvent event(*contourItem);
-    LMXEventServer::notifyEvent(event);
+    return outline;
 }
 
 PixelMatrix<int> ExtractContour::convertPixelMatrixToInt(const PixelMatrix<float>& image) const
