@@ -137,13 +137,22 @@ std::string PhotographImport::convertedName(const std::string& photograph,
     return folder + (separated ? "" : "/") + name;
 }
 
+Image0 PhotographImport::read(const std::string& photograph)
+{
+    const QImage picture = decode(photograph);
+    Image0 image = toImage0(picture);
+    ImageHeader header = image.getHeader();
+    header.setPixelCalibration(statedCalibration(picture));
+    image.setHeader(header);
+    return image;
+}
+
 std::string PhotographImport::convert(const std::string& photograph,
                                       const std::string& folder,
                                       std::string& note)
 {
     note.clear();
-    const QImage picture = decode(photograph);
-    Image0 image = toImage0(picture);
+    const Image0 image = read(photograph);
     const std::string path = convertedName(photograph, folder);
     if (isNewer(path, photograph)) {
         Image0 present;
@@ -154,9 +163,6 @@ std::string PhotographImport::convert(const std::string& photograph,
         }
         return path;
     }
-    ImageHeader header = image.getHeader();
-    header.setPixelCalibration(statedCalibration(picture));
-    image.setHeader(header);
-    ImageWriter().write(image, path, true);
+    ImageWriter().writeCompressed(image, path, true);
     return path;
 }

@@ -2,6 +2,8 @@
 
 #include <string>
 
+class Image0;
+
 /// Takes photographs that are not TIFF files, which is all that slices can be made of: a PNG or JPEG
 /// photograph is converted once, to a TIFF file beside the stack.
 class PhotographImport
@@ -12,6 +14,10 @@ public:
 
     /// Where the conversion of a photograph goes: its full file name and ".tif", in `folder`.
     static std::string convertedName(const std::string& photograph, const std::string& folder);
+
+    /// Reads a PNG or JPEG photograph, upright, with the calibration that a conversion would have.
+    /// Raises the errors of `convert` for reading.
+    static Image0 read(const std::string& photograph);
 
     /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file.
     /// A resolution that the photograph states becomes the TIFF file's calibration, in centimetres.
