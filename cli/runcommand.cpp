@@ -3,8 +3,10 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/junctiontable.h"
+#include "cli/leavesintake.h"
 #include "cli/measures.h"
 #include "cli/outputs.h"
+#include "cli/photographlist.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
 #include "cli/runrecord.h"
@@ -31,8 +33,9 @@ struct Plan
         , sinus(line)
         , tips(line)
         , project(line, report)
-        , photographs(line.argumentsFrom(0))
-        , proposes(line.isSet("propose-junctions"))
+        , arguments(line.argumentsFrom(0))
+        , asIs(line.isSet("as-is"))
+        , proposes(line.isSet("propose-junctions") || !asIs)
         , junctions(proposes ? line.bytes("junctions") : line.required("junctions"))
         , target{line.required("out"), ""}
     {
@@ -50,7 +53,8 @@ struct Plan
     SinusOptions sinus;
     TipsOptions tips;
     ProjectOptions project;
-    std::vector<std::string> photographs;
+    std::vector<std::string> arguments;
+    bool asIs; ///< every photograph is a slice
     bool proposes;
     std::string junctions; ///< empty without a table
     MeasureTarget target;
@@ -61,14 +65,19 @@ void declare(CommandLine& line)
 {
     line.addOption("out", "Folder of the results.", "DIR");
     line.addOption("junctions", "Table of the blade-petiole junctions.", "TABLE.tsv");
-    line.addFlag("propose-junctions", "Proposes junctions, from the contour, for photographs that "
-                                      "the table has no row for. The table may be left out.");
+    line.addFlag("as-is", "Takes each photograph as one slice and the options as they stand, in "
+                          "place of finding the leaves. Needs a junction table or "
+                          "'propose-junctions'.");
+    line.addFlag("propose-junctions", "Proposes junctions, from the contour, for slices that the "
+                                      "table has no row for. The table may be left out. Without "
+                                      "'as-is' this is so anyway.");
     line.addOption("name", "Name of the stack and its file (that of the folder).", "NAME");
     line.addOption("prefix", "Begin of the tables' names (the name).", "PREFIX");
     StackOptions::declare(line);
     ContourOptions::declare(line);
     SinusOptions::declare(line);
     TipsOptions::declare(line);
+    LeavesIntake::declare(line);
     ProjectOptions::declareVenation(line);
     ProjectOptions::declareGrowth(line);
 }
@@ -84,10 +93,16 @@ RunRecord beginRecord(const Plan& plan)
     return record;
 }
 
-void recordInputs(RunRecord& record, const Plan& plan)
+void recordInputs(RunRecord& record,
+                  const Plan& plan,
+                  const std::vector<std::string>& photographs,
+                  const LeafTable* settings)
 {
-    for (const std::string& photograph : plan.photographs) {
+    for (const std::string& photograph : photographs) {
         record.addInput(photograph);
+    }
+    if (settings) {
+        record.addInput(settings->path());
     }
     if (!plan.junctions.empty()) {
         record.addInput(plan.junctions);
@@ -180,11 +195,14 @@ void placeJunctions(
 
 int runRun(const QStringList& arguments, Report& report)
 {
-    CommandLine line("run", "--out DIR --junctions TABLE.tsv|--propose-junctions IMAGE...",
-                     "Does the whole work on photographs: stack, contours, junctions, apex and "
-                     "sinuses, tips, measures. Leaves the stack DIR/NAME.sdf, the two tables and "
-                     "their record. Slices that can't be worked on stay in the stack and are left "
-                     "out of the tables; the exit status is 1 then.");
+    CommandLine line(
+        "run", "--out DIR PHOTOGRAPH|FOLDER...",
+        "Does the whole work on photographs: finds the leaves on them, makes a stack "
+        "with a slice a leaf, finds contours, junctions, apex and sinuses, tips, and "
+        "measures. Leaves the stack DIR/NAME.sdf, the two tables and their record, the "
+        "table of leaves and a picture a photograph of what was found. Options given "
+        "hold for what they name, the rest is found. What can't be worked on is named "
+        "and left out of the tables; the exit status is 1 then.");
     declare(line);
     line.parse(arguments, 1, -1);
     const Plan plan(line, report);
@@ -202,17 +220,31 @@ int runRun(const QStringList& arguments, Report& report)
     if (!plan.junctions.empty()) {
         table.emplace(plan.junctions);
     }
+    std::optional<LeavesIntake> intake;
+    if (!plan.asIs) {
+        intake.emplace(line, plan.stack, plan.contour);
+    }
     RunRecord record = beginRecord(plan);
     LMXStack stack;
     stack.setName(plan.name);
-    buildStack(stack, plan.stackPath(), plan.photographs, plan.stack, report);
-    recordInputs(record, plan);
-    checkStorable(stack, plan.stackPath());
-    extractContours(stack, plan.contour, report);
+    if (intake) {
+        const std::vector<std::string> photographs = photographList(plan.arguments, report);
+        intake->fill(stack, plan.stackPath(), photographs, record, report);
+        recordInputs(record, plan, {}, intake->settings());
+        checkStorable(stack, plan.stackPath());
+    } else {
+        buildStack(stack, plan.stackPath(), plan.arguments, plan.stack, report);
+        recordInputs(record, plan, plan.arguments, nullptr);
+        checkStorable(stack, plan.stackPath());
+        extractContours(stack, plan.contour, report);
+    }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, report);
     extractTips(stack, plan.tips, plan.project.config.getVenationType(), report);
     writeStack(stack, plan.stackPath());
     measureLeaves(stack, plan.target, plan.project.config, record, report);
+    if (intake) {
+        intake->summarize(report);
+    }
     return report.exitStatus();
 }

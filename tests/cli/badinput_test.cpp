@@ -47,7 +47,7 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
     for (const char* name : {"cmyk.tif", "planes.tif", "empty.tif", "text.tif", "text.png",
                              "text.xyz", "folder.tif", "absent.tif", "absent.jpg"}) {
         const std::string out = folder.file("out");
-        fails({"run", "--out", out, "--junctions", table, good, folder.file(name)},
+        fails({"run", "--as-is", "--out", out, "--junctions", table, good, folder.file(name)},
               folder.file(name) + ": slice " + std::string(fs::path(name).stem()) + ": ");
         EXPECT_FALSE(fs::exists(out + "/out.sdf")) << name;
         EXPECT_FALSE(fs::exists(out + "/out_LeafMeasures.data")) << name;
@@ -122,13 +122,14 @@ TEST(BadInput, AFolderThatCannotBeMadeIsNamedBeforeTheWork)
     const std::string stack = folder.makeLandmarks({photograph}, false);
     const std::string before = bytesOf(stack);
     const std::string blocked = folder.write("file", "mine") + "/sub";
-    for (const Words& arguments : std::vector<Words>{
-             {"run", "--out", blocked, "--junctions", folder.writeJunctions(), photograph},
-             {"measure", stack, "--out", blocked},
-             {"picture", stack, "--out", blocked},
-             {"stack", blocked + "/s.sdf", photograph},
-             {"project", blocked + "/p.crp"},
-             {"contour", stack, "-o", blocked + "/s.sdf"}}) {
+    for (const Words& arguments :
+         std::vector<Words>{{"run", "--as-is", "--out", blocked, "--junctions",
+                             folder.writeJunctions(), photograph},
+                            {"measure", stack, "--out", blocked},
+                            {"picture", stack, "--out", blocked},
+                            {"stack", blocked + "/s.sdf", photograph},
+                            {"project", blocked + "/p.crp"},
+                            {"contour", stack, "-o", blocked + "/s.sdf"}}) {
         fails(arguments, blocked);
     }
     EXPECT_EQ(bytesOf(stack), before);
@@ -139,8 +140,9 @@ TEST(BadInput, AFullDiskLeavesTheOldFilesWhole)
 {
     LeafFolder folder;
     const std::string photograph = folder.addLeaf("a");
-    const Words run = {"run",     "--out", folder.file("o"), "--junctions", folder.writeJunctions(),
-                       photograph};
+    const Words run = {
+        "run",     "--as-is", "--out", folder.file("o"), "--junctions", folder.writeJunctions(),
+        photograph};
     const std::string stack = folder.file("o/o.sdf");
     const Words picture = {"picture", stack, "--out", folder.file("o")};
     runs(run);
@@ -188,9 +190,9 @@ TEST(BadInput, SlicesWithoutPixelSizeAreTold)
     header.setPixelCalibration(calibration);
     image.setHeader(header);
     ImageWriter().write(image, sized, true);
-    const CommandResult result =
-        runs(joined({"run", "--out", folder.file("o"), "--junctions", folder.writeJunctions()},
-                    folder.photographs()));
+    const CommandResult result = runs(joined(
+        {"run", "--as-is", "--out", folder.file("o"), "--junctions", folder.writeJunctions()},
+        folder.photographs()));
     EXPECT_TRUE(result.says("slice plain has no pixel size; its lengths are in pixels"));
     EXPECT_FALSE(result.says("slice sized has no pixel size"));
     EXPECT_TRUE(result.says("the stack mixes slices with and without pixel size")) << result.err;
