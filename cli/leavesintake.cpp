@@ -134,7 +134,9 @@ void LeavesIntake::take(LMXStack& stack,
         for (int i = 0; i < static_cast<int>(found.leaves.size()); ++i) {
             leaves.push_back(intake_->prepare(picture, found, i));
             intake_->add(stack, *stage_, picture, leaves.back());
-            leaves.back().cut = SliceCut{leaves.back().cut.part, leaves.back().cut.isWhole, {}, {}};
+            SliceCut shape;
+            shape.part = leaves.back().cut.part;
+            leaves.back().cut = shape; // without its pixels
             table_.add(leaves.back().row);
         }
         writeOverview(OverviewPicture::draw(picture, found, leaves),

@@ -14,7 +14,34 @@ constexpr float lightnessWeight = 1.0F / 9.0F; // of its square
 constexpr float darkestShadow = 0.7F;
 constexpr float blackLevel = 16.0F; // L + 16 is proportional to the cube root of the light
 
+constexpr double leastLine = 9.0;
+constexpr int widestLine = 7; // pixels
+constexpr int shortestLine = 20;
+
 } // namespace
+
+cv::Mat ContrastMap::thinLines(const cv::Mat& counted, double noise)
+{
+    cv::Mat lines = counted > std::max(leastLine, 2.0 * noise);
+    const cv::Mat disc =
+        cv::getStructuringElement(cv::MORPH_ELLIPSE, cv::Size(widestLine + 2, widestLine + 2));
+    cv::Mat broad;
+    cv::morphologyEx(lines, broad, cv::MORPH_OPEN, disc);
+    lines &= ~broad;
+    cv::Mat labels;
+    cv::Mat statistics;
+    cv::Mat centres;
+    const int number = cv::connectedComponentsWithStats(lines, labels, statistics, centres);
+    for (int label = 1; label < number; ++label) {
+        const int* line = statistics.ptr<int>(label);
+        const cv::Rect box(line[cv::CC_STAT_LEFT], line[cv::CC_STAT_TOP], line[cv::CC_STAT_WIDTH],
+                           line[cv::CC_STAT_HEIGHT]);
+        if (std::max(box.width, box.height) < shortestLine) {
+            lines(box).setTo(0, labels(box) == label);
+        }
+    }
+    return lines;
+}
 
 cv::Mat ContrastMap::make(const cv::Mat& rgb,
                           const BackgroundSurface& background,

@@ -16,6 +16,11 @@ class ContrastMap
 public:
     enum class Shadows { Ignored, Counted };
 
+    /// Where a contrast map of the other kind (shadows counted) stands out in thin lines: 255 on these,
+    /// 0 elsewhere. Stalks are often in the background's hue, only darker; unlike shadows they are
+    /// narrow and sharp.
+    static cv::Mat thinLines(const cv::Mat& counted, double noise);
+
     /// The map of a part of a photograph: `rgb` are its pixels (CV_8UC3), its upper left one lies at
     /// `corner` of a photograph of the size `whole` (all in the same pixels; they may be reduced
     /// ones). Gives CV_32F of the part's size.

@@ -42,6 +42,7 @@ struct Trial
 {
     BackgroundSurface background;
     cv::Rect part;
+    cv::Mat lines; ///< of the part
     std::vector<PictureObject> objects;
     std::vector<std::string> verdicts;
     bool shadowsCount = false;
@@ -59,10 +60,17 @@ Trial tryPart(const Reduced& picture, const cv::Rect& part, Shadows shadows)
     trial.part = part;
     const cv::Mat lab = picture.lab(part);
     trial.background = BackgroundSurface(lab, part, picture.lab.size());
-    const cv::Mat contrast = ContrastMap::make(picture.rgb(part), trial.background, part.tl(),
-                                               picture.rgb.size(), shadows);
+    cv::Mat contrast = ContrastMap::make(picture.rgb(part), trial.background, part.tl(),
+                                         picture.rgb.size(), shadows);
+    if (shadows == Shadows::Ignored) {
+        const cv::Mat counted = ContrastMap::make(picture.rgb(part), trial.background, part.tl(),
+                                                  picture.rgb.size(), Shadows::Counted);
+        trial.lines = ContrastMap::thinLines(counted, trial.background.noise());
+        counted.copyTo(contrast, trial.lines);
+    }
     trial.objects = ObjectRegions::find(contrast, trial.background.noise());
     trial.verdicts = ObjectJudge::judge(trial.objects, lab);
+    ObjectRegions::joinStalks(trial.objects, trial.verdicts);
     for (PictureObject& object : trial.objects) {
         object.box += part.tl();
         for (cv::Point& point : object.outline) {
@@ -126,6 +134,7 @@ FoundObject toPhotograph(const PictureObject& object,
     found.reducedBox = object.box;
     found.mask = object.mask;
     found.contrast = object.contrast;
+    found.border = object.border;
     found.area = object.area * factor * factor;
     found.box = cv::Rect(object.box.x * factor, object.box.y * factor, object.box.width * factor,
                          object.box.height * factor);
@@ -145,6 +154,35 @@ FoundObject toPhotograph(const PictureObject& object,
 }
 
 } // namespace
+
+cv::Mat FoundLeaves::contrastOf(const cv::Mat& rgb, cv::Point corner) const
+{
+    cv::Mat map = ContrastMap::make(rgb, background, corner, size,
+                                    shadowsCount ? Shadows::Counted : Shadows::Ignored);
+    if (thinLines.empty()) {
+        return map;
+    }
+    const cv::Rect whole(cv::Point(), cv::Size(thinLines.cols * factor, thinLines.rows * factor));
+    const cv::Rect inside = cv::Rect(corner, rgb.size()) & whole;
+    if (inside.empty()) {
+        return map;
+    }
+    const cv::Rect small(inside.x / factor, inside.y / factor,
+                         (inside.br().x - 1) / factor - inside.x / factor + 1,
+                         (inside.br().y - 1) / factor - inside.y / factor + 1);
+    if (cv::countNonZero(thinLines(small)) == 0) {
+        return map;
+    }
+    cv::Mat lines;
+    cv::resize(thinLines(small), lines, small.size() * factor, 0.0, 0.0, cv::INTER_NEAREST);
+    cv::dilate(lines, lines, cv::Mat::ones(3, 3, CV_8U));
+    const cv::Rect taken(inside.tl() - small.tl() * factor, inside.size());
+    const cv::Rect own(inside.tl() - corner, inside.size());
+    const cv::Mat counted =
+        ContrastMap::make(rgb(own), background, inside.tl(), size, Shadows::Counted);
+    counted.copyTo(map(own), lines(taken));
+    return map;
+}
 
 void FoundLeaves::order()
 {
@@ -228,6 +266,10 @@ FoundLeaves LeafFinder::find(const Photograph& photograph)
     result.sheet = cv::Rect(cv::Point(), result.size);
     if (trial.part.size() != picture.rgb.size()) {
         result.sheet = cv::Rect(trial.part.tl() * result.factor, trial.part.size() * result.factor);
+    }
+    if (!trial.lines.empty()) {
+        result.thinLines = cv::Mat::zeros(picture.rgb.size(), CV_8UC1);
+        trial.lines.copyTo(result.thinLines(trial.part));
     }
     result.background = trial.background;
     result.shadowsCount = trial.shadowsCount;

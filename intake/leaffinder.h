@@ -19,6 +19,8 @@ struct FoundObject
     double area = 0.0;
     /// Median distance of its colour to the background's, in CIE Lab with lightness weighed a third.
     double contrast = 0.0;
+    /// The contrast at which it ends.
+    double border = 0.0;
     /// It reaches the edge of the photograph.
     bool touchesEdge = false;
     /// 255 on the object, its holes filled, in the reduced picture: row and column of a pixel of the
@@ -36,9 +38,13 @@ struct FoundLeaves
     cv::Rect sheet;
     BackgroundSurface background;
     bool shadowsCount = false; ///< leaf and background differ in lightness alone
+    cv::Mat thinLines;         ///< in the reduced picture, 255 where shadows count all the same
     std::vector<FoundObject> objects;
     /// The objects that are leaves, in reading order: rows from the top, each from left to right.
     std::vector<int> leaves;
+
+    /// The contrast to the background (`ContrastMap`) of pixels that lie at `corner` of the photograph.
+    cv::Mat contrastOf(const cv::Mat& rgb, cv::Point corner) const;
 
     /// Takes a thing for a leaf, or for none, and numbers the leaves anew.
     void setLeaf(int object, bool isLeaf);

@@ -157,7 +157,7 @@ LeafIntake::prepare(const IntakePicture& picture, const FoundLeaves& found, int 
         leaf.row = *row;
     }
     leaf.cut = SliceCutter::cut(picture.pixels, found, object, part);
-    leaf.outline = OutlineChoice::choose(leaf.cut, found, wish);
+    leaf.outline = OutlineChoice::choose(leaf.cut, wish);
     const FoundObject& seen = found.objects[std::size_t(object)];
     leaf.row.slice = leaf.name;
     leaf.row.photograph = picture.path;

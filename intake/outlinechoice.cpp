@@ -1,7 +1,5 @@
 #include "intake/outlinechoice.h"
 
-#include "intake/contrastmap.h"
-
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -10,11 +8,13 @@
 
 namespace {
 
-constexpr double goodOverlap = 0.985; // of a channel: nothing else is tried
-constexpr double worthTrying = 0.9;   // separation of a channel
-constexpr double leastOverlap = 0.9;  // below it the region itself is shown
-constexpr int reach = 15;             // pixels around the leaf that the contrast picture shows
-constexpr double whitePart = 0.3;     // of the leaf that may be darker than white
+constexpr double goodMerit = 0.985; // of a channel: nothing else is tried
+constexpr double worthTrying = 0.9; // separation of a channel
+constexpr double leastMerit = 0.93; // below it the region itself is shown
+constexpr double harmlessReach = 0.01;
+constexpr int reachSide = 512;     // pixels of the pictures on which the reach is measured
+constexpr int surroundings = 15;   // pixels around the leaf that the contrast picture shows
+constexpr double whiteLevel = 1.8; // of the contrast at the leaf's border
 
 using Channel = ChosenOutline::Channel;
 
@@ -88,30 +88,38 @@ Candidate candidate(const cv::Mat& rgb,
     return {channel, value, common(bright, region)};
 }
 
-cv::Mat contrastPicture(const SliceCut& cut, const FoundLeaves& found)
+/// White from a contrast well above the leaf's border on, black far from the leaf.
+cv::Mat contrastPicture(const SliceCut& cut)
 {
-    const cv::Mat map = ContrastMap::make(cut.pixels, found.background, cut.part.tl(), found.size,
-                                          found.shadowsCount ? ContrastMap::Shadows::Counted
-                                                             : ContrastMap::Shadows::Ignored);
-    std::vector<float> inside;
-    for (int y = 0; y < map.rows; ++y) {
-        for (int x = 0; x < map.cols; ++x) {
-            if (cut.region.at<uchar>(y, x) != 0) {
-                inside.push_back(map.at<float>(y, x));
-            }
-        }
-    }
     cv::Mat picture;
-    if (inside.empty()) {
-        return cv::Mat::zeros(map.size(), CV_8UC1);
-    }
-    const auto place = inside.begin() + long(whitePart * double(inside.size() - 1));
-    std::nth_element(inside.begin(), place, inside.end());
-    map.convertTo(picture, CV_8UC1, 255.0 / std::max(1.0F, *place));
+    cut.contrast.convertTo(picture, CV_8UC1, 255.0 / (whiteLevel * cut.border));
     cv::Mat near;
-    cv::dilate(cut.region, near, cv::Mat::ones(2 * reach + 1, 2 * reach + 1, CV_8U));
+    cv::dilate(cut.region, near, cv::Mat::ones(2 * surroundings + 1, 2 * surroundings + 1, CV_8U));
     picture.setTo(0, ~near);
     return picture;
+}
+
+cv::Mat insideOf(const Curve<int>& outline, const cv::Size& size)
+{
+    cv::Mat inside = cv::Mat::zeros(size, CV_8UC1);
+    std::vector<std::vector<cv::Point>> polygon(1);
+    for (int i = 0; i < outline.getSize(); ++i) {
+        polygon[0].emplace_back(outline[i][0], outline[i][1]);
+    }
+    if (polygon[0].size() >= 3) {
+        cv::fillPoly(inside, polygon, cv::Scalar(255));
+    }
+    return inside;
+}
+
+/// The largest distance of a pixel of `other` to the nearest one of `one`.
+double farthest(const cv::Mat& one, const cv::Mat& other)
+{
+    cv::Mat distance;
+    cv::distanceTransform(~one, distance, cv::DIST_L2, 3);
+    double most = 0.0;
+    cv::minMaxLoc(distance, nullptr, &most, nullptr, nullptr, other);
+    return most;
 }
 
 ChosenOutline trace(const cv::Mat& grey,
@@ -133,6 +141,29 @@ ChosenOutline trace(const cv::Mat& grey,
     return result;
 }
 
+/// A stalk or a lobe that is lost is a small part of the area, but reaches far.
+double meritOf(const ChosenOutline& outline, const SliceCut& cut)
+{
+    const double reach = OutlineChoice::reach(outline.outline, cut.region);
+    return outline.overlap - 2.0 * std::max(0.0, reach - harmlessReach);
+}
+
+/// The channel that separates best, of those that the wish leaves.
+Candidate bestCandidate(const SliceCut& cut, const OutlineWish& wish)
+{
+    std::vector<Candidate> candidates;
+    for (const Channel channel :
+         {ChosenOutline::Grey, ChosenOutline::Red, ChosenOutline::Green, ChosenOutline::Blue}) {
+        if (!wish.channel || *wish.channel == channel) {
+            candidates.push_back(candidate(cut.pixels, cut.region, channel, wish.background));
+        }
+    }
+    return *std::max_element(candidates.begin(), candidates.end(),
+                             [](const Candidate& one, const Candidate& other) {
+                                 return one.separation < other.separation;
+                             });
+}
+
 } // namespace
 
 std::string ChosenOutline::nameOf(Channel channel)
@@ -151,55 +182,60 @@ std::optional<ChosenOutline::Channel> ChosenOutline::channelOf(const std::string
 
 double OutlineChoice::overlap(const Curve<int>& outline, const cv::Mat& region)
 {
-    if (outline.getSize() < 3) {
-        return 0.0;
-    }
-    std::vector<std::vector<cv::Point>> polygon(1);
-    for (int i = 0; i < outline.getSize(); ++i) {
-        polygon[0].emplace_back(outline[i][0], outline[i][1]);
-    }
-    cv::Mat inside = cv::Mat::zeros(region.size(), CV_8UC1);
-    cv::fillPoly(inside, polygon, cv::Scalar(255));
-    return common(inside, region);
+    return common(insideOf(outline, region.size()), region);
 }
 
-ChosenOutline
-OutlineChoice::choose(const SliceCut& cut, const FoundLeaves& found, const OutlineWish& wish)
+double OutlineChoice::reach(const Curve<int>& outline, const cv::Mat& region)
 {
-    const auto traced = [&](const Candidate& what) {
-        return trace(plane(cut.pixels, what.channel), cut, what.channel, what.background,
-                     wish.binary, wish.fidelity);
-    };
-    std::vector<Candidate> candidates;
-    for (const Channel channel :
-         {ChosenOutline::Grey, ChosenOutline::Red, ChosenOutline::Green, ChosenOutline::Blue}) {
-        if (!wish.channel || *wish.channel == channel) {
-            candidates.push_back(candidate(cut.pixels, cut.region, channel, wish.background));
-        }
+    const cv::Mat inside = insideOf(outline, region.size());
+    const double factor = std::max(1.0, std::max(region.cols, region.rows) / double(reachSide));
+    const cv::Size size(std::max(1, int(region.cols / factor)),
+                        std::max(1, int(region.rows / factor)));
+    cv::Mat one;
+    cv::Mat other;
+    cv::resize(inside, one, size, 0.0, 0.0, cv::INTER_NEAREST);
+    cv::resize(region, other, size, 0.0, 0.0, cv::INTER_NEAREST);
+    if (cv::countNonZero(one) == 0 || cv::countNonZero(other) == 0) {
+        return 1.0;
     }
-    std::stable_sort(candidates.begin(), candidates.end(),
-                     [](const Candidate& one, const Candidate& other) {
-                         return one.separation > other.separation;
-                     });
+    const cv::Rect box = cv::boundingRect(other);
+    return std::max(farthest(one, other), farthest(other, one)) / std::hypot(box.width, box.height);
+}
+
+ChosenOutline OutlineChoice::choose(const SliceCut& cut, const OutlineWish& wish)
+{
     const bool free = !wish.channel && !wish.background && !wish.binary;
     ChosenOutline best;
-    if (!candidates.empty() && (!free || candidates.front().separation > worthTrying)) {
-        best = traced(candidates.front());
+    double merit = -1.0;
+    const auto consider = [&](const ChosenOutline& other) {
+        const double own = meritOf(other, cut);
+        if (own > merit) {
+            best = other;
+            merit = own;
+        }
+    };
+    if (!wish.channel || *wish.channel <= ChosenOutline::Blue) {
+        const Candidate what = bestCandidate(cut, wish);
+        if (!free || what.separation > worthTrying) {
+            consider(trace(plane(cut.pixels, what.channel), cut, what.channel, what.background,
+                           wish.binary, wish.fidelity));
+        }
+        if (!free || merit > goodMerit) {
+            return best;
+        }
     }
-    if ((!free && wish.channel != ChosenOutline::Contrast &&
-         wish.channel != ChosenOutline::Region) ||
-        best.overlap > goodOverlap) {
-        return best;
+    if (!wish.channel || *wish.channel == ChosenOutline::Contrast) {
+        consider(trace(contrastPicture(cut), cut, ChosenOutline::Contrast, DarkBackground, false,
+                       wish.fidelity));
     }
-    if (wish.channel != ChosenOutline::Region) {
-        const ChosenOutline other = trace(contrastPicture(cut, found), cut, ChosenOutline::Contrast,
-                                          DarkBackground, false, wish.fidelity);
-        best = other.overlap > best.overlap || best.outline.getSize() == 0 ? other : best;
-    }
-    if (wish.channel == ChosenOutline::Region || (free && best.overlap < leastOverlap)) {
-        const ChosenOutline other =
+    if (wish.channel == ChosenOutline::Region || (free && merit < leastMerit)) {
+        ChosenOutline region =
             trace(cut.region, cut, ChosenOutline::Region, DarkBackground, true, wish.fidelity);
-        best = other.overlap > best.overlap ? other : best;
+        if (region.outline.getSize() > 0) {
+            // The region agrees with itself; what tells of doubt is the outline that did not.
+            region.overlap = wish.channel ? region.overlap : best.overlap;
+            best = region;
+        }
     }
     return best;
 }

@@ -27,12 +27,41 @@ cv::Mat maskOn(const cv::Rect& part, const FoundObject& object, int factor, int 
     }
     cv::Mat large;
     cv::resize(object.mask, large, own.size(), 0.0, 0.0, cv::INTER_LINEAR);
-    large = large > 127;
+    large = large > 100; // so that a thin diagonal does not break
     large(common - own.tl()).copyTo(mask(common - part.tl()));
     if (by > 0) {
         cv::dilate(mask, mask, cv::Mat::ones(2 * by + 1, 2 * by + 1, CV_8U));
     }
     return mask;
+}
+
+/// Takes the contrast of the slice's own pixels, and draws the region anew in them where it was found
+/// on a reduced picture.
+void sharpen(SliceCut& cut, const FoundLeaves& found, const FoundObject& leaf)
+{
+    cut.border = leaf.border;
+    cut.contrast = found.contrastOf(cut.pixels, cut.part.tl());
+    if (found.factor == 1) {
+        return;
+    }
+    constexpr double nearlyAll = 0.97;
+    cv::Mat near;
+    const int reach = 2 * found.factor;
+    cv::dilate(cut.region, near, cv::Mat::ones(2 * reach + 1, 2 * reach + 1, CV_8U));
+    near &= cut.contrast > leaf.border;
+    std::vector<std::vector<cv::Point>> outlines;
+    cv::findContours(near, outlines, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
+    std::size_t largest = 0;
+    std::vector<double> areas;
+    for (const std::vector<cv::Point>& outline : outlines) {
+        areas.push_back(cv::contourArea(outline));
+        largest = areas.back() > areas[largest] ? areas.size() - 1 : largest;
+    }
+    // A thin part may break in the finer grain; the coarse region then stays.
+    if (!areas.empty() && areas[largest] > nearlyAll * cv::countNonZero(cut.region)) {
+        cut.region.setTo(0);
+        cv::drawContours(cut.region, outlines, int(largest), cv::Scalar(255), cv::FILLED);
+    }
 }
 
 /// Gives the pixels that `where` says the background's colour.
@@ -93,6 +122,7 @@ SliceCut SliceCutter::cut(const Photograph& photograph,
         result.part = whole;
         result.pixels = photograph.pixels();
         result.region = maskOn(whole, leaf, found.factor, 0);
+        sharpen(result, found, leaf);
         return result;
     }
     const int margin = marginOf(leaf.box);
@@ -120,5 +150,6 @@ SliceCut SliceCutter::cut(const Photograph& photograph,
     inside(taken - part.tl()).setTo(255);
     painted.setTo(0, kept & inside);
     paintBackground(result.pixels, painted, part.tl(), found);
+    sharpen(result, found, leaf);
     return result;
 }

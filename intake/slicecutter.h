@@ -15,6 +15,9 @@ struct SliceCut
     bool isWhole = false;
     /// Rows of red, green and blue, of the part's size.
     cv::Mat pixels;
+    /// The contrast of these pixels to the background (CV_32F).
+    cv::Mat contrast;
+    double border = 0.0; ///< the contrast at which the leaf ends
     /// 255 on the leaf, of the same size; its holes are filled.
     cv::Mat region;
 };
