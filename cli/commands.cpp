@@ -4,6 +4,7 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> table = {
         {"stack", "makes a stack of photographs", runStack},
+        {"leaves", "finds the leaves on photographs and makes a stack of them", runLeaves},
         {"contour", "finds the outline of the leaf on each slice", runContour},
         {"junctions", "puts the blade-petiole junctions of a table on the slices", runJunctions},
         {"sinus", "finds apex and sinuses", runSinus},

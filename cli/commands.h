@@ -18,6 +18,7 @@ struct Command
 /// All subcommands, in the order of their use.
 const std::vector<Command>& commands();
 
+int runLeaves(const QStringList& arguments, Report& report);
 int runStack(const QStringList& arguments, Report& report);
 int runContour(const QStringList& arguments, Report& report);
 int runJunctions(const QStringList& arguments, Report& report);

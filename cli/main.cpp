@@ -86,6 +86,17 @@ int statusOf(int status)
     return status == Done && !(std::cout && std::cerr) ? NotDone : status;
 }
 
+/// The subcommand writes names on pictures.
+bool drawsText(const char* subcommand)
+{
+    for (const char* name : {"picture", "run", "leaves"}) {
+        if (std::strcmp(subcommand, name) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// Lets nothing but errors of the start through: on a cluster there is no folder for the sockets of a
 /// session, which none of ours needs.
 void dropWarnings(QtMsgType type, const QMessageLogContext&, const QString& text)
@@ -128,7 +139,7 @@ int run(int argc, char* argv[])
 int main(int argc, char* argv[])
 {
     std::unique_ptr<const QCoreApplication> application;
-    if (argc > 1 && std::strcmp(argv[1], "picture") == 0) {
+    if (argc > 1 && drawsText(argv[1])) {
         // Names under pictures need fonts, but no display.
         qputenv("QT_QPA_PLATFORM", "offscreen");
         const QtMessageHandler former = qInstallMessageHandler(dropWarnings);

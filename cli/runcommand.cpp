@@ -4,9 +4,11 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/junctiontable.h"
+#include "cli/leavesintake.h"
 #include "cli/measures.h"
 #include "cli/outputs.h"
 #include "cli/ownfiles.h"
+#include "cli/photographlist.h"
 #include "cli/pixelscale.h"
 #include "cli/projectoptions.h"
 #include "cli/report.h"
@@ -36,8 +38,9 @@ struct Plan
         , sinus(line)
         , tips(line)
         , project(line, report)
-        , photographs(line.argumentsFrom(0))
-        , proposes(line.isSet("propose-junctions"))
+        , arguments(line.argumentsFrom(0))
+        , asIs(line.isSet("as-is"))
+        , proposes(line.isSet("propose-junctions") || !asIs)
         , junctions(proposes ? line.bytes("junctions") : line.required("junctions"))
         , target{line.required("out"), ""}
     {
@@ -55,7 +58,8 @@ struct Plan
     SinusOptions sinus;
     TipsOptions tips;
     ProjectOptions project;
-    std::vector<std::string> photographs;
+    std::vector<std::string> arguments;
+    bool asIs; ///< every photograph is a slice
     bool proposes;
     std::string junctions; ///< empty without a table
     MeasureTarget target;
@@ -66,14 +70,19 @@ void declare(CommandLine& line)
 {
     line.addOption("out", "Folder of the results.", "DIR");
     line.addOption("junctions", "Table of the blade-petiole junctions.", "TABLE.tsv");
-    line.addFlag("propose-junctions", "Proposes junctions, from the contour, for photographs that "
-                                      "the table has no row for. The table may be left out.");
+    line.addFlag("as-is", "Takes each photograph as one slice and the options as they stand, in "
+                          "place of finding the leaves. Needs a junction table or "
+                          "'propose-junctions'.");
+    line.addFlag("propose-junctions", "Proposes junctions, from the contour, for slices that the "
+                                      "table has no row for. The table may be left out. Without "
+                                      "'as-is' this is so anyway.");
     line.addOption("name", "Name of the stack and its file (that of the folder).", "NAME");
     line.addOption("prefix", "Begin of the tables' names (the name).", "PREFIX");
     StackOptions::declare(line);
     ContourOptions::declare(line);
     SinusOptions::declare(line);
     TipsOptions::declare(line);
+    LeavesIntake::declare(line);
     ProjectOptions::declareVenation(line);
     ProjectOptions::declareGrowth(line);
     StackFile::declareReplace(line);
@@ -90,21 +99,28 @@ RunRecord beginRecord(const Plan& plan)
     return record;
 }
 
-/// The inputs that the stack was made of, and what could not be taken.
-void recordInputs(RunRecord& record,
-                  const Plan& plan,
-                  const std::vector<StackBuilder::Refusal>& refused)
+/// The photographs that the stack was made of, and what could not be taken.
+void recordPhotographs(RunRecord& record,
+                       const Plan& plan,
+                       const std::vector<StackBuilder::Refusal>& refused)
 {
     const auto tiles = static_cast<std::size_t>(plan.stack.rows * plan.stack.columns);
-    for (std::size_t i = 0; i < plan.photographs.size(); ++i) {
-        const std::string& first = plan.photographs[i - i % tiles];
+    for (std::size_t i = 0; i < plan.arguments.size(); ++i) {
+        const std::string& first = plan.arguments[i - i % tiles];
         const auto isIt = [&](const auto& refusal) { return refusal.photograph == first; };
         const auto found = std::find_if(refused.begin(), refused.end(), isIt);
         if (found == refused.end()) {
-            record.addInput(plan.photographs[i]);
+            record.addInput(plan.arguments[i]);
         } else if (i % tiles == 0) {
             record.addLeftOut(FileInfo::baseName(first), found->reason);
         }
+    }
+}
+
+void recordTables(RunRecord& record, const Plan& plan, const LeafTable* settings)
+{
+    if (settings) {
+        record.addInput(settings->path());
     }
     if (!plan.junctions.empty()) {
         record.addInput(plan.junctions);
@@ -214,12 +230,14 @@ void placeJunctions(
 
 int runRun(const QStringList& arguments, Report& report)
 {
-    CommandLine line("run", "--out DIR --junctions TABLE.tsv|--propose-junctions IMAGE...",
-                     "Does the whole work on photographs: stack, contours, junctions, apex and "
-                     "sinuses, tips, measures. Leaves the stack DIR/NAME.sdf, the two tables and "
-                     "their record. Photographs that can't be read are left out, slices that can't "
-                     "be worked on stay in the stack and are left out of the tables; the exit "
-                     "status is 1 then.");
+    CommandLine line(
+        "run", "--out DIR PHOTOGRAPH|FOLDER...",
+        "Does the whole work on photographs: finds the leaves on them, makes a stack "
+        "with a slice a leaf, finds contours, junctions, apex and sinuses, tips, and "
+        "measures. Leaves the stack DIR/NAME.sdf, the two tables and their record, the "
+        "table of leaves and a picture a photograph of what was found. Options given "
+        "hold for what they name, the rest is found. What can't be worked on is named "
+        "and left out of the tables; the exit status is 1 then.");
     declare(line);
     line.parse(arguments, 1, -1);
     const Plan plan(line, report);
@@ -238,14 +256,26 @@ int runRun(const QStringList& arguments, Report& report)
     if (!plan.junctions.empty()) {
         table.emplace(plan.junctions);
     }
+    std::optional<LeavesIntake> intake;
+    if (!plan.asIs) {
+        intake.emplace(line, plan.stack, plan.contour);
+    }
     RunRecord record = beginRecord(plan);
     LMXStack stack;
     stack.setName(plan.name);
-    recordInputs(record, plan,
-                 buildStack(stack, plan.stackPath(), plan.photographs, plan.stack, report));
-    checkStorable(stack, plan.stackPath());
-    for (const auto& [slice, reason] : extractContours(stack, plan.contour, report)) {
-        record.addLeftOut(slice, reason);
+    if (intake) {
+        const std::vector<std::string> photographs = photographList(plan.arguments, report);
+        intake->fill(stack, plan.stackPath(), photographs, record, report);
+        recordTables(record, plan, intake->settings());
+        checkStorable(stack, plan.stackPath());
+    } else {
+        recordPhotographs(record, plan,
+                          buildStack(stack, plan.stackPath(), plan.arguments, plan.stack, report));
+        recordTables(record, plan, nullptr);
+        checkStorable(stack, plan.stackPath());
+        for (const auto& [slice, reason] : extractContours(stack, plan.contour, report)) {
+            record.addLeftOut(slice, reason);
+        }
     }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, Resampling::Once, report);
@@ -256,5 +286,8 @@ int runRun(const QStringList& arguments, Report& report)
     writeStack(stack, plan.stackPath());
     record.setStack(plan.stackPath());
     measureLeaves(stack, plan.target, plan.project.config, record, report);
+    if (intake) {
+        intake->summarize(report);
+    }
     return report.exitStatus();
 }

@@ -128,24 +128,30 @@ bool PhotographImport::isTiff(const std::string& path)
     return suffix == "tif" || suffix == "tiff";
 }
 
+Image0 PhotographImport::read(const std::string& photograph)
+{
+    const QImage picture = decode(photograph);
+    Image0 image = toImage0(picture);
+    ImageHeader header = image.getHeader();
+    header.setPixelCalibration(statedCalibration(picture));
+    image.setHeader(header);
+    return image;
+}
+
 std::string PhotographImport::convert(const std::string& photograph,
                                       const std::string& folder,
                                       std::string& note)
 {
-    const QImage picture = decode(photograph);
-    Image0 image = toImage0(picture);
+    const Image0 image = read(photograph);
     Conversion conversion(photograph, folder);
     while (conversion.isMade() && !holds(conversion.path(), image)) {
         conversion.next();
     }
     note = conversion.note();
     if (!conversion.isMade()) {
-        ImageHeader header = image.getHeader();
-        header.setPixelCalibration(statedCalibration(picture));
-        image.setHeader(header);
         ImageWriter writer;
         writer.setOrigin(conversion.origin());
-        writer.write(image, conversion.path(), false);
+        writer.writeCompressed(image, conversion.path(), false);
     }
     return conversion.path();
 }

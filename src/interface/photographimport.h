@@ -2,6 +2,8 @@
 
 #include <string>
 
+class Image0;
+
 /// Takes photographs that are not TIFF files, which is all that slices can be made of: a PNG or JPEG
 /// photograph is converted once, to a TIFF file beside the stack.
 class PhotographImport
@@ -9,6 +11,10 @@ class PhotographImport
 public:
     /// The file has a TIFF file's suffix, "tif" or "tiff" in either case, and is used where it lies.
     static bool isTiff(const std::string& path);
+
+    /// Reads a PNG or JPEG photograph, upright, with the calibration that a conversion would have.
+    /// Raises the errors of `convert` for reading.
+    static Image0 read(const std::string& photograph);
 
     /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file: its
     /// full file name and ".tif", in `folder`. A resolution that the photograph states becomes the

@@ -114,6 +114,30 @@ void StackBuilder::build(LMXStack& stack, const std::vector<std::string>& photog
             refused_.push_back({*first, current_, "there is not enough memory"});
         }
     }
+    finish(stack);
+}
+
+void StackBuilder::addSlice(LMXStack& stack,
+                            const SliceSource& source,
+                            const std::string& photograph)
+{
+    current_ = photograph;
+    checkName(source.name, current_);
+    if (stack.findSlice(source.name) >= 0) {
+        raise<NameError>(where, current_ + ": the stack has a slice \"" + source.name +
+                                    "\" already; two photographs can't have one name");
+    }
+    auto slice = std::make_unique<StackSlice>();
+    slice->setName(source.name);
+    slice->setImageSource(*source.pixels);
+    slice->setPixelCalibration(source.calibration);
+    slice->setStack(stack);
+    stack.addSlice(*slice.release());
+}
+
+void StackBuilder::finish(LMXStack& stack) const
+{
+    stack.setLengthUnit(unit_);
     // What the slices have in common is the default of the stack.
     if (stack.getNumSlices() > 0) {
         const PixelCalibration& first = stack.getFirstSlice().getPixelCalibration();
@@ -168,15 +192,25 @@ void StackBuilder::append(LMXStack& stack, const std::vector<std::string>& tiles
 
 void StackBuilder::append(LMXStack& stack, const std::string& photograph)
 {
+    for (const SliceSource& source : sourcesOf(photograph)) {
+        addSlice(stack, source, photograph);
+    }
+}
+
+std::vector<SliceSource> StackBuilder::sourcesOf(const std::string& photograph)
+{
     const std::string name = FileInfo::baseName(photograph);
     const std::string file = imageFile(photograph);
     switch (ImageImport::kindOf(file)) {
     case ImageImport::Kind::Volume:
-        return appendPlanes(stack, name, file);
+        return planesOf(name, file);
     case ImageImport::Kind::Pages:
-        return appendPages(stack, name, file);
+        return pagesOf(name, file);
     default:
-        appendSlice(stack, name, ImageSourceFile(file), ImageImport::statedCalibration(file));
+        const ImageSourceFile source(file);
+        std::vector<SliceSource> sources;
+        sources.push_back(sourceOf(name, source, ImageImport::statedCalibration(file)));
+        return sources;
     }
 }
 
@@ -193,26 +227,26 @@ void StackBuilder::appendMosaic(LMXStack& stack, const std::vector<std::string>&
         mosaic.setFilename(place / columns_, place % columns_, file);
     }
     current_ = tiles.front();
-    appendSlice(stack, FileInfo::baseName(tiles.front()), mosaic, stated);
+    addSlice(stack, sourceOf(FileInfo::baseName(tiles.front()), mosaic, stated), tiles.front());
 }
 
-void StackBuilder::appendPages(LMXStack& stack,
-                               const std::string& name,
-                               const std::string& file) const
+std::vector<SliceSource> StackBuilder::pagesOf(const std::string& name,
+                                               const std::string& file) const
 {
     ImageSourceTiffStackPlane source;
     source.setTiffStackFilename(file);
     const int pages = source.getNumImages();
     const PixelCalibration stated = ImageImport::statedCalibration(file);
+    std::vector<SliceSource> sources;
     for (int page = 0; page < pages; ++page) {
         source.setPlane(page);
-        appendSlice(stack, numbered(name, page, pages), source, stated);
+        sources.push_back(sourceOf(numbered(name, page, pages), source, stated));
     }
+    return sources;
 }
 
-void StackBuilder::appendPlanes(LMXStack& stack,
-                                const std::string& name,
-                                const std::string& file) const
+std::vector<SliceSource> StackBuilder::planesOf(const std::string& name,
+                                                const std::string& file) const
 {
     VoxelMatrix<float> volume;
     volume.loadHeader(file);
@@ -224,28 +258,19 @@ void StackBuilder::appendPlanes(LMXStack& stack,
     stated.compute();
     ImageSourceVoxelMatrixFilePlane source;
     source.setVoxelMatrixFilename(file);
+    std::vector<SliceSource> sources;
     for (int plane = 0; plane < volume.getSize3(); ++plane) {
         source.setPlane(plane);
-        appendSlice(stack, numbered(name, plane, volume.getSize3()), source, stated);
+        sources.push_back(sourceOf(numbered(name, plane, volume.getSize3()), source, stated));
     }
+    return sources;
 }
 
-void StackBuilder::appendSlice(LMXStack& stack,
-                               const std::string& name,
-                               const ImageSource& source,
-                               const PixelCalibration& stated) const
+SliceSource StackBuilder::sourceOf(const std::string& name,
+                                   const ImageSource& source,
+                                   const PixelCalibration& stated) const
 {
-    checkName(name, current_);
-    if (stack.findSlice(name) >= 0) {
-        raise<NameError>(where, current_ + ": the stack has a slice \"" + name +
-                                    "\" already; two photographs can't have one name");
-    }
-    auto slice = std::make_unique<StackSlice>();
-    slice->setName(name);
-    slice->setImageSource(source);
-    slice->setPixelCalibration(sliceCalibration(stated));
-    slice->setStack(stack);
-    stack.addSlice(*slice.release());
+    return {name, std::unique_ptr<ImageSource>(source.clone()), sliceCalibration(stated)};
 }
 
 PixelCalibration StackBuilder::sliceCalibration(const PixelCalibration& stated) const

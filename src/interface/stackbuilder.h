@@ -1,16 +1,25 @@
 #pragma once
 
+#include "image/sources/imagesource.h"
 #include "image/values/lengthunit.h"
+#include "image/values/pixelcalibration.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-class ImageSource;
 class LMXStack;
-class PixelCalibration;
 class Stack;
 class StackSlice;
+
+/// What a slice is made of: its name, its pixels, and the size of a pixel in the stack's unit.
+struct SliceSource
+{
+    std::string name;
+    std::unique_ptr<ImageSource> pixels;
+    PixelCalibration calibration;
+};
 
 /// Makes a stack of image files, in the order given: one slice per photograph, named after its file
 /// without suffix; one slice per page or plane of a file that has several (TIFF stacks, volume files),
@@ -61,6 +70,21 @@ public:
     /// stack then has the slices up to there.
     void build(LMXStack& stack, const std::vector<std::string>& photographs);
 
+    /// What the file of a photograph makes: a source for each slice. Converts what needs it. Touches
+    /// no stack, so that it may run in any thread, each with a builder of its own. Raises the errors
+    /// of `build` for the file.
+    std::vector<SliceSource> sourcesOf(const std::string& photograph);
+
+    /// The calibration of a slice whose file states this one.
+    PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
+
+    /// Appends one slice with this calibration; `photograph` is named in errors. Raises the errors of
+    /// `build` for the name. When all are there, `finish` has to follow.
+    void addSlice(LMXStack& stack, const SliceSource& source, const std::string& photograph);
+
+    /// Gives the stack the length unit, and the calibration that all its slices have in common.
+    void finish(LMXStack& stack) const;
+
     /// The photograph at which the last `build` ended with an error.
     const std::string& getCurrentPhotograph() const { return current_; }
 
@@ -84,14 +108,12 @@ private:
     void append(LMXStack& stack, const std::vector<std::string>& tiles);
     void append(LMXStack& stack, const std::string& photograph);
     void appendMosaic(LMXStack& stack, const std::vector<std::string>& tiles);
-    void appendPages(LMXStack& stack, const std::string& name, const std::string& file) const;
-    void appendPlanes(LMXStack& stack, const std::string& name, const std::string& file) const;
-    void appendSlice(LMXStack& stack,
-                     const std::string& name,
-                     const ImageSource& source,
-                     const PixelCalibration& stated) const;
+    std::vector<SliceSource> pagesOf(const std::string& name, const std::string& file) const;
+    std::vector<SliceSource> planesOf(const std::string& name, const std::string& file) const;
+    SliceSource sourceOf(const std::string& name,
+                         const ImageSource& source,
+                         const PixelCalibration& stated) const;
     std::string imageFile(const std::string& photograph);
-    PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
 
     LengthUnit unit_;
     std::optional<float> pixelWidth_;

@@ -37,7 +37,7 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
     folder.write("cut.tif", bytesOf(good).substr(0, bytesOf(good).size() * 9 / 10));
     const Words bad = {"empty.tif", "text.png",   "text.xyz",  "folder.tif",
                        "cut.tif",   "absent.tif", "absent.jpg"};
-    Words run = {"run", "--out", folder.file("out"), "--junctions", table};
+    Words run = {"run", "--as-is", "--out", folder.file("out"), "--junctions", table};
     for (const std::string& name : bad) {
         run.push_back(folder.file(name));
     }
@@ -49,7 +49,7 @@ TEST(BadInput, ImagesThatCannotBeReadAreNamedWithTheirSlice)
         EXPECT_TRUE(result.says(folder.file(name) + ": slice " + slice + ": ")) << result.err;
         EXPECT_NE(record.find("\"slice\": \"" + slice + "\""), std::string::npos) << name;
     }
-    runs({"run", "--out", folder.file("only"), "--junctions", table, good});
+    runs({"run", "--as-is", "--out", folder.file("only"), "--junctions", table, good});
     EXPECT_EQ(bytesOf(folder.file("out/out_LeafMeasures.data")),
               bytesOf(folder.file("only/only_LeafMeasures.data")));
 }
@@ -122,13 +122,14 @@ TEST(BadInput, AFolderThatCannotBeMadeIsNamedBeforeTheWork)
     const std::string stack = folder.makeLandmarks({photograph}, false);
     const std::string before = bytesOf(stack);
     const std::string blocked = folder.write("file", "mine") + "/sub";
-    for (const Words& arguments : std::vector<Words>{
-             {"run", "--out", blocked, "--junctions", folder.writeJunctions(), photograph},
-             {"measure", stack, "--out", blocked},
-             {"picture", stack, "--out", blocked},
-             {"stack", blocked + "/s.sdf", photograph},
-             {"project", blocked + "/p.crp"},
-             {"contour", stack, "-o", blocked + "/s.sdf"}}) {
+    for (const Words& arguments :
+         std::vector<Words>{{"run", "--as-is", "--out", blocked, "--junctions",
+                             folder.writeJunctions(), photograph},
+                            {"measure", stack, "--out", blocked},
+                            {"picture", stack, "--out", blocked},
+                            {"stack", blocked + "/s.sdf", photograph},
+                            {"project", blocked + "/p.crp"},
+                            {"contour", stack, "-o", blocked + "/s.sdf"}}) {
         fails(arguments, blocked);
     }
     EXPECT_EQ(bytesOf(stack), before);
@@ -139,8 +140,9 @@ TEST(BadInput, AFullDiskLeavesTheOldFilesWhole)
 {
     LeafFolder folder;
     const std::string photograph = folder.addLeaf("a");
-    const Words run = {"run",     "--out", folder.file("o"), "--junctions", folder.writeJunctions(),
-                       photograph};
+    const Words run = {
+        "run",     "--as-is", "--out", folder.file("o"), "--junctions", folder.writeJunctions(),
+        photograph};
     const std::string stack = folder.file("o/o.sdf");
     const Words picture = {"picture", stack, "--out", folder.file("o")};
     runs(run);
@@ -189,9 +191,9 @@ TEST(BadInput, SlicesWithoutPixelSizeAreTold)
     header.setPixelCalibration(calibration);
     image.setHeader(header);
     ImageWriter().write(image, sized, true);
-    const CommandResult result =
-        runs(joined({"run", "--out", folder.file("o"), "--junctions", folder.writeJunctions()},
-                    folder.photographs()));
+    const CommandResult result = runs(joined(
+        {"run", "--as-is", "--out", folder.file("o"), "--junctions", folder.writeJunctions()},
+        folder.photographs()));
     EXPECT_TRUE(result.says("slice plain has no pixel size; its lengths are in pixels"));
     EXPECT_FALSE(result.says("slice sized has no pixel size"));
     EXPECT_TRUE(result.says("the stack mixes slices with and without pixel size")) << result.err;

@@ -37,8 +37,8 @@ TEST(Chain, RunFindsWhatWasDrawn)
         folder.addLeaf("leaf" + std::to_string(perSide), perSide);
     }
     const CommandResult result =
-        runs(joined({"run", "--out", folder.file("out"), "--junctions", folder.writeJunctions(),
-                     "--pixel-width", "0.5", "--unit", "mm"},
+        runs(joined({"run", "--as-is", "--out", folder.file("out"), "--junctions",
+                     folder.writeJunctions(), "--pixel-width", "0.5", "--unit", "mm"},
                     folder.photographs()));
     EXPECT_EQ(result.out, "");
     const std::string table = folder.file("out/out_LeafMeasures.data");
@@ -59,8 +59,8 @@ TEST(Chain, RunLeavesWhatTheSubcommandsLeaveByteForByte)
     folder.addLeaf("one", 3);
     folder.addLeaf("two", 4);
     const std::string table = folder.writeJunctions();
-    runs(joined({"run", "--out", folder.file("x"), "--junctions", table, "--angle", "150",
-                 "--method", "symmetry", "--venation", "palmate"},
+    runs(joined({"run", "--as-is", "--out", folder.file("x"), "--junctions", table, "--angle",
+                 "150", "--method", "symmetry", "--venation", "palmate"},
                 folder.photographs()));
     const std::string stack = folder.file("y/x.sdf");
     const std::vector<Words> steps = {
@@ -93,8 +93,8 @@ TEST(Chain, PhotographsOfAllKindsGiveTheSameMeasures)
     const Words photographs = {tiff, folder.file("in/leaf.png"), folder.file("in/leaf.JPG")};
     for (std::size_t i = 0; i < 3; ++i) {
         const std::string out = "o" + std::to_string(i);
-        runs({"run", "--out", folder.file(out), "--junctions", table, "--pixel-width", "2",
-              photographs[i]});
+        runs({"run", "--as-is", "--out", folder.file(out), "--junctions", table, "--pixel-width",
+              "2", photographs[i]});
         tables[i] = measures(folder, out, "LeafMeasures");
     }
     EXPECT_EQ(tables[0], tables[1]);
@@ -118,7 +118,7 @@ TEST(Chain, NamesWithBlanksQuotesSemicolonsAndLettersOfOtherLanguagesWorkInAnyLo
         ASSERT_TRUE(picture.save(QString::fromStdString(folder.file("Ж%1 'x'.png"))));
         folder.addJunctions("Ж%1 'x'", {"253", "720", "267", "720"});
         const std::string out = folder.file("Ordner; ä 'o'");
-        runs({"run", "--out", out, "--name", "Näme; 1", "--junctions",
+        runs({"run", "--as-is", "--out", out, "--name", "Näme; 1", "--junctions",
               folder.writeJunctions("Täbelle;.tsv"), photograph, folder.file("Ж%1 'x'.png")},
              {{"LC_ALL", locale}});
         const auto table = tableOf(out + "/Näme; 1_LeafMeasures.data");
@@ -135,7 +135,8 @@ TEST(Chain, SlicesThatCannotBeWorkedOnAreLeftOutAndTold)
     LeafFolder folder;
     folder.addLeaf("good");
     const std::string goodTable = folder.writeJunctions("good.tsv");
-    runs({"run", "--out", folder.file("only"), "--junctions", goodTable, folder.photographs()[0]});
+    runs({"run", "--as-is", "--out", folder.file("only"), "--junctions", goodTable,
+          folder.photographs()[0]});
     folder.addBlank("blank");
     folder.addLeaf("far");
     folder.addLeaf("same");
@@ -147,9 +148,9 @@ TEST(Chain, SlicesThatCannotBeWorkedOnAreLeftOutAndTold)
     // The good leaf stands last, so that its row does not have its slice's number.
     Words photographs = folder.photographs();
     std::rotate(photographs.begin(), photographs.begin() + 1, photographs.end());
-    const CommandResult result =
-        fails(joined({"run", "--out", folder.file("out"), "--junctions", table}, photographs),
-              "blank.tif: slice blank: no outline of a leaf was found");
+    const CommandResult result = fails(
+        joined({"run", "--as-is", "--out", folder.file("out"), "--junctions", table}, photographs),
+        "blank.tif: slice blank: no outline of a leaf was found");
     EXPECT_TRUE(result.says("t.tsv:4: slice far: junction 1 lies ")) << result.err;
     EXPECT_TRUE(result.says("t.tsv:5: slice same: both junctions are the same point"));
     EXPECT_TRUE(result.says("slice norow: the junction table has no row for it"));
@@ -191,7 +192,8 @@ TEST(Chain, PicturesShowTheLandmarksInTheirColours)
 {
     LeafFolder folder;
     const std::string photograph = folder.addLeaf("a");
-    runs({"run", "--out", folder.file("o"), "--junctions", folder.writeJunctions(), photograph});
+    runs({"run", "--as-is", "--out", folder.file("o"), "--junctions", folder.writeJunctions(),
+          photograph});
     runs({"picture", folder.file("o/o.sdf"), "--out", folder.file("p")});
     const QImage picture(QString::fromStdString(folder.file("p/a_landmarks.png")));
     const QImage plain = asQImage(photograph);

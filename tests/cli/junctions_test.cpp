@@ -148,7 +148,7 @@ TEST(JunctionsCommand, TellsTheSlicesForWhichNothingIsProposed)
     const std::string leaf = folder.addLeaf("a");
     const std::string blank = folder.addBlank("b");
     const CommandResult result =
-        fails({"run", "--out", folder.file("o"), "--propose-junctions", leaf, blank},
+        fails({"run", "--as-is", "--out", folder.file("o"), "--propose-junctions", leaf, blank},
               "a.tif: slice a: its junctions are proposed");
     EXPECT_TRUE(result.says("b.tif: slice b: no outline of a leaf was found")) << result.err;
     EXPECT_EQ(tableOf(folder.file("o/o_LeafMeasures.data")).size(), 2u);

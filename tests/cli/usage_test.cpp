@@ -67,8 +67,9 @@ TEST(Usage, WrongUsageEndsWithStatusTwoAndTouchesNoFile)
         {{"stack", folder.file("n.sdf"), photograph, "--pixel-width", "inf"}, "above 0"},
         {{"project", photograph}, "should be the name of a .crp file"},
         {{"project", folder.file("p.crp"), "--name", "a\"b"}, "can't hold double quotes"},
-        {{"run", photograph, "--junctions", table}, "option 'out' is missing"},
-        {{"run", photograph, "--out", folder.file("o")}, "option 'junctions' is missing"},
+        {{"run", "--as-is", photograph, "--junctions", table}, "option 'out' is missing"},
+        {{"run", "--as-is", photograph, "--out", folder.file("o")},
+         "option 'junctions' is missing"},
         {{"picture", stack}, "option 'out' is missing"},
     };
     for (const Case& given : cases) {

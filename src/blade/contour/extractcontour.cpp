@@ -150,19 +150,12 @@ std::string ExtractContour::process(int)
 
 void ExtractContour::process(const PixelMatrix<float>& image, int slice)
 {
-    // Too small for the frame of the markers, and for a leaf.
-    if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
-        return;
-    }
-    BytePlane bytes;
-    Curve<int> outline =
-        bytes.convert(image) ? traceBytes(bytes) : traceInts(convertPixelMatrixToInt(image));
-    if (outline.getSize() <= image.getSize1() / 5) {
-        return;
-    }
-    curveResampling(outline);
-    curveResamplingInverse(outline);
-    if (outline.getSize() == 0) { // an item without vertices would pass for a contour
+    store(outlineOf(image), slice);
+}
+
+void ExtractContour::store(const Curve<int>& outline, int slice)
+{
+    if (outline.getSize() == 0) {
         return;
     }
     contourItem = new ModelItem;
@@ -173,6 +166,24 @@ void ExtractContour::process(const PixelMatrix<float>& image, int slice)
     contourItem->attach();
     LMXModelItemCreateEvent event(*contourItem);
     LMXEventServer::notifyEvent(event);
+}
+
+Curve<int> ExtractContour::outlineOf(const PixelMatrix<float>& image) const
+{
+    const Curve<int> none(2, 0, 0, 0, false);
+    // Too small for the frame of the markers, and for a leaf.
+    if (image.getSize1() < smallestImage || image.getSize2() < smallestImage) {
+        return none;
+    }
+    BytePlane bytes;
+    Curve<int> outline =
+        bytes.convert(image) ? traceBytes(bytes) : traceInts(convertPixelMatrixToInt(image));
+    if (outline.getSize() <= image.getSize1() / 5) {
+        return none;
+    }
+    curveResampling(outline);
+    curveResamplingInverse(outline);
+    return outline;
 }
 
 Curve<int> ExtractContour::traceInts(PixelMatrix<int> work) const

@@ -47,6 +47,13 @@ public:
     /// rows or columns has no contour, nor has one whose outline has at most a fifth of its rows.
     void process(const PixelMatrix<float>& image, int slice);
 
+    /// The outline that `process` stores; empty where it stores none. Needs no stack, and may be
+    /// called from several threads.
+    Curve<int> outlineOf(const PixelMatrix<float>& image) const;
+
+    /// Stores an outline as the contour of a slice; nothing for an empty one.
+    void store(const Curve<int>& outline, int slice);
+
     /// Each value truncated.
     PixelMatrix<int> convertPixelMatrixToInt(const PixelMatrix<float>& image) const;
 

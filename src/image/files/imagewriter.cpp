@@ -201,6 +201,15 @@ void ImageWriter::write(const Image0& image, const std::string& path, bool overw
     replaceTiff(path, "w", overwrite, !origin_.empty(), [&](TIFF* tif) { writeTIFF(image, tif); });
 }
 
+void ImageWriter::writeCompressed(const Image0& image, const std::string& path, bool overwrite)
+{
+    replaceTiff(path, "w", overwrite, [&](TIFF* tif) {
+        setField(tif, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
+        setField(tif, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
+        writeTIFF(image, tif);
+    });
+}
+
 void ImageWriter::write(const Image2& image, const std::string& path, bool compress, bool overwrite)
 {
     const char* const mode = image.bytes() >= 0x80000000U ? "w8" : "w";

@@ -1,0 +1,226 @@
+#include "intake/leafintake.h"
+
+#include "blade/contour/extractcontour.h"
+#include "image/files/imagewriter.h"
+#include "image/pixels/image0.h"
+#include "image/sources/imagesourcefile.h"
+#include "interface/imageimport.h"
+#include "interface/lmxstack.h"
+#include "interface/photographimport.h"
+#include "stack/stackslice.h"
+#include "system/exception.h"
+#include "system/fileinfo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr double dotsPerCentimetre = 1.0 / 2.54;
+
+Image0 toImage(const cv::Mat& rgb)
+{
+    Image0 image(rgb.cols, rgb.rows, 24);
+    for (int y = 0; y < rgb.rows; ++y) {
+        std::memcpy(image.getPixels()[y], rgb.ptr(y), image.bytesPerLine());
+    }
+    return image;
+}
+
+const char* nameOf(BackgroundValue background)
+{
+    return background == LightBackground ? "light" : "dark";
+}
+
+/// The object that a row of the settings means: the one most of which lies in its part.
+int objectIn(const FoundLeaves& found, const cv::Rect& part)
+{
+    constexpr double most = 0.8;
+    int best = -1;
+    for (std::size_t i = 0; i < found.objects.size(); ++i) {
+        const FoundObject& object = found.objects[i];
+        const double inside = (object.box & part).area() / double(std::max(1, object.box.area()));
+        const bool larger = best < 0 || object.area > found.objects[std::size_t(best)].area;
+        if (inside > most && larger) {
+            best = static_cast<int>(i);
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+LeafIntake::LeafIntake(const Options& options)
+    : options_(options)
+{
+    builder_.setLengthUnit(options.unit);
+    builder_.setFolder(options.folder);
+    if (options.pixelWidth) {
+        builder_.setPixelWidth(*options.pixelWidth);
+    }
+}
+
+bool LeafIntake::isScreenResolution(const PixelCalibration& stated)
+{
+    if (stated.getLengthUnit().getScale() != -2) {
+        return false;
+    }
+    const double dots = 1.0 / double(stated.getPixelWidth()) / dotsPerCentimetre;
+    return std::fabs(dots - 72.0) < 0.5 || std::fabs(dots - 96.0) < 0.5;
+}
+
+std::vector<IntakePicture> LeafIntake::open(const std::string& path)
+{
+    std::vector<IntakePicture> pictures;
+    if (ImageImport::kindOf(path) == ImageImport::Kind::Photograph) {
+        const Image0 image = PhotographImport::read(path);
+        IntakePicture picture;
+        picture.path = path;
+        picture.name = FileInfo::baseName(path);
+        picture.pixels = Photograph(image);
+        PixelCalibration stated = image.getHeader().getPixelCalibration();
+        if (isScreenResolution(stated)) {
+            stated.clear();
+        }
+        picture.calibration = builder_.sliceCalibration(stated);
+        pictures.push_back(std::move(picture));
+    } else {
+        for (SliceSource& source : builder_.sourcesOf(path)) {
+            StackSlice slice;
+            slice.setImageSource(*source.pixels);
+            IntakePicture picture;
+            picture.path = path;
+            picture.name = source.name;
+            picture.pixels = Photograph::ofSlice(slice);
+            picture.calibration = source.calibration;
+            picture.source = std::move(source.pixels);
+            pictures.push_back(std::move(picture));
+        }
+        notes_.insert(notes_.end(), builder_.getNotes().begin(), builder_.getNotes().end());
+    }
+    return pictures;
+}
+
+FoundLeaves LeafIntake::find(const IntakePicture& picture) const
+{
+    FoundLeaves found = LeafFinder::find(picture.pixels);
+    if (!options_.settings) {
+        return found;
+    }
+    std::vector<cv::Rect> parts;
+    for (const LeafRow* row : options_.settings->rowsOf(picture.path)) {
+        if (row->part.area() > 0) {
+            parts.push_back(row->part);
+        }
+    }
+    if (parts.empty()) {
+        return found;
+    }
+    for (FoundObject& object : found.objects) {
+        object.verdict = object.isLeaf ? "not in the settings" : object.verdict;
+        object.isLeaf = false;
+    }
+    for (const cv::Rect& part : parts) {
+        const int object = objectIn(found, part);
+        if (object >= 0 && !found.objects[std::size_t(object)].isLeaf) {
+            found.setLeaf(object, true);
+        } else {
+            found.addLeaf(picture.pixels, part);
+        }
+    }
+    return found;
+}
+
+IntakeLeaf
+LeafIntake::prepare(const IntakePicture& picture, const FoundLeaves& found, int place) const
+{
+    const int object = found.leaves.at(std::size_t(place));
+    IntakeLeaf leaf;
+    leaf.name = picture.name;
+    if (found.leaves.size() > 1) {
+        leaf.name += "-" + std::to_string(place + 1);
+    }
+    const LeafRow* row = options_.settings ? options_.settings->find(leaf.name) : nullptr;
+    std::optional<cv::Rect> part;
+    OutlineWish wish = options_.wish;
+    if (row) {
+        if (row->part.area() > 0) {
+            part = row->part;
+        }
+        if (!wish.channel && !row->channel.empty()) {
+            wish.channel = ChosenOutline::channelOf(row->channel);
+        }
+        if (!wish.background && !row->background.empty()) {
+            wish.background = row->background == "light" ? LightBackground : DarkBackground;
+        }
+        leaf.row = *row;
+    }
+    leaf.cut = SliceCutter::cut(picture.pixels, found, object, part);
+    leaf.outline = OutlineChoice::choose(leaf.cut, wish);
+    const FoundObject& seen = found.objects[std::size_t(object)];
+    leaf.row.slice = leaf.name;
+    leaf.row.photograph = picture.path;
+    leaf.row.part = leaf.cut.part;
+    leaf.row.background = nameOf(leaf.outline.background);
+    leaf.row.channel = ChosenOutline::nameOf(leaf.outline.channel);
+    leaf.row.overlap = leaf.outline.overlap;
+    leaf.row.contrast = seen.contrast;
+    leaf.row.touchesEdge = seen.touchesEdge;
+    return leaf;
+}
+
+std::string LeafIntake::cutFile(const IntakePicture& picture, const IntakeLeaf& leaf) const
+{
+    const std::string base = FileInfo::baseName(picture.path);
+    std::string rest = leaf.name.substr(std::min(base.size(), leaf.name.size()));
+    rest += leaf.name == picture.name ? "-1" : "";
+    const std::string name = FileInfo::fileName(picture.path) + rest + ".tif";
+    const std::string& folder = options_.folder;
+    return folder.empty() || folder.back() == '/' ? folder + name : folder + "/" + name;
+}
+
+void LeafIntake::add(LMXStack& stack,
+                     ExtractContour& stage,
+                     const IntakePicture& picture,
+                     IntakeLeaf& leaf)
+{
+    SliceSource source{leaf.name, nullptr, picture.calibration};
+    if (leaf.row.pixelWidth && !options_.pixelWidth) {
+        source.calibration.setPixelWidth(static_cast<float>(*leaf.row.pixelWidth));
+        source.calibration.compute();
+    }
+    if (stack.findSlice(leaf.name) >= 0) {
+        raise<NameError>("void LeafIntake::add(...)",
+                         picture.path + ": the stack has a slice \"" + leaf.name +
+                             "\" already; two photographs can't have one name");
+    }
+    if (leaf.cut.isWhole && picture.source) {
+        source.pixels.reset(picture.source->clone());
+    } else if (leaf.cut.isWhole) {
+        std::string note;
+        source.pixels = std::make_unique<ImageSourceFile>(
+            PhotographImport::convert(picture.path, options_.folder, note));
+        if (!note.empty()) {
+            notes_.push_back(note);
+        }
+    } else {
+        const std::string file = cutFile(picture, leaf);
+        ImageWriter().writeCompressed(toImage(leaf.cut.pixels), file, true);
+        source.pixels = std::make_unique<ImageSourceFile>(file);
+    }
+    builder_.addSlice(stack, source, picture.path);
+    const int place = stack.getNumSlices() - 1;
+    stage.store(leaf.outline.outline, place);
+    const StackSlice& slice = stack.getSlice(place);
+    if (leaf.row.scaleSource.empty() || leaf.row.scaleSource == "none") {
+        leaf.row.scaleSource = options_.pixelWidth                 ? "option"
+                               : leaf.row.pixelWidth               ? "table"
+                               : StackBuilder::hasPixelSize(slice) ? "file"
+                                                                   : "none";
+    }
+    leaf.row.pixelWidth.reset();
+    if (StackBuilder::hasPixelSize(slice)) {
+        leaf.row.pixelWidth = double(slice.getPixelCalibration().getPixelWidth());
+    }
+}
