@@ -4,6 +4,7 @@
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "image/sources/imagesourcefile.h"
+#include "interface/conversion.h"
 #include "interface/imageimport.h"
 #include "interface/lmxstack.h"
 #include "interface/photographimport.h"
@@ -170,14 +171,20 @@ LeafIntake::prepare(const IntakePicture& picture, const FoundLeaves& found, int 
     return leaf;
 }
 
-std::string LeafIntake::cutFile(const IntakePicture& picture, const IntakeLeaf& leaf) const
+std::string LeafIntake::writeCut(const IntakePicture& picture, const IntakeLeaf& leaf)
 {
     const std::string base = FileInfo::baseName(picture.path);
-    std::string rest = leaf.name.substr(std::min(base.size(), leaf.name.size()));
-    rest += leaf.name == picture.name ? "-1" : "";
-    const std::string name = FileInfo::fileName(picture.path) + rest + ".tif";
-    const std::string& folder = options_.folder;
-    return folder.empty() || folder.back() == '/' ? folder + name : folder + "/" + name;
+    std::string part = leaf.name.substr(std::min(base.size(), leaf.name.size()));
+    part += leaf.name == picture.name ? "-1" : "";
+    // A cut of the same leaf is made anew, since the settings may have moved it.
+    const Conversion cut(picture.path, options_.folder, part);
+    ImageWriter writer;
+    writer.setOrigin(cut.origin());
+    writer.writeCompressed(toImage(leaf.cut.pixels), cut.path(), true);
+    if (!cut.note().empty()) {
+        notes_.push_back(cut.note());
+    }
+    return cut.path();
 }
 
 void LeafIntake::add(LMXStack& stack,
@@ -205,9 +212,7 @@ void LeafIntake::add(LMXStack& stack,
             notes_.push_back(note);
         }
     } else {
-        const std::string file = cutFile(picture, leaf);
-        ImageWriter().writeCompressed(toImage(leaf.cut.pixels), file, true);
-        source.pixels = std::make_unique<ImageSourceFile>(file);
+        source.pixels = std::make_unique<ImageSourceFile>(writeCut(picture, leaf));
     }
     builder_.addSlice(stack, source, picture.path);
     const int place = stack.getNumSlices() - 1;

@@ -80,7 +80,7 @@ public:
 
 private:
     const LeafRow* rowOf(const IntakePicture& picture, int place) const;
-    std::string cutFile(const IntakePicture& picture, const IntakeLeaf& leaf) const;
+    std::string writeCut(const IntakePicture& picture, const IntakeLeaf& leaf);
 
     Options options_;
     StackBuilder builder_;

@@ -216,7 +216,9 @@ TEST(StackReader, TellsEachFaultWithLineAndReason)
          "13: MODELITEM: there is no slice \"loaf\""},
         {"\"Contour\" \"leaf\"", "\"Outline\" \"leaf\"",
          "13: MODELITEM: there is no model \"Outline\""},
-        {"3,4", "3,-999999", data + "the point (3, -999999) lies far outside its image"},
+        // Told where the statement ends.
+        {"3,4", "3,-999999",
+         "16: " + item + "MODELITEMDATA: the point (3, -999999) lies far outside its image"},
         {"3,4", "3,b", data + "an integer is missing before \"b\""},
         {"3,4", "3", data + "a comma is missing between two coordinates"},
         {"3,4", "99999999999,4", data + "the number 99999999999 is out of range"},

@@ -211,7 +211,7 @@ Curve<int> ExtractContour::traceBytes(BytePlane& work) const
     }
     const int threshold = OtsuThresholding0<int>().computeThreshold(work.histogram());
     if (binaryImage) {
-        return outlineOf(BitPlane::notBelow(work, threshold));
+        return ::outlineOf(BitPlane::notBelow(work, threshold));
     }
     const BitPlane markers = markersOf(work, threshold);
     work = ByteGradient(gradientSigma()).apply(work);
@@ -220,7 +220,7 @@ Curve<int> ExtractContour::traceBytes(BytePlane& work) const
     if (leaf.count() == 0) {
         leaf.fill();
     }
-    return outlineOf(leaf);
+    return ::outlineOf(leaf);
 }
 
 PixelMatrix<int> ExtractContour::convertPixelMatrixToInt(const PixelMatrix<float>& image) const

@@ -203,7 +203,7 @@ void ImageWriter::write(const Image0& image, const std::string& path, bool overw
 
 void ImageWriter::writeCompressed(const Image0& image, const std::string& path, bool overwrite)
 {
-    replaceTiff(path, "w", overwrite, [&](TIFF* tif) {
+    replaceTiff(path, "w", overwrite, !origin_.empty(), [&](TIFF* tif) {
         setField(tif, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
         setField(tif, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
         writeTIFF(image, tif);
