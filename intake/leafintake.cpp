@@ -90,6 +90,7 @@ std::vector<IntakePicture> LeafIntake::open(const std::string& path)
         for (SliceSource& source : builder_.sourcesOf(path)) {
             StackSlice slice;
             slice.setImageSource(*source.pixels);
+            slice.setPixelCalibration(source.calibration); // the stages see square pixels, too
             IntakePicture picture;
             picture.path = path;
             picture.name = source.name;
@@ -213,6 +214,10 @@ void LeafIntake::add(LMXStack& stack,
         }
     } else {
         source.pixels = std::make_unique<ImageSourceFile>(writeCut(picture, leaf));
+        if (source.calibration.getAspectRatio() != 1.0F) { // the cut has square pixels
+            source.calibration.setPixelHeight(source.calibration.getPixelWidth());
+            source.calibration.setAspectRatio(1.0F);
+        }
     }
     builder_.addSlice(stack, source, picture.path);
     const int place = stack.getNumSlices() - 1;

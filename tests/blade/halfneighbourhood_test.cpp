@@ -24,7 +24,8 @@ std::size_t sinuses(const LeafOutline& drawn, double factor, double& share)
 {
     const LeafOutline large = enlarged(drawn, factor);
     const auto stack = leaf::emptyStack(1);
-    leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, 0, rounded(resampledLoop(large.outline, 1.2)));
+    leaf::addItem(*stack, "Contour", PRIMITIVE_POLYGON, 0,
+                  rounded(resampledLoop(large.outline, 1.2)));
     leaf::mark(*stack, "Petiole", 0, rounded({large.leftJunction, large.rightJunction}));
     const int half = autoHalfNeighbourhood(stack->getSlice(0));
     share = half / factor;

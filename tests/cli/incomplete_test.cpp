@@ -33,8 +33,10 @@ TEST(Incomplete, AStackWithSlicesLeftOutCanBeGoneOnWith)
         folder.write("t.tsv", bytesOf(all).substr(0, bytesOf(all).find("norow")));
     const Words photographs = folder.photographs();
     const std::string stack = folder.file("o/o.sdf");
-    fails(joined({"run", "--out", folder.file("o"), "--junctions", table}, photographs), "");
-    runs({"run", "--out", folder.file("p"), "--junctions", table, photographs[0], photographs[2]});
+    fails(joined({"run", "--as-is", "--out", folder.file("o"), "--junctions", table}, photographs),
+          "");
+    runs({"run", "--as-is", "--out", folder.file("p"), "--junctions", table, photographs[0],
+          photographs[2]});
     const std::string whole = folder.file("p/p.sdf");
 
     const std::vector<Words> stages = {{"sinus"},

@@ -2,8 +2,8 @@
 #include "image/filters/resizexform.h"
 #include "image/pixels/image2.h"
 #include "image/pixels/imagearithmetic.h"
-#include "numerics/scalar.h"
 #include "image/values/imageerrors.h"
+#include "numerics/scalar.h"
 #include "support/errors.h"
 #include "support/images.h"
 

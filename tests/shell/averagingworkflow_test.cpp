@@ -56,7 +56,9 @@ public:
         std::map<std::string, std::string> files;
         for (const auto& entry : fs::directory_iterator(folder.file("out"))) {
             const std::string name = entry.path().filename().string();
-            files[name] = folder.read("out/" + name);
+            if (name.front() != '.') { // the command notes what it wrote
+                files[name] = folder.read("out/" + name);
+            }
         }
         fs::remove_all(folder.file("out"));
         fs::create_directory(folder.file("out"));
