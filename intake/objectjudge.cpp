@@ -174,13 +174,14 @@ ObjectLook ObjectLook::of(const PictureObject& object, const cv::Mat& lab)
 
 double ObjectLook::artificiality() const
 {
-    double sum = std::clamp((straight - 0.5) / 0.1, -2.0, 3.0);
+    double sum = 0.5 + std::clamp((straight - 0.5) / 0.1, -2.0, 3.0);
     sum += fill > 0.82 ? 1.0 : 0.0;
     sum += std::clamp((spread - 27.0) / 3.0, 0.0, 2.0);
     sum += std::clamp((foreign - 0.1) / 0.1, 0.0, 1.0) * (1.0 - grey);
     sum += sides >= 2 ? 1.0 : 0.0;
     // A blade of grass has two long edges that are all but parallel; its ends are pointed.
-    sum -= elongation > 5.0 && fill < 0.76 ? 4.0 : 0.0;
+    const bool plain = spread < 20.0 && foreign < 0.1;
+    sum -= plain && elongation > 5.0 && fill < 0.76 ? 4.0 : 0.0;
     return sum;
 }
 
