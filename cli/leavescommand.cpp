@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/leavesintake.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/photographlist.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
@@ -19,6 +20,7 @@ int runLeaves(const QStringList& arguments, Report& report)
     ContourOptions::declare(line);
     LeavesIntake::declare(line);
     line.addOption("name", "Name of the stack (that of the file).", "NAME");
+    StackFile::declareReplace(line);
     line.parse(arguments, 2, -1);
     const StackOptions stackOptions(line);
     const ContourOptions contour(line);
@@ -29,6 +31,7 @@ int runLeaves(const QStringList& arguments, Report& report)
 
     const std::string path = line.argument(0);
     requireSuffix(path, "sdf");
+    OwnFiles::requireReplaceable(path, OwnFiles::isStack, line.isSet("replace"));
     prepareFolder(folderOf(path));
     checkWritable(path);
     LMXStack stack;

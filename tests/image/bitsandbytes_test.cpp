@@ -8,7 +8,6 @@
 #include "image/regions/otsuthresholding0.h"
 #include "image/regions/runlabelling.h"
 #include "shape/curves/curve.h"
-#include "system/exception.h"
 
 #include <gtest/gtest.h>
 
@@ -131,7 +130,7 @@ TEST(BitsAndBytes, TheGradientIsThatOfFloatsCutAt255)
     Pictures source;
     for (int k = 0; k < pictures; ++k) {
         PixelMatrix<int> image = source.next();
-        const float sigma = k % 2 == 0 ? 1.0f : 3.5f;
+        const float sigma = k % 2 == 0 ? 1.0f : k % 4 == 1 ? 3.5f : 12.0f;
         const BytePlane bytes = ByteGradient(sigma).apply(toBytes(image));
         PixelMatrix<float> norm(image.getSize1(), image.getSize2());
         for (int i = 0; i < image.getSize1(); ++i) {
@@ -148,7 +147,6 @@ TEST(BitsAndBytes, TheGradientIsThatOfFloatsCutAt255)
         expectEqual(
             image, [&](int i, int j) { return bytes.row(i)[j]; }, k);
     }
-    EXPECT_THROW(ByteGradient(2.0f), ValueError);
 }
 
 TEST(BitsAndBytes, ValuesAreTruncatedAndOthersThanBytesRefused)

@@ -12,7 +12,7 @@
 class ByteGradient
 {
 public:
-    /// Sigma is 1 or 3.5 (`ValueError`): the loops are made for the lengths of these two kernels.
+    /// Sigma in pixels, of the same range as there.
     explicit ByteGradient(float sigma);
 
     BytePlane apply(const BytePlane& image) const;
