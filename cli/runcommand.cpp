@@ -48,7 +48,27 @@ struct Plan
                                   : QDir::cleanPath(QDir(line.text("out")).absolutePath())
                                         .section('/', -1)
                                         .toStdString();
+        if (!asIs && !line.isSet("half-neighbourhood")) {
+            sinus.halfNeighbourhood = 0;
+        }
         target.prefix = line.isSet("prefix") ? line.required("prefix") : name;
+    }
+
+    /// Takes over what the settings say of single leaves.
+    void apply(const LeafTable& settings)
+    {
+        for (const LeafRow& row : settings.rows()) {
+            const bool palmate = project.config.getVenationType() == PALMATE;
+            if (!row.venation.empty() && (row.venation == "palmate") != palmate) {
+                throw UsageFailure(settings.path() + ": slice " + row.slice + " is " +
+                                   row.venation +
+                                   ", but a run takes one venation; see the option "
+                                   "'venation'");
+            }
+            if (row.halfNeighbourhood) {
+                sinus.halfNeighbourhoodOf[row.slice] = *row.halfNeighbourhood;
+            }
+        }
     }
 
     std::string stackPath() const { return target.folder + "/" + name + ".sdf"; }
@@ -240,7 +260,7 @@ int runRun(const QStringList& arguments, Report& report)
         "and left out of the tables; the exit status is 1 then.");
     declare(line);
     line.parse(arguments, 1, -1);
-    const Plan plan(line, report);
+    Plan plan(line, report);
     if (line.isSet("quiet")) {
         report.setQuiet();
     }
@@ -259,6 +279,9 @@ int runRun(const QStringList& arguments, Report& report)
     std::optional<LeavesIntake> intake;
     if (!plan.asIs) {
         intake.emplace(line, plan.stack, plan.contour);
+        if (intake->settings()) {
+            plan.apply(*intake->settings());
+        }
     }
     RunRecord record = beginRecord(plan);
     LMXStack stack;
@@ -279,7 +302,7 @@ int runRun(const QStringList& arguments, Report& report)
     }
     placeJunctions(stack, table ? &*table : nullptr, plan.proposes, record, report);
     extractSinuses(stack, plan.sinus, Resampling::Once, report);
-    if (plan.sinus.halfNeighbourhood == 0) {
+    if (plan.sinus.halfNeighbourhood == 0 || !plan.sinus.halfNeighbourhoodOf.empty()) {
         record.addParameters("half-neighbourhoods", halfNeighbourhoods(stack));
     }
     extractTips(stack, plan.tips, plan.project.config.getVenationType(), Resampling::Once, report);

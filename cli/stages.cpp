@@ -59,11 +59,13 @@ int ownChannel(const LMXStack& stack)
 /// The half neighbourhood for a slice; notes it in the annotation where it is one a leaf.
 int chooseHalfNeighbourhood(StackSlice& slice, const SinusOptions& options)
 {
-    if (options.halfNeighbourhood > 0) {
+    const auto given = options.halfNeighbourhoodOf.find(slice.getName());
+    if (options.halfNeighbourhood > 0 && given == options.halfNeighbourhoodOf.end()) {
         SliceNotes::remove(slice, halfNeighbourhoodKey);
         return options.halfNeighbourhood;
     }
-    const int value = autoHalfNeighbourhood(slice);
+    const int value =
+        given != options.halfNeighbourhoodOf.end() ? given->second : autoHalfNeighbourhood(slice);
     if (contourOf(slice)) {
         SliceNotes::set(slice, halfNeighbourhoodKey, std::to_string(value));
     }

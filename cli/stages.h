@@ -8,6 +8,7 @@
 
 #include <QJsonObject>
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,6 +38,7 @@ struct SinusOptions
     QJsonObject toJson() const;
 
     int halfNeighbourhood; ///< 0 for one a leaf, from the length of its outline
+    std::map<std::string, int> halfNeighbourhoodOf; ///< of single slices, by their names
     float angle;
 };
 
