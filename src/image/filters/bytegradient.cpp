@@ -60,7 +60,7 @@ std::vector<Four> spread(const std::vector<float>& weights)
 class Strip
 {
 public:
-    static constexpr int width = 8192;
+    static constexpr int width = 512;
 
     Strip(const std::vector<float>& smoothing, const std::vector<float>& derivative)
         : taps_(static_cast<int>(smoothing.size()))
