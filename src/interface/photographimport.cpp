@@ -4,6 +4,7 @@
 #include "image/files/imagewriter.h"
 #include "image/pixels/image0.h"
 #include "interface/conversion.h"
+#include "interface/photographrecord.h"
 #include "interface/qimageconversion.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -80,16 +81,17 @@ QImage decode(const std::string& photograph)
     return picture;
 }
 
-/// In centimetres if the picture states its resolution. One that it does not state is that of a
-/// picture made from nothing.
-PixelCalibration statedCalibration(const QImage& picture)
+/// In centimetres if the picture states its resolution and that may be a scale. One that it does not
+/// state is that of a picture made from nothing.
+PixelCalibration statedCalibration(const QImage& picture, const std::string& photograph)
 {
     PixelCalibration calibration;
     const QImage fresh(1, 1, picture.format());
     const int across = picture.dotsPerMeterX();
     const int down = picture.dotsPerMeterY();
     if (across <= 0 || down <= 0 ||
-        (across == fresh.dotsPerMeterX() && down == fresh.dotsPerMeterY())) {
+        (across == fresh.dotsPerMeterX() && down == fresh.dotsPerMeterY()) ||
+        !PhotographRecord(photograph).doubt().empty()) {
         return calibration;
     }
     LengthUnit centimetre;
@@ -133,7 +135,7 @@ Image0 PhotographImport::read(const std::string& photograph)
     const QImage picture = decode(photograph);
     Image0 image = toImage0(picture);
     ImageHeader header = image.getHeader();
-    header.setPixelCalibration(statedCalibration(picture));
+    header.setPixelCalibration(statedCalibration(picture, photograph));
     image.setHeader(header);
     return image;
 }

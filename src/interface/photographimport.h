@@ -18,7 +18,7 @@ public:
 
     /// Converts a photograph, upright as its EXIF record says, and gives the name of the TIFF file: its
     /// full file name and ".tif", in `folder`. A resolution that the photograph states becomes the
-    /// TIFF file's calibration, in centimetres.
+    /// TIFF file's calibration, in centimetres, unless it is no scale (`PhotographRecord::doubt`).
     ///
     /// A conversion of the same photograph that is there is used; where a file of anything else has
     /// the name, another one is taken (see `Conversion`), of which `note` tells; it is empty

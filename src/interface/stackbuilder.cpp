@@ -9,6 +9,7 @@
 #include "interface/imageimport.h"
 #include "interface/lmxstack.h"
 #include "interface/photographimport.h"
+#include "interface/photographrecord.h"
 #include "stack/stackslice.h"
 #include "system/exception.h"
 #include "system/fileinfo.h"
@@ -190,6 +191,21 @@ void StackBuilder::append(LMXStack& stack, const std::vector<std::string>& tiles
     }
 }
 
+PixelCalibration StackBuilder::believed(const PixelCalibration& stated,
+                                        const std::string& photograph)
+{
+    const std::string doubt = PhotographRecord(photograph).doubt();
+    if (doubt.empty()) {
+        return stated;
+    }
+    if (!doubtTold_ && !pixelWidth_) {
+        doubtTold_ = true;
+        notes_.push_back(photograph + " " + doubt +
+                         "; such photographs count as uncalibrated, unless their scale is given");
+    }
+    return {};
+}
+
 void StackBuilder::append(LMXStack& stack, const std::string& photograph)
 {
     for (const SliceSource& source : sourcesOf(photograph)) {
@@ -209,7 +225,8 @@ std::vector<SliceSource> StackBuilder::sourcesOf(const std::string& photograph)
     default:
         const ImageSourceFile source(file);
         std::vector<SliceSource> sources;
-        sources.push_back(sourceOf(name, source, ImageImport::statedCalibration(file)));
+        sources.push_back(
+            sourceOf(name, source, believed(ImageImport::statedCalibration(file), photograph)));
         return sources;
     }
 }
@@ -221,7 +238,7 @@ void StackBuilder::appendMosaic(LMXStack& stack, const std::vector<std::string>&
     for (std::size_t i = 0; i < tiles.size(); ++i) {
         const std::string file = imageFile(tiles[i]);
         if (i == 0) {
-            stated = ImageImport::statedCalibration(file);
+            stated = believed(ImageImport::statedCalibration(file), tiles[i]);
         }
         const int place = static_cast<int>(i);
         mosaic.setFilename(place / columns_, place % columns_, file);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class LMXStack;
@@ -27,8 +28,8 @@ struct SliceSource
 /// files are used where they lie, others are converted (`PhotographImport`, `ImageImport`).
 ///
 /// All slices of a stack have one length unit, to which the calibration of each file is converted.
-/// A calibration counts if it has a unit and a width above 0; a slice without one has pixels of
-/// width 1. Pixels that are not square keep their aspect ratio, and their width is that of the
+/// A calibration counts if it has a unit and a width above 0, and comes from no resolution that is no
+/// scale (`PhotographRecord::doubt`); a slice without one has pixels of width 1. Pixels that are not square keep their aspect ratio, and their width is that of the
 /// square pixels which a slice shows. A width is rounded to what a stack file holds, so that a stack
 /// just made gives the same measures as one read from its file.
 class StackBuilder
@@ -75,6 +76,10 @@ public:
     /// of `build` for the file.
     std::vector<SliceSource> sourcesOf(const std::string& photograph);
 
+    /// What the file of a photograph states, or nothing if that is no scale
+    /// (`PhotographRecord::doubt`), which the first such photograph notes.
+    PixelCalibration believed(const PixelCalibration& stated, const std::string& photograph);
+
     /// The calibration of a slice whose file states this one.
     PixelCalibration sliceCalibration(const PixelCalibration& stated) const;
 
@@ -90,6 +95,9 @@ public:
 
     /// What the last `build` has to tell about its files, a sentence each.
     const std::vector<std::string>& getNotes() const { return notes_; }
+
+    /// What `sourcesOf` and `believed` had to tell since the notes were taken last.
+    std::vector<std::string> takeNotes() { return std::exchange(notes_, {}); }
 
     /// What a user should know about the pixel sizes of a stack, a sentence each: slices without
     /// one, and sizes or units that differ in kind.
@@ -124,4 +132,5 @@ private:
     int columns_ = 1;
     std::string current_;
     std::vector<std::string> notes_;
+    bool doubtTold_ = false;
 };

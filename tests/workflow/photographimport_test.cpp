@@ -3,8 +3,12 @@
 #include "image/files/tifforigin.h"
 #include "image/pixels/image0.h"
 #include "image/sources/imagesourcefile.h"
+#include "interface/lmxstack.h"
 #include "interface/photographimport.h"
+#include "interface/photographrecord.h"
+#include "interface/stackbuilder.h"
 #include "support/temporaryfolder.h"
+#include "support/tiffs.h"
 #include "system/exception.h"
 
 #include <QImage>
@@ -59,6 +63,16 @@ Image0 converted(const TemporaryFolder& folder, const std::string& photograph)
     return image;
 }
 
+/// The slice of a photograph has no pixel size.
+bool uncalibratedSlice(const TemporaryFolder& folder, const std::string& photograph)
+{
+    LMXStack stack;
+    StackBuilder builder;
+    builder.setFolder(folder.path().string());
+    builder.build(stack, {photograph});
+    return !StackBuilder::hasPixelSize(stack.getSlice(0));
+}
+
 } // namespace
 
 TEST(PhotographImport, TellsTiffFilesByTheirSuffix)
@@ -109,6 +123,76 @@ TEST(PhotographImport, KeepsAResolutionThatTheFileStates)
     const std::string plain = folder.write("q.png", bytes);
     converted(folder, plain);
     EXPECT_EQ(ImageSourceFile(plain + ".tif").getPixelCalibration().getLengthUnit().getScale(), 0);
+}
+
+TEST(PhotographRecord, TakesNoScaleFromScreensAndCameras)
+{
+    const TemporaryFolder folder;
+    const auto doubt = [&](const std::string& path) { return PhotographRecord(path).doubt(); };
+    QImage picture = markedPicture(40, 20);
+    for (const char* name : {"p.png", "p.jpg"}) {
+        for (const double dots : {72.0, 96.0, 150.0, 300.0}) {
+            picture.setDotsPerMeterX(qRound(dots / 0.0254));
+            picture.setDotsPerMeterY(qRound(dots / 0.0254));
+            const std::string path = save(folder, name, picture);
+            EXPECT_NEAR(PhotographRecord(path).dotsPerInch(), dots, 1.0) << name;
+            EXPECT_EQ(doubt(path).empty(), dots > 100.0) << name << dots;
+            EXPECT_EQ(uncalibratedSlice(folder, path), dots < 100.0) << name << dots;
+        }
+    }
+    // A camera's name, in a JPEG file's and in a PNG file's record.
+    const std::string tiff("II*\0\x08\0\0\0\x01\0\x0F\x01\x02\0\x06\0\0\0\x1A\0\0\0\0\0\0\0Canon\0",
+                           32);
+    std::string jpeg = folder.read("p.jpg");
+    jpeg.insert(2, std::string("\xFF\xE1\0\x28", 4) + std::string("Exif\0\0", 6) + tiff);
+    std::string png = folder.read("p.png");
+    png.insert(png.find("pHYs") - 4, std::string("\0\0\0\x20", 4) + "eXIf" + tiff + "sums");
+    for (const std::string& path : {folder.write("c.jpg", jpeg), folder.write("c.png", png)}) {
+        EXPECT_EQ(PhotographRecord(path).make(), "Canon");
+        EXPECT_NE(doubt(path).find("Canon"), std::string::npos);
+    }
+    EXPECT_TRUE(uncalibratedSlice(folder, folder.file("c.jpg")));
+    // A TIFF file of 72 dots says so by intent; with a camera's name it doesn't.
+    for (const bool camera : {false, true}) {
+        const std::string path = folder.file(camera ? "camera.tif" : "plain.tif");
+        {
+            TiffMaker maker(path);
+            maker.tags(8, 4, 8, 1, PHOTOMETRIC_MINISBLACK);
+            TIFFSetField(maker.get(), TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+            TIFFSetField(maker.get(), TIFFTAG_XRESOLUTION, 72.0);
+            TIFFSetField(maker.get(), TIFFTAG_YRESOLUTION, 72.0);
+            if (camera) {
+                TIFFSetField(maker.get(), TIFFTAG_MAKE, "Nikon");
+            }
+            maker.rows(4, [](int, int) { return 7; });
+        }
+        EXPECT_EQ(uncalibratedSlice(folder, path), camera);
+    }
+    // Cut off or damaged anywhere, a record says something or nothing.
+    for (const std::string& whole : {jpeg.substr(0, 80), png.substr(0, 120), tiff}) {
+        for (std::size_t at = 0; at < whole.size(); ++at) {
+            PhotographRecord(folder.write("cut", whole.substr(0, at))).doubt();
+            std::string broken = whole;
+            broken[at] = '\xFF';
+            PhotographRecord(folder.write("broken", broken)).doubt();
+        }
+    }
+}
+
+TEST(StackBuilder, TellsOnceOfResolutionsThatAreNoScale)
+{
+    const TemporaryFolder folder;
+    QImage picture = markedPicture(40, 20);
+    picture.setDotsPerMeterX(2835);
+    picture.setDotsPerMeterY(2835);
+    LMXStack stack;
+    StackBuilder builder;
+    builder.setFolder(folder.path().string());
+    builder.build(stack, {save(folder, "a.png", picture), save(folder, "b.jpg", picture)});
+    ASSERT_EQ(builder.getNotes().size(), 1U);
+    EXPECT_NE(builder.getNotes()[0].find("a.png states 72 dots per inch"), std::string::npos);
+    builder.build(stack, {save(folder, "c.png", picture)});
+    EXPECT_TRUE(builder.getNotes().empty());
 }
 
 TEST(PhotographImport, KnowsAConversionByWhatItWasMadeFrom)
