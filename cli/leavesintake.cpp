@@ -41,6 +41,7 @@ void writeOverview(const QImage& picture, const std::string& path)
 
 void LeavesIntake::declare(CommandLine& line)
 {
+    ScaleOptions::declare(line);
     line.addOption(
         "settings",
         "Table of leaves of an earlier run, edited: its rows hold for their photographs.",
@@ -52,6 +53,7 @@ LeavesIntake::LeavesIntake(const CommandLine& line,
                            const ContourOptions& contour)
     : stackOptions_(stack)
     , contour_(contour)
+    , scale_(line)
     , hasBackground_(line.isSet("background"))
 {
     if (stack.rows * stack.columns > 1) {
@@ -72,6 +74,7 @@ void LeavesIntake::fill(LMXStack& stack,
     options.folder = FileInfo::dirName(stackPath);
     options.unit = stackOptions_.unit;
     options.pixelWidth = stackOptions_.pixelWidth;
+    options.scale = scale_.request;
     options.settings = settings();
     if (contour_.channel >= 0) {
         options.wish.channel = static_cast<ChosenOutline::Channel>(contour_.channel);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/runrecord.h"
+#include "cli/scaleoptions.h"
 #include "cli/stackoptions.h"
 #include "cli/stages.h"
 #include "intake/leaftable.h"
@@ -44,6 +45,7 @@ private:
 
     StackOptions stackOptions_;
     ContourOptions contour_;
+    ScaleOptions scale_;
     bool hasBackground_;
     std::optional<LeafTable> settings_;
     class LeafIntake* intake_ = nullptr;

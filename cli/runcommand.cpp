@@ -277,6 +277,9 @@ int runRun(const QStringList& arguments, Report& report)
         table.emplace(plan.junctions);
     }
     std::optional<LeavesIntake> intake;
+    if (plan.asIs && (line.isSet("marker") || line.isSet("ruler"))) {
+        throw UsageFailure("the options 'marker' and 'ruler' don't go with 'as-is'");
+    }
     if (!plan.asIs) {
         intake.emplace(line, plan.stack, plan.contour);
         if (intake->settings()) {

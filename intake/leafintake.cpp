@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr double dotsPerCentimetre = 1.0 / 2.54;
-
 Image0 toImage(const cv::Mat& rgb)
 {
     Image0 image(rgb.cols, rgb.rows, 24);
@@ -62,13 +60,48 @@ LeafIntake::LeafIntake(const Options& options)
     }
 }
 
-bool LeafIntake::isScreenResolution(const PixelCalibration& stated)
+/// Puts the scale found into the picture's calibration, and notes where there is none.
+void LeafIntake::findScaleOf(IntakePicture& picture)
 {
-    if (stated.getLengthUnit().getScale() != -2) {
-        return false;
+    if (options_.scale.kind == ScaleRequest::Kind::None) {
+        return;
     }
-    const double dots = 1.0 / double(stated.getPixelWidth()) / dotsPerCentimetre;
-    return std::fabs(dots - 72.0) < 0.5 || std::fabs(dots - 96.0) < 0.5;
+    picture.scale = findScale(picture.pixels.pixels(), options_.scale);
+    const float ratio = picture.calibration.getAspectRatio();
+    PixelCalibration stated;
+    stated.setAspectRatio(ratio);
+    if (picture.scale.found) {
+        LengthUnit millimetre;
+        millimetre.setScale(-3);
+        stated.setLengthUnit(millimetre);
+        // A slice shows square pixels as wide as the longer side of the file's.
+        stated.setPixelWidth(static_cast<float>(picture.scale.pixelSize) / std::max(1.0F, ratio));
+        stated.compute();
+    } else {
+        notes_.push_back(picture.path + ": " + options_.scale.text() + " not found (" +
+                         picture.scale.reason +
+                         "); its leaves have no scale but that of a table "
+                         "of settings");
+    }
+    picture.calibration = builder_.sliceCalibration(stated);
+}
+
+/// The calibration of a leaf's slice; tells the row where it comes from.
+PixelCalibration LeafIntake::calibrationOf(const IntakePicture& picture, LeafRow& row) const
+{
+    PixelCalibration calibration = picture.calibration;
+    if (options_.pixelWidth) {
+        row.scaleSource = "option";
+    } else if (picture.scale.found) {
+        row.scaleSource = options_.scale.text();
+    } else if (row.pixelWidth) {
+        calibration.setPixelWidth(static_cast<float>(*row.pixelWidth));
+        calibration.compute();
+        row.scaleSource = "table";
+    } else {
+        row.scaleSource = "file";
+    }
+    return calibration;
 }
 
 std::vector<IntakePicture> LeafIntake::open(const std::string& path)
@@ -80,11 +113,8 @@ std::vector<IntakePicture> LeafIntake::open(const std::string& path)
         picture.path = path;
         picture.name = FileInfo::baseName(path);
         picture.pixels = Photograph(image);
-        PixelCalibration stated = image.getHeader().getPixelCalibration();
-        if (isScreenResolution(stated)) {
-            stated.clear();
-        }
-        picture.calibration = builder_.sliceCalibration(stated);
+        picture.calibration = builder_.sliceCalibration(
+            builder_.believed(image.getHeader().getPixelCalibration(), path));
         pictures.push_back(std::move(picture));
     } else {
         for (SliceSource& source : builder_.sourcesOf(path)) {
@@ -99,7 +129,12 @@ std::vector<IntakePicture> LeafIntake::open(const std::string& path)
             picture.source = std::move(source.pixels);
             pictures.push_back(std::move(picture));
         }
-        notes_.insert(notes_.end(), builder_.getNotes().begin(), builder_.getNotes().end());
+    }
+    for (const std::string& note : builder_.takeNotes()) {
+        notes_.push_back(note);
+    }
+    for (IntakePicture& picture : pictures) {
+        findScaleOf(picture);
     }
     return pictures;
 }
@@ -193,11 +228,7 @@ void LeafIntake::add(LMXStack& stack,
                      const IntakePicture& picture,
                      IntakeLeaf& leaf)
 {
-    SliceSource source{leaf.name, nullptr, picture.calibration};
-    if (leaf.row.pixelWidth && !options_.pixelWidth) {
-        source.calibration.setPixelWidth(static_cast<float>(*leaf.row.pixelWidth));
-        source.calibration.compute();
-    }
+    SliceSource source{leaf.name, nullptr, calibrationOf(picture, leaf.row)};
     if (stack.findSlice(leaf.name) >= 0) {
         raise<NameError>("void LeafIntake::add(...)",
                          picture.path + ": the stack has a slice \"" + leaf.name +
@@ -223,14 +254,10 @@ void LeafIntake::add(LMXStack& stack,
     const int place = stack.getNumSlices() - 1;
     stage.store(leaf.outline.outline, place);
     const StackSlice& slice = stack.getSlice(place);
-    if (leaf.row.scaleSource.empty() || leaf.row.scaleSource == "none") {
-        leaf.row.scaleSource = options_.pixelWidth                 ? "option"
-                               : leaf.row.pixelWidth               ? "table"
-                               : StackBuilder::hasPixelSize(slice) ? "file"
-                                                                   : "none";
-    }
     leaf.row.pixelWidth.reset();
     if (StackBuilder::hasPixelSize(slice)) {
         leaf.row.pixelWidth = double(slice.getPixelCalibration().getPixelWidth());
+    } else {
+        leaf.row.scaleSource = "none";
     }
 }

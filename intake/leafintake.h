@@ -3,6 +3,7 @@
 #include "intake/leaffinder.h"
 #include "intake/leaftable.h"
 #include "intake/outlinechoice.h"
+#include "intake/scale/scalerequest.h"
 #include "intake/slicecutter.h"
 #include "interface/stackbuilder.h"
 
@@ -20,7 +21,7 @@ struct IntakePicture
     std::string name; ///< of its slice, if it gives one
     Photograph pixels;
     PixelCalibration calibration; ///< in the stack's unit
-    bool isCalibrated = false;
+    FoundScale scale;             ///< if one was looked for
     /// Where a slice of the whole picture takes its pixels from; null for a PNG or JPEG photograph,
     /// which is converted when needed.
     std::shared_ptr<const ImageSource> source;
@@ -48,6 +49,9 @@ public:
         std::string folder; ///< of the stack's file; conversions and cuts go there
         LengthUnit unit;
         std::optional<float> pixelWidth;
+        /// Looked for on each photograph, in place of what its file states. Where it isn't found, the
+        /// photograph has no scale unless the settings give one.
+        ScaleRequest scale;
         OutlineWish wish;
         const LeafTable* settings = nullptr; ///< rows given back; may be null
     };
@@ -74,11 +78,9 @@ public:
     /// What a user should know of the files opened so far, a sentence each.
     const std::vector<std::string>& notes() const { return notes_; }
 
-    /// Marks a resolution that no one measured: 72 or 96 dots per inch, which programs write where
-    /// they know none.
-    static bool isScreenResolution(const PixelCalibration& stated);
-
 private:
+    void findScaleOf(IntakePicture& picture);
+    PixelCalibration calibrationOf(const IntakePicture& picture, LeafRow& row) const;
     const LeafRow* rowOf(const IntakePicture& picture, int place) const;
     std::string writeCut(const IntakePicture& picture, const IntakeLeaf& leaf);
 

@@ -19,7 +19,7 @@ struct LeafRow
     std::optional<double> overlap;
     std::optional<double> contrast;
     bool touchesEdge = false;
-    std::string scaleSource;          ///< "none", "file", "option", "table", or what found it
+    std::string scaleSource;          ///< "none", "file", "option", "table", or what was found
     std::optional<double> pixelWidth; ///< in the stack's unit
     std::string venation;             ///< "pinnate", "palmate", or empty for that of the run
     std::optional<int> halfNeighbourhood;

@@ -40,6 +40,22 @@ void drawText(QPainter& painter, const QRectF& around, const QString& text, cons
     painter.drawText(place, Qt::AlignCenter, text);
 }
 
+/// What the scale was taken from, with its misfit.
+void drawScale(QPainter& painter, const FoundScale& found, double scale)
+{
+    const QColor colour(170, 0, 170);
+    QPolygonF line;
+    for (const cv::Point2d& corner : found.place) {
+        line.append(QPointF((corner.x + 0.5) * scale, (corner.y + 0.5) * scale));
+    }
+    painter.setPen(QPen(colour, 2.0));
+    painter.drawPolygon(line);
+    drawText(painter, line.boundingRect(),
+             QString::number(found.pixelSize, 'g', 5) + " mm a pixel, misfit " +
+                 QString::number(found.misfit, 'f', 2) + " %",
+             colour);
+}
+
 } // namespace
 
 QImage OverviewPicture::draw(const IntakePicture& picture,
@@ -86,6 +102,9 @@ QImage OverviewPicture::draw(const IntakePicture& picture,
             drawText(painter, line.boundingRect(), QString::fromStdString(leaves[i].name),
                      leafColour);
         }
+    }
+    if (picture.scale.found) {
+        drawScale(painter, picture.scale, scale);
     }
     return sheet;
 }

@@ -5,7 +5,7 @@
 #include <QImage>
 
 /// A photograph in small on which is drawn what was found: leaves outlined with the names of their
-/// slices, things taken for no leaf crossed out with the reason. Needs the fonts of a
+/// slices, things taken for no leaf crossed out with the reason, what the scale was found by. Needs the fonts of a
 /// `QGuiApplication`.
 class OverviewPicture
 {

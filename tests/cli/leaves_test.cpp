@@ -61,3 +61,30 @@ TEST(Leaves, APhotographWithoutOneIsNamedAndTheOthersAreMeasured)
     EXPECT_EQ(none.status, 1);
     EXPECT_FALSE(fs::exists(folder.file("n.sdf")));
 }
+
+TEST(Leaves, HaveTheScaleOfTheMarkerAndNoneWhereItIsNotFound)
+{
+    const TemporaryFolder folder;
+    ScanOptions options;
+    options.leaves = 1;
+    options.resolution = 100.0;
+    options.marker = {MarkerKind::Disc, 25.0};
+    options.ruler = RulerUnit::None;
+    writeScans(folder.file("scans"), 1, 5, options);
+    const std::string scan = folder.file("scans/scan-01.tif");
+    const auto leavesBy = [&](const std::string& name, const std::vector<std::string>& choice) {
+        std::vector<std::string> words = {"leaves", folder.file(name + ".sdf"), scan};
+        words.insert(words.end(), choice.begin(), choice.end());
+        return crenara(words);
+    };
+    leavesBy("disc", {"--marker", "disc:25mm"});
+    EXPECT_EQ(columnOf(folder.file("disc_leaves.tsv"), "Scale_Source"), Words{"marker disc 25 mm"});
+    const double width = std::stod(columnOf(folder.file("disc_leaves.tsv"), "Pixel_Width").at(0));
+    EXPECT_NEAR(width, 254.0, 0.005 * 254.0);
+    // The file's own resolution is no stand-in for a marker.
+    const CommandResult result = leavesBy("none", {"--ruler", "mm"});
+    EXPECT_TRUE(result.says("ruler mm not found (no ruler)")) << result.err;
+    EXPECT_EQ(columnOf(folder.file("none_leaves.tsv"), "Scale_Source"), Words{"none"});
+    EXPECT_EQ(leavesBy("wrong", {"--marker", "ring:2mm"}).status, 2);
+    EXPECT_EQ(leavesBy("both", {"--marker", "disc:25mm", "--ruler", "mm"}).status, 2);
+}
