@@ -137,7 +137,7 @@ int runAverage(const QStringList& arguments, Report& report)
     requireGate(GatedStage::Averaging, file.stack(), report);
     const std::string trajectory =
         line.required("out") + "/" + file.stack().getName() + "-trajectory.sdf";
-    OwnFiles::requireReplaceable(trajectory, OwnFiles::isStack, line.isSet("replace"));
+    OwnFiles::requireReplaceable(trajectory, OwnFiles::isAsWritten, line.isSet("replace"));
     process.setStack(file.stack());
     process.setProgressListener([&report](int percent) {
         if (percent >= 0) {
@@ -149,6 +149,6 @@ int runAverage(const QStringList& arguments, Report& report)
     process.setMeasurement(measures);
     setRange(process, line);
     average(process, file.stack(), method, line.isSet("targets"));
-    OwnFiles::noteStack(trajectory, true);
+    OwnFiles::noteWritten(trajectory, true);
     return report.exitStatus();
 }

@@ -4,6 +4,7 @@
 #include "cli/commandline.h"
 #include "cli/failure.h"
 #include "cli/outputs.h"
+#include "cli/ownfiles.h"
 #include "cli/report.h"
 #include "cli/stackfile.h"
 #include "intake/leafintake.h"
@@ -15,6 +16,9 @@
 #include <QImageWriter>
 
 #include <algorithm>
+#include <filesystem>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -28,12 +32,19 @@ double doubt(const LeafRow& row)
            (row.channel == "region" ? 0.1 : 0.0);
 }
 
-/// A picture to look at, small rather than exact.
-void writeOverview(const QImage& picture, const std::string& path)
+std::string tablePath(const std::string& stackPath)
 {
+    return stackPath.substr(0, stackPath.size() - std::string(".sdf").size()) + "_leaves.tsv";
+}
+
+/// A picture to look at, small rather than exact.
+void writeOverview(const QImage& picture, const std::string& path, bool replace)
+{
+    OwnFiles::requireReplaceable(path, OwnFiles::isPicture, replace);
     FileReplacement file("void writeOverview(const QImage&, const string&)", path);
     QImageWriter writer(QString::fromStdString(file.temporaryName()), "jpeg");
     writer.setQuality(85);
+    writer.setText("Software", OwnFiles::program);
     file.commit(writer.write(picture));
 }
 
@@ -55,6 +66,7 @@ LeavesIntake::LeavesIntake(const CommandLine& line,
     , contour_(contour)
     , scale_(line)
     , hasBackground_(line.isSet("background"))
+    , replace_(line.isSet("replace"))
 {
     if (stack.rows * stack.columns > 1) {
         throw UsageFailure("the option 'mosaic' goes with 'as-is'");
@@ -62,6 +74,16 @@ LeavesIntake::LeavesIntake(const CommandLine& line,
     if (line.isSet("settings")) {
         settings_.emplace(line.required("settings"));
     }
+}
+
+void LeavesIntake::requireReplaceable(const std::string& stackPath, bool replace) const
+{
+    const std::string table = tablePath(stackPath);
+    std::error_code differs;
+    if (settings_ && fs::equivalent(settings_->path(), table, differs)) {
+        return; // its rows are read, and come back
+    }
+    OwnFiles::requireReplaceable(table, OwnFiles::isAsWritten, replace);
 }
 
 void LeavesIntake::fill(LMXStack& stack,
@@ -123,7 +145,8 @@ void LeavesIntake::fill(LMXStack& stack,
     for (const std::string& note : StackBuilder::calibrationNotes(stack)) {
         report.note(note);
     }
-    table_.write(base + "_leaves.tsv");
+    table_.write(tablePath(stackPath));
+    OwnFiles::noteWritten(tablePath(stackPath), true);
 }
 
 void LeavesIntake::take(LMXStack& stack,
@@ -144,7 +167,8 @@ void LeavesIntake::take(LMXStack& stack,
         }
         writeOverview(OverviewPicture::draw(picture, found, leaves),
                       overviewFolder_ + "/" + FileInfo::fileName(photograph) +
-                          picture.name.substr(FileInfo::baseName(photograph).size()) + ".jpg");
+                          picture.name.substr(FileInfo::baseName(photograph).size()) + ".jpg",
+                      replace_);
         if (leaves.empty()) {
             const std::string fault = "no leaf was found on it";
             report.fault(photograph + ": " + fault);

@@ -24,6 +24,10 @@ public:
     /// Reads the table of settings, if one is named.
     LeavesIntake(const CommandLine& line, const StackOptions& stack, const ContourOptions& contour);
 
+    /// Throws `UsageFailure` if the table of leaves beside the stack was changed since it was written,
+    /// unless the user said `replace`, or gave just that table as the settings.
+    void requireReplaceable(const std::string& stackPath, bool replace) const;
+
     /// Fills the stack, whose file will be `stackPath`, with a slice a leaf. Photographs that can't be
     /// read, have no leaf, or whose name is taken are faults of the report and stand in the record;
     /// the others are taken, and are its inputs. Writes the overview pictures and the table of leaves beside the stack's
@@ -47,6 +51,7 @@ private:
     ContourOptions contour_;
     ScaleOptions scale_;
     bool hasBackground_;
+    bool replace_;
     std::optional<LeafTable> settings_;
     class LeafIntake* intake_ = nullptr;
     class ExtractContour* stage_ = nullptr;

@@ -51,14 +51,14 @@ std::string OwnFiles::checksum(const std::string& path)
     return read ? hash.result().toHex().toStdString() : "";
 }
 
-bool OwnFiles::isStack(const std::string& path)
+bool OwnFiles::isAsWritten(const std::string& path)
 {
     constexpr qint64 most = 4096;
     const std::string note = noteOf(path);
     return !note.empty() && beginOf(notePath(path), most).toStdString() == note;
 }
 
-void OwnFiles::noteStack(const std::string& path, bool own)
+void OwnFiles::noteWritten(const std::string& path, bool own)
 {
     const std::string note = notePath(path);
     if (!own) {
@@ -66,7 +66,8 @@ void OwnFiles::noteStack(const std::string& path, bool own)
         return;
     }
     try {
-        FileReplacement::write("void OwnFiles::noteStack(const string&, bool)", note, noteOf(path));
+        FileReplacement::write("void OwnFiles::noteWritten(const string&, bool)", note,
+                               noteOf(path));
     } catch (const FileWriteError&) {
         // In a closed folder the next run asks, though it need not.
     }
@@ -74,7 +75,7 @@ void OwnFiles::noteStack(const std::string& path, bool own)
 
 bool OwnFiles::isPicture(const std::string& path)
 {
-    return QImageReader(QString::fromStdString(path), "png").text("Software").startsWith("crenara");
+    return QImageReader(QString::fromStdString(path)).text("Software").startsWith("crenara");
 }
 
 bool OwnFiles::isLandmarkTable(const std::string& path)

@@ -6,15 +6,15 @@
 /// user made or changed by hand is not lost by a name that was given twice.
 namespace OwnFiles {
 
-/// The stack is as a subcommand left it: it has the checksum that stands beside it, in
-/// ".NAME.sdf.sha256". One that was saved by the desk or a host since is not.
-bool isStack(const std::string& path);
+/// The stack, or table of leaves, is as a subcommand left it: it has the checksum that stands beside
+/// it, in ".NAME.sdf.sha256". One that was saved by the desk, a host or an editor since is not.
+bool isAsWritten(const std::string& path);
 
-/// Notes the checksum of a stack that a subcommand made or, with `own` false, that it is not all the
+/// Notes the checksum of a file that a subcommand made or, with `own` false, that it is not all the
 /// work of subcommands.
-void noteStack(const std::string& path, bool own);
+void noteWritten(const std::string& path, bool own);
 
-/// A PNG picture with the program's name in its text.
+/// A PNG or JPEG picture with the program's name in its text.
 bool isPicture(const std::string& path);
 
 /// A text file that begins with one of the program's headers.

@@ -269,7 +269,7 @@ int runRun(const QStringList& arguments, Report& report)
     }
     checkPrefix(plan.target);
 
-    OwnFiles::requireReplaceable(plan.stackPath(), OwnFiles::isStack, line.isSet("replace"));
+    OwnFiles::requireReplaceable(plan.stackPath(), OwnFiles::isAsWritten, line.isSet("replace"));
     prepareTarget(plan.target, line.isSet("replace"));
     checkWritable(plan.stackPath());
     std::optional<JunctionTable> table;
@@ -282,6 +282,7 @@ int runRun(const QStringList& arguments, Report& report)
     }
     if (!plan.asIs) {
         intake.emplace(line, plan.stack, plan.contour);
+        intake->requireReplaceable(plan.stackPath(), line.isSet("replace"));
         if (intake->settings()) {
             plan.apply(*intake->settings());
         }

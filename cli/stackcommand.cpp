@@ -26,7 +26,7 @@ int runStack(const QStringList& arguments, Report& report)
 
     const std::string path = line.argument(0);
     requireSuffix(path, "sdf");
-    OwnFiles::requireReplaceable(path, OwnFiles::isStack, line.isSet("replace"));
+    OwnFiles::requireReplaceable(path, OwnFiles::isAsWritten, line.isSet("replace"));
     prepareFolder(folderOf(path));
     checkWritable(path);
     LMXStack stack;

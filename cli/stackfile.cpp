@@ -42,14 +42,14 @@ std::string StackFile::outputOf(const CommandLine& line)
     requireSuffix(output, "sdf");
     std::error_code missing;
     if (!std::filesystem::equivalent(output, line.argument(0), missing)) {
-        OwnFiles::requireReplaceable(output, OwnFiles::isStack, line.isSet("replace"));
+        OwnFiles::requireReplaceable(output, OwnFiles::isAsWritten, line.isSet("replace"));
     }
     return output;
 }
 
 StackFile::StackFile(const std::string& path, Report& report)
     : path_(path)
-    , own_(OwnFiles::isStack(path))
+    , own_(OwnFiles::isAsWritten(path))
 {
     read(report);
 }
@@ -101,7 +101,7 @@ void writeStack(LMXStack& stack, const std::string& path, bool own)
     } catch (const Exception& error) {
         throw Failure(path + ": the stack can't be written: " + error.getWhat());
     }
-    OwnFiles::noteStack(path, own);
+    OwnFiles::noteWritten(path, own);
 }
 
 void checkStorable(const LMXStack& stack, const std::string& path)

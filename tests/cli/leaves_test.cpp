@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -87,4 +88,25 @@ TEST(Leaves, HaveTheScaleOfTheMarkerAndNoneWhereItIsNotFound)
     EXPECT_EQ(columnOf(folder.file("none_leaves.tsv"), "Scale_Source"), Words{"none"});
     EXPECT_EQ(leavesBy("wrong", {"--marker", "ring:2mm"}).status, 2);
     EXPECT_EQ(leavesBy("both", {"--marker", "disc:25mm", "--ruler", "mm"}).status, 2);
+}
+
+TEST(Leaves, TheTableThatAUserEditedIsNotWrittenOver)
+{
+    LeafFolder folder;
+    const Words run = {"run", "--out", folder.file("o"), folder.addLeaf("leaf")};
+    ASSERT_EQ(crenara(run).status, 0);
+    ASSERT_EQ(crenara(run).status, 0) << "what the command wrote it replaces";
+    const std::string table = folder.file("o/o_leaves.tsv");
+    std::ofstream(table, std::ios::app) << "# a remark\n";
+    const std::string edited = bytesOf(table);
+    const CommandResult refused = crenara(run);
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_TRUE(refused.says(table)) << refused.err;
+    EXPECT_EQ(bytesOf(table), edited);
+    EXPECT_EQ(crenara(joined(run, {"--replace"})).status, 0);
+    EXPECT_NE(bytesOf(table), edited);
+
+    folder.write("o/o_overview/leaf.tif.jpg", "a picture of the user's");
+    EXPECT_EQ(crenara(run).status, 2);
+    EXPECT_EQ(bytesOf(folder.file("o/o_overview/leaf.tif.jpg")), "a picture of the user's");
 }
